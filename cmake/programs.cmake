@@ -1,0 +1,13 @@
+# The two programs: vellums-cli everywhere, Vellums.exe on Windows.
+file(GLOB cli_sources CONFIGURE_DEPENDS cli/*.cpp)
+if(cli_sources)
+  add_executable(vellums-cli ${cli_sources} platform/${here}/entryPoint.cpp)
+  target_link_libraries(vellums-cli PRIVATE io)
+  if(WIN32)
+    target_link_options(vellums-cli PRIVATE -municode)
+  endif()
+endif()
+file(GLOB ui_sources CONFIGURE_DEPENDS ui/*.cpp)
+if(WIN32 AND ui_sources)
+  include(cmake/window.cmake)
+endif()
