@@ -1,0 +1,80 @@
+// The system tables: which tables there are, creating one, adding a column.
+#pragma once
+
+#include "jet/table/table.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace vellums::jet {
+
+// A row of MSysObjects.
+struct CatalogueEntry {
+    std::int32_t id = 0; // for a table its definition page
+    std::int32_t parentId = 0;
+    std::u16string name;
+    std::int16_t type = 0; // 1 table, 4 and 6 linked tables, 5 query
+    std::uint32_t flags = 0;
+    RowRef row; // its place in MSysObjects
+
+    // An ordinary table: offered in lists, may be written.
+    bool isUserTable() const;
+};
+
+struct ColumnSpec {
+    std::u16string name;
+    ColumnType type = ColumnType::Text;
+    std::uint16_t length = 0; // texts and binaries: characters, bytes
+    bool autoNumber = false;
+    bool required = false;
+    std::uint8_t precision = 18; // decimals
+    std::uint8_t scale = 0;
+    bool fixedText = false;
+};
+
+struct IndexSpec {
+    std::u16string name;
+    struct Part {
+        std::u16string column;
+        bool ascending = true;
+    };
+    std::vector<Part> columns;
+    bool unique = false;
+    bool primary = false;
+    bool ignoreNulls = false;
+    bool required = false;
+};
+
+struct TableSpec {
+    std::u16string name;
+    std::vector<ColumnSpec> columns;
+    std::vector<IndexSpec> indexes;
+};
+
+class Catalogue {
+public:
+    explicit Catalogue(PageFile& file);
+
+    // All rows that are tables, queries or linked tables, in the order of MSysObjects.
+    std::vector<CatalogueEntry> entries() const;
+
+    // The table, query or linked table of that name (compared by the file's sort order).
+    std::optional<CatalogueEntry> find(std::u16string_view name) const;
+
+    // Opens a table with the rules that its properties set. Throws Error for queries and linked tables
+    // (unsupported). Properties that do not parse make the table read-only.
+    Table open(const CatalogueEntry& entry) const;
+
+    // Makes a table. Throws Error: name taken (3010), name or column not allowed, too many columns,
+    // a name that the file's sort order cannot encode. Gives the definition page.
+    PageNo createTable(const TableSpec& spec);
+
+    // Appends a column. Throws Error: the field exists (3380), too many fields (3190).
+    void addColumn(const CatalogueEntry& entry, const ColumnSpec& column);
+
+private:
+    PageFile& file_;
+};
+
+} // namespace vellums::jet

@@ -1,0 +1,68 @@
+// The face of the engine for Access files (.mdb of Jet 4, .accdb of ACE).
+//
+// A Database is a connection: it keeps nothing open between statements but remembers the last
+// autonumber it gave out. One statement is one transaction; it holds the file only while it runs.
+// Not for use by several threads at once; several Database objects on one file, in any threads or
+// processes, exclude each other as needed.
+#pragma once
+
+#include "jet/catalogue/blankDatabase.h"
+#include "jet/catalogue/catalogue.h"
+#include "jet/table/value.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vellums::jet {
+
+// What a statement gave back.
+struct Result {
+    bool hasRows = false; // SELECT
+    std::vector<std::u16string> columns;
+    std::vector<ColumnType> types;
+    std::vector<std::vector<Value>> rows;
+    std::int32_t changedRows = 0; // INSERT, UPDATE, DELETE
+};
+
+struct TableInfo {
+    std::u16string name;
+    bool system = false; // system, hidden and linked objects included
+};
+
+class Database {
+public:
+    // Checks that the file can be read. Throws Error.
+    explicit Database(std::u16string path);
+    ~Database();
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+
+    const std::u16string& path() const { return path_; }
+
+    // Runs one statement. Throws Error; the file is then as before.
+    Result run(std::u16string_view sql);
+
+    // The tables in the order of the catalogue.
+    std::vector<TableInfo> tables();
+
+    // Makes a table, as ADOX does.
+    void createTable(const TableSpec& spec);
+
+    // Statements between the two are made lasting together, by endBatch(); a failing one is taken back
+    // alone. The file is held for writing meanwhile. The destructor gives up an open batch.
+    void beginBatch();
+    void endBatch();
+
+    // Every structure of the file; each fault is one line, none: the file is sound.
+    std::vector<std::u16string> check();
+
+private:
+    std::u16string path_;
+    std::int32_t lastIdentity_ = 0;
+    std::unique_ptr<PageFile> batch_;
+    bool wrote_ = false;
+};
+
+} // namespace vellums::jet

@@ -1,0 +1,32 @@
+// Page 0: what kind of file it is, its sort order, and whether it may be read at all.
+#pragma once
+
+#include "jet/file/bytes.h"
+
+#include <cstdint>
+
+namespace vellums::jet {
+
+// A sort order as it stands in page 0 and in text columns: u16 LCID, a zero byte, a version byte.
+struct SortOrder {
+    std::uint16_t lcid = 1033;
+    std::uint8_t version = 0; // with 1033: 0 General legacy, 1 General
+
+    friend bool operator==(const SortOrder&, const SortOrder&) = default;
+};
+
+struct Header {
+    std::uint8_t version = 0; // byte 0x14: 1 Jet 4, 2 to 6 ACE
+    SortOrder sortOrder;      // the default of the file
+
+    bool isAce() const { return version >= 2; }
+};
+
+// Reads page 0. `path` goes into the messages. Throws Error: not a database (3343), Jet 3, encrypted,
+// password (3031).
+Header parseHeader(ByteView page0, const std::u16string& path);
+
+// The 128 masked bytes at 0x18 with the mask taken off or put on; it is its own inverse.
+void maskHeader(MutableBytes page0);
+
+} // namespace vellums::jet

@@ -1,0 +1,127 @@
+// The rows of one table: reading them lazily, column by column, and changing them together with the
+// table's indexes, usage maps and counters.
+#pragma once
+
+#include "jet/table/tableDefinition.h"
+#include "jet/table/value.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace vellums::jet {
+
+// A text as it lies in the file: UTF-16LE, or one byte per character (U+0001 to U+00FF) when
+// `latin`. Compressed texts that switch modes are decoded into `scratch` first.
+struct StoredText {
+    bool latin = false;
+    ByteView bytes;
+};
+
+// One row, decoded when asked. Valid until the table is changed.
+class Row {
+public:
+    Row(const PageFile& file, const TableDefinition& definition, RowRef home, ByteView bytes);
+
+    // Its identity: page and entry, for indexes and changes. A moved row keeps it.
+    RowRef home() const { return home_; }
+
+    // Columns count in the order of definition().columns. All throw (damaged file) on malformed rows.
+    bool isNull(std::size_t column) const;
+    Value value(std::size_t column) const;
+    // The text of a text or memo column that is not NULL. `scratch` is used where the bytes do not lie
+    // together in the file; it must live as long as the result.
+    StoredText text(std::size_t column, Bytes& scratch) const;
+    // The bytes that the row itself holds for the column, for long values the reference; nullopt for
+    // NULL. A boolean has no bytes.
+    std::optional<ByteView> stored(std::size_t column) const;
+    ByteView bytes() const { return bytes_; }
+
+private:
+    const PageFile* file_;
+    const TableDefinition* definition_;
+    RowRef home_;
+    ByteView bytes_;
+};
+
+// What the catalogue says about a column beyond its definition.
+struct ColumnRule {
+    bool required = false;
+    bool allowsEmpty = true;
+    std::u16string defaultValue;   // an expression; empty: none
+    std::u16string validationRule; // empty: none
+};
+
+// A value for a column.
+struct Assignment {
+    std::size_t column = 0; // index into definition().columns
+    Value value;            // already of the column's type, see coerceFor()
+};
+
+class Table {
+public:
+    // `rules` runs parallel to the columns; empty: no rules.
+    Table(PageFile& file, PageNo definitionPage, std::u16string name, std::vector<ColumnRule> rules = {});
+
+    const std::u16string& name() const { return name_; }
+    const TableDefinition& definition() const { return definition_; }
+    const std::vector<ColumnRule>& rules() const { return rules_; }
+    std::optional<std::size_t> columnIndex(std::u16string_view name) const; // by the file's sort order
+
+    // All rows in the order of the table. The callback returns false to stop.
+    template <typename Callback>
+    void forEachRow(Callback&& callback) const
+    {
+        Scan scan(*this);
+        while (const std::optional<Row> row = scan.next())
+            if (!callback(*row))
+                return;
+    }
+
+    // A pass over all rows. The table must not be changed meanwhile.
+    class Scan {
+    public:
+        explicit Scan(const Table& table);
+        std::optional<Row> next();
+
+    private:
+        const Table& table_;
+        std::vector<PageNo> pages_;
+        std::size_t pageIndex_ = 0;
+        int row_ = 0;
+    };
+
+    // The row with that identity. Throws (damaged file) when there is none.
+    Row rowAt(RowRef home) const;
+
+    // Rows whose column holds the number, through an index when a suitable one exists (an ascending or
+    // descending index on the column alone); nullopt: no such index, scan instead.
+    std::optional<std::vector<RowRef>> findLong(std::size_t column, std::int32_t number) const;
+
+    // Throws Error (with a sentence that says why) when the engine cannot maintain this table.
+    void requireWritable() const;
+
+    // Inserts a row. Columns without an assignment get NULL, the autonumber its next value; an
+    // autonumber assigned NULL as well. Checks rules, lengths, nulls and unique indexes before anything
+    // is written. Gives the autonumber of the new row, 0 when the table has none.
+    std::int32_t insert(const std::vector<Assignment>& assignments);
+
+    // Changes columns of one row.
+    void update(RowRef home, const std::vector<Assignment>& assignments);
+
+    void erase(RowRef home);
+
+    // Appends a column to the definition; existing rows read NULL. For catalogue/, which also writes
+    // the column's properties.
+    void appendColumn(const Column& column);
+
+private:
+    friend class Scan;
+
+    PageFile& file_;
+    std::u16string name_;
+    TableDefinition definition_;
+    std::vector<ColumnRule> rules_;
+};
+
+} // namespace vellums::jet

@@ -1,0 +1,87 @@
+// The definition of one table: its columns, indexes and usage maps, read from the definition pages.
+#pragma once
+
+#include "jet/file/columnType.h"
+#include "jet/file/header.h"
+#include "jet/file/pageFile.h"
+
+#include <string>
+#include <vector>
+
+namespace vellums::jet {
+
+struct Column {
+    std::u16string name;
+    ColumnType type = ColumnType::Long;
+    std::uint16_t number = 0;   // its bit in the null mask of rows; never changes
+    std::uint16_t slot = 0;     // variable columns: place in the row's table of offsets
+    std::uint16_t position = 0; // for display
+    std::uint8_t flags = 0;     // byte 15 of the record
+    std::uint8_t moreFlags = 0; // byte 16
+    std::uint16_t offset = 0;   // fixed columns: where the value lies in the fixed area
+    std::uint16_t length = 0;   // bytes: of the value if fixed, at most if variable, 0 for long values
+    std::uint8_t precision = 0; // decimals
+    std::uint8_t scale = 0;
+    SortOrder sortOrder; // texts
+    RowRef ownedMap;     // long values: usage maps of the column's pages; page 0: none
+    RowRef freeMap;
+
+    bool isFixed() const { return (flags & 0x01) != 0; }
+    bool isAutoNumber() const { return (flags & 0x04) != 0 && type == ColumnType::Long; }
+    bool isCalculated() const { return (moreFlags & 0xC0) != 0; }
+    bool isCompressed() const { return (moreFlags & 0x01) != 0; }
+};
+
+struct IndexColumn {
+    std::uint16_t number = 0; // of the column
+    bool ascending = true;
+};
+
+// One B-tree.
+struct PhysicalIndex {
+    std::vector<IndexColumn> columns;
+    RowRef usageMap;
+    PageNo root = 0;
+    std::uint8_t flags = 0; // 0x01 unique, 0x02 ignore nulls, 0x08 required, 0x80 always
+    bool unique = false;    // by the flag or by a primary key on it
+    bool required = false;
+    bool understood = true; // false: unknown flags or columns; the table is not written
+};
+
+// A name and a role for a physical index.
+struct LogicalIndex {
+    std::u16string name;
+    std::uint32_t number = 0;
+    std::uint32_t physical = 0;
+    std::uint8_t kind = 0;     // 0 plain, 1 primary key, 2 foreign key
+    std::int32_t partner = -1; // foreign keys: logical number in the other table
+};
+
+struct TableDefinition {
+    PageNo page = 0;               // the first definition page; it names the table in the file
+    std::vector<PageNo> pages;     // all definition pages, in order
+    Bytes joined;                  // first page whole, then the others from byte 8 on, cut to the length at 8
+    std::uint8_t tableType = 0x4E; // 0x4E user, 0x53 system
+    std::uint32_t rowCount = 0;    // a hint
+    std::uint32_t lastAutoNumber = 0;
+    std::uint16_t columnSlots = 0;   // highest column number ever used + 1
+    std::uint16_t variableSlots = 0; // variable slots ever used
+    RowRef ownedMap;
+    RowRef freeMap;
+    std::vector<Column> columns; // in the order that SELECT * has
+    std::vector<PhysicalIndex> physicalIndexes;
+    std::vector<LogicalIndex> logicalIndexes;
+    std::vector<std::size_t> counterOffsets; // of each physical index's counters, in `joined`
+
+    const Column* columnByNumber(std::uint16_t number) const;
+    // Bytes of the fixed area of a row written today.
+    std::size_t fixedLength() const;
+};
+
+// Throws (damaged file) when any part breaks a rule of the format.
+TableDefinition readTableDefinition(const PageFile& file, PageNo page);
+
+// Writes `joined` back over the definition pages, taking more pages where it has grown.
+void writeDefinitionBytes(PageFile& file, TableDefinition& definition);
+
+} // namespace vellums::jet
