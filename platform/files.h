@@ -90,6 +90,8 @@ bool clearAttributes(const std::u16string& path);
 // Names (without folder) of the files in a folder whose long name matches "*.*db", letter case
 // aside, in the order the system lists them. Empty when the folder cannot be listed.
 std::vector<std::u16string> databaseNames(const std::u16string& folder);
+// Whether a name matches "*.*db", letter case aside.
+bool matchesDatabasePattern(std::u16string_view name);
 
 // The last separator of a path or npos; the system's own separator ("\" on Windows, "/" elsewhere).
 std::size_t lastSeparator(std::u16string_view path);

@@ -1,0 +1,288 @@
+// The lock of an open file is its share mode: it holds between all programs and needs no second call.
+#include "platform/files.h"
+
+#include "platform/clock.h"
+#include "platform/win32/ownedHandle.h"
+#include "platform/win32/systemPath.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <windows.h>
+
+namespace vellums::platform {
+namespace {
+
+[[noreturn]] void fail(DWORD code)
+{
+    throw FileError{faultOfWindows(code), static_cast<int>(code)};
+}
+
+bool isFolder(const std::wstring& path)
+{
+    const DWORD marks = GetFileAttributesW(path.c_str());
+    return marks != INVALID_FILE_ATTRIBUTES && (marks & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+// Why access was denied: "denied" alone does not tell a read-only file from a forbidden one.
+[[noreturn]] void failDenied(const std::wstring& path, Access access)
+{
+    const DWORD marks = GetFileAttributesW(path.c_str());
+    const bool there = marks != INVALID_FILE_ATTRIBUTES;
+    if (access == Access::Create && there)
+        throw FileError{FileFault::Exists, ERROR_ACCESS_DENIED};
+    if (access != Access::Read && there && (marks & FILE_ATTRIBUTE_READONLY) != 0)
+        throw FileError{FileFault::ReadOnly, ERROR_ACCESS_DENIED};
+    throw FileError{FileFault::Denied, ERROR_ACCESS_DENIED};
+}
+
+OwnedHandle openFile(const std::wstring& path, Access access)
+{
+    const bool reading = access == Access::Read;
+    DWORD disposition = OPEN_EXISTING;
+    if (access == Access::Create)
+        disposition = CREATE_NEW;
+    else if (access == Access::WriteOrCreate)
+        disposition = OPEN_ALWAYS;
+    OwnedHandle handle(CreateFileW(path.c_str(), reading ? GENERIC_READ : GENERIC_READ | GENERIC_WRITE,
+        reading ? FILE_SHARE_READ : 0, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (handle)
+        return handle;
+    const DWORD code = GetLastError();
+    if (code == ERROR_ACCESS_DENIED)
+        failDenied(path, access);
+    fail(code);
+}
+
+OVERLAPPED at(std::uint64_t offset)
+{
+    OVERLAPPED place{};
+    place.Offset = static_cast<DWORD>(offset & 0xFFFFFFFFu);
+    place.OffsetHigh = static_cast<DWORD>(offset >> 32);
+    return place;
+}
+
+constexpr std::size_t kMostAtOnce = std::size_t{1} << 28;
+
+} // namespace
+
+struct File::Handle : OwnedHandle {
+    explicit Handle(OwnedHandle&& handle)
+        : OwnedHandle(std::move(handle))
+    {
+    }
+};
+
+File::File(const std::u16string& path, Access access)
+    : handle_(std::make_unique<Handle>(openFile(systemPath(path), access)))
+{
+}
+
+File::File(File&&) noexcept = default;
+File& File::operator=(File&&) noexcept = default;
+File::~File() = default;
+
+std::uint64_t File::size() const
+{
+    LARGE_INTEGER size{};
+    if (!GetFileSizeEx(handle_->get(), &size))
+        fail(GetLastError());
+    return static_cast<std::uint64_t>(size.QuadPart);
+}
+
+std::size_t File::readAt(std::uint64_t offset, std::span<std::byte> buffer) const
+{
+    std::size_t done = 0;
+    while (done < buffer.size()) {
+        OVERLAPPED place = at(offset + done);
+        DWORD got = 0;
+        const DWORD wanted = static_cast<DWORD>(std::min(buffer.size() - done, kMostAtOnce));
+        if (!ReadFile(handle_->get(), buffer.data() + done, wanted, &got, &place)) {
+            const DWORD code = GetLastError();
+            if (code == ERROR_HANDLE_EOF)
+                break;
+            fail(code);
+        }
+        if (got == 0)
+            break;
+        done += got;
+    }
+    return done;
+}
+
+void File::writeAt(std::uint64_t offset, std::span<const std::byte> bytes)
+{
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+        OVERLAPPED place = at(offset + done);
+        DWORD put = 0;
+        const DWORD wanted = static_cast<DWORD>(std::min(bytes.size() - done, kMostAtOnce));
+        if (!WriteFile(handle_->get(), bytes.data() + done, wanted, &put, &place))
+            fail(GetLastError());
+        if (put == 0)
+            fail(ERROR_DISK_FULL);
+        done += put;
+    }
+}
+
+void File::resize(std::uint64_t size)
+{
+    LARGE_INTEGER end{};
+    end.QuadPart = static_cast<LONGLONG>(size);
+    if (!SetFilePointerEx(handle_->get(), end, nullptr, FILE_BEGIN) || !SetEndOfFile(handle_->get()))
+        fail(GetLastError());
+}
+
+void File::sync()
+{
+    if (!FlushFileBuffers(handle_->get()))
+        fail(GetLastError());
+}
+
+File::View::View(View&& other) noexcept
+    : bytes_(std::exchange(other.bytes_, {}))
+    , handle_(std::exchange(other.handle_, nullptr))
+{
+}
+
+File::View& File::View::operator=(View&& other) noexcept
+{
+    if (this != &other) {
+        release();
+        bytes_ = std::exchange(other.bytes_, {});
+        handle_ = std::exchange(other.handle_, nullptr);
+    }
+    return *this;
+}
+
+File::View::~View()
+{
+    release();
+}
+
+void File::View::release() noexcept
+{
+    if (!bytes_.empty())
+        UnmapViewOfFile(bytes_.data());
+    if (handle_ != nullptr)
+        CloseHandle(handle_);
+    bytes_ = {};
+    handle_ = nullptr;
+}
+
+File::View File::view() const
+{
+    View view;
+    const std::uint64_t length = size();
+    if (length == 0)
+        return view;
+    view.handle_ = CreateFileMappingW(handle_->get(), nullptr, PAGE_READONLY, 0, 0, nullptr);
+    if (view.handle_ == nullptr)
+        fail(GetLastError());
+    const void* base = MapViewOfFile(view.handle_, FILE_MAP_READ, 0, 0, static_cast<SIZE_T>(length));
+    if (base == nullptr)
+        fail(GetLastError());
+    view.bytes_ = {static_cast<const std::byte*>(base), static_cast<std::size_t>(length)};
+    return view;
+}
+
+bool fileExists(const std::u16string& path)
+{
+    const DWORD marks = GetFileAttributesW(systemPath(path).c_str());
+    return marks != INVALID_FILE_ATTRIBUTES && (marks & FILE_ATTRIBUTE_DIRECTORY) == 0;
+}
+
+bool folderExists(const std::u16string& path)
+{
+    return isFolder(systemPath(path));
+}
+
+std::optional<std::uint64_t> fileSize(const std::u16string& path)
+{
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    if (!GetFileAttributesExW(systemPath(path).c_str(), GetFileExInfoStandard, &data) ||
+        (data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
+        return std::nullopt;
+    return (std::uint64_t{data.nFileSizeHigh} << 32) | data.nFileSizeLow;
+}
+
+std::optional<double> fileModified(const std::u16string& path)
+{
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    SYSTEMTIME utc{};
+    SYSTEMTIME local{};
+    // By the summer-time rule of that date, not of today.
+    if (!GetFileAttributesExW(systemPath(path).c_str(), GetFileExInfoStandard, &data) ||
+        !FileTimeToSystemTime(&data.ftLastWriteTime, &utc) ||
+        !SystemTimeToTzSpecificLocalTime(nullptr, &utc, &local))
+        return std::nullopt;
+    return oleDate({local.wYear, local.wMonth, local.wDay, local.wHour, local.wMinute, local.wSecond});
+}
+
+bool removeFile(const std::u16string& path)
+{
+    if (DeleteFileW(systemPath(path).c_str()))
+        return true;
+    const DWORD code = GetLastError();
+    return code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND;
+}
+
+void replaceFile(const std::u16string& from, const std::u16string& to)
+{
+    const std::wstring source = systemPath(from);
+    const std::wstring target = systemPath(to);
+    {
+        const OwnedHandle moved(CreateFileW(
+            source.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+        if (!moved || !FlushFileBuffers(moved.get()))
+            fail(GetLastError());
+    }
+    // A virus scanner or an indexer may hold a fresh file for a moment.
+    constexpr int kAttempts = 10;
+    constexpr DWORD kPauseMs = 20;
+    for (int attempt = 1;; ++attempt) {
+        if (MoveFileExW(source.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+            return;
+        const DWORD code = GetLastError();
+        const bool maybeHeld = code == ERROR_ACCESS_DENIED || code == ERROR_SHARING_VIOLATION;
+        if (!maybeHeld || attempt == kAttempts)
+            fail(code);
+        Sleep(kPauseMs);
+    }
+}
+
+void syncFolderOf(const std::u16string&) { }
+
+bool clearAttributes(const std::u16string& path)
+{
+    return SetFileAttributesW(systemPath(path).c_str(), FILE_ATTRIBUTE_NORMAL) != 0;
+}
+
+std::vector<std::u16string> databaseNames(const std::u16string& folder)
+{
+    std::vector<std::u16string> names;
+    WIN32_FIND_DATAW data{};
+    // Windows compares short names as well, so the long name is looked at again.
+    HANDLE search = FindFirstFileW(systemPath(folder + u"\\*.*db").c_str(), &data);
+    if (search == INVALID_HANDLE_VALUE)
+        return names;
+    do {
+        const std::u16string name = fromWide(data.cFileName);
+        if ((data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0 && matchesDatabasePattern(name))
+            names.push_back(name);
+    } while (FindNextFileW(search, &data));
+    FindClose(search);
+    return names;
+}
+
+std::size_t lastSeparator(std::u16string_view path)
+{
+    return path.find_last_of(u"\\/");
+}
+
+char16_t separator()
+{
+    return u'\\';
+}
+
+} // namespace vellums::platform
