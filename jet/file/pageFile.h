@@ -76,6 +76,11 @@ public:
     // and then the file is as before.
     void commit();
 
+    // Inside a batch: remembers the present state of the pages; rollbackToMark() takes back what was
+    // changed since. commit() forgets the mark.
+    void mark();
+    void rollbackToMark();
+
     // True once something was changed and not yet committed.
     bool changed() const { return !dirty_.empty(); }
     std::size_t changedBytes() const { return dirty_.size() * kPageSize; }
@@ -90,16 +95,24 @@ private:
     };
 
     void open();
-    void check() const;
-    void writeDirtyPages();
+    void checkFormat() const;
+    void takeView();
+    Page& dirtyPage(PageNo page, bool keepContent);
 
     std::u16string path_;
     OpenMode mode_;
     std::optional<platform::File> file_;
+    std::optional<platform::File> journal_; // Write mode only
     platform::File::View view_;
     PageNo filePages_ = 0; // pages in the file as it was opened
     PageNo pageCount_ = 0;
+    bool wholePages_ = true; // the file's length is a multiple of the page size
     std::unordered_map<PageNo, std::unique_ptr<Page>> dirty_;
+
+    // Since mark(): how each page that was changed looked; null where it was not dirty then.
+    bool marked_ = false;
+    PageNo pageCountAtMark_ = 0;
+    std::unordered_map<PageNo, std::unique_ptr<Page>> beforeMark_;
 };
 
 // Removes the journal beside the file if it is empty and nobody uses the file at the moment.

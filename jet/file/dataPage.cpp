@@ -1,0 +1,138 @@
+#include "jet/file/dataPage.h"
+
+#include <algorithm>
+#include <cassert>
+
+namespace vellums::jet {
+namespace {
+
+constexpr std::uint16_t kStartMask = 0x1FFF;
+
+std::size_t entryOffset(int row)
+{
+    return kDataHeader + 2 * static_cast<std::size_t>(row);
+}
+
+// Moves the bytes of all rows from `row` on by `delta` towards the start of the page (negative:
+// towards the end) and corrects their entries. Their content below the row itself is kept.
+void shiftRows(MutableBytes page, int row, std::ptrdiff_t delta)
+{
+    const DataPage view(page);
+    const int count = view.rowCount();
+    const std::size_t low = view.start(count - 1);
+    const std::size_t start = view.start(row);
+    std::memmove(page.data() + (static_cast<std::ptrdiff_t>(low) - delta), page.data() + low, start - low);
+    for (int r = row; r < count; ++r) {
+        const auto entry = load<std::uint16_t>(page, entryOffset(r));
+        const auto moved = static_cast<std::ptrdiff_t>(entry & kStartMask) - delta;
+        store<std::uint16_t>(page, entryOffset(r),
+            static_cast<std::uint16_t>((entry & ~kStartMask) | static_cast<std::uint16_t>(moved)));
+    }
+}
+
+void recountFreeBytes(MutableBytes page)
+{
+    const auto count = load<std::uint16_t>(page, 12);
+    std::size_t low = kPageSize;
+    if (count > 0)
+        low = load<std::uint16_t>(page, entryOffset(count - 1)) & kStartMask;
+    store<std::uint16_t>(page, 2, static_cast<std::uint16_t>(low - entryOffset(count)));
+}
+
+} // namespace
+
+DataPage::DataPage(ByteView page)
+    : page_(page)
+    , rowCount_(load<std::uint16_t>(page, 12))
+{
+    if (page.size() != kPageSize || page[0] != std::byte{1})
+        throwDamaged(u"a page of rows is of another kind");
+    if (entryOffset(rowCount_) > kPageSize)
+        throwDamaged(u"the row table of a page is too long");
+    std::size_t end = kPageSize;
+    const std::size_t lowest = entryOffset(rowCount_);
+    for (int r = 0; r < rowCount_; ++r) {
+        const std::size_t at = start(r);
+        if (at > end || at < lowest)
+            throwDamaged(u"the rows of a page overlap");
+        end = at;
+    }
+}
+
+std::size_t DataPage::start(int row) const
+{
+    return load<std::uint16_t>(page_, entryOffset(row)) & kStartMask;
+}
+
+std::uint16_t DataPage::flags(int row) const
+{
+    if (row >= rowCount_)
+        throwDamaged(u"a pointer leads to a row that does not exist");
+    return load<std::uint16_t>(page_, entryOffset(row)) & kDeletedFlags;
+}
+
+ByteView DataPage::bytes(int row) const
+{
+    if (row >= rowCount_)
+        throwDamaged(u"a pointer leads to a row that does not exist");
+    const std::size_t end = row == 0 ? kPageSize : start(row - 1);
+    return page_.subspan(start(row), end - start(row));
+}
+
+int DataPage::countedFreeBytes() const
+{
+    const std::size_t low = rowCount_ == 0 ? kPageSize : start(rowCount_ - 1);
+    return static_cast<int>(low - entryOffset(rowCount_));
+}
+
+bool DataPage::isEmpty() const
+{
+    for (int r = 0; r < rowCount_; ++r)
+        if (flags(r) != kDeletedFlags)
+            return false;
+    return true;
+}
+
+void initDataPage(MutableBytes page, std::uint32_t owner)
+{
+    std::fill(page.begin(), page.end(), std::byte{0});
+    store<std::uint16_t>(page, 0, 0x0101);
+    store<std::uint32_t>(page, 4, owner);
+    recountFreeBytes(page);
+}
+
+std::uint8_t appendRow(MutableBytes page, ByteView row, std::uint16_t flags)
+{
+    const DataPage view(page);
+    assert(view.hasRoomFor(row.size()));
+    const int number = view.rowCount();
+    const std::size_t low = number == 0 ? kPageSize : view.start(number - 1);
+    const std::size_t start = low - row.size();
+    std::copy(row.begin(), row.end(), page.begin() + static_cast<std::ptrdiff_t>(start));
+    store<std::uint16_t>(page, entryOffset(number), static_cast<std::uint16_t>(start | flags));
+    store<std::uint16_t>(page, 12, static_cast<std::uint16_t>(number + 1));
+    recountFreeBytes(page);
+    return static_cast<std::uint8_t>(number);
+}
+
+void replaceRow(MutableBytes page, int row, ByteView bytes, std::uint16_t flags)
+{
+    const DataPage view(page);
+    const auto delta =
+        static_cast<std::ptrdiff_t>(bytes.size()) - static_cast<std::ptrdiff_t>(view.bytes(row).size());
+    if (delta > view.countedFreeBytes())
+        throwDamaged(u"a row does not fit in its page");
+    const Bytes content(bytes.begin(), bytes.end()); // it may lie in this page
+    shiftRows(page, row, delta);
+    const std::size_t start = DataPage(page).start(row);
+    std::copy(content.begin(), content.end(), page.begin() + static_cast<std::ptrdiff_t>(start));
+    store<std::uint16_t>(page, entryOffset(row), static_cast<std::uint16_t>(start | flags));
+    recountFreeBytes(page);
+}
+
+void deleteRow(MutableBytes page, int row)
+{
+    replaceRow(page, row, {}, kDeletedFlags);
+}
+
+} // namespace vellums::jet

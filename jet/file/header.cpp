@@ -1,0 +1,95 @@
+#include "jet/file/header.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace vellums::jet {
+namespace {
+
+constexpr std::size_t kMaskStart = 0x18;
+constexpr std::size_t kMaskLength = 128;
+constexpr std::array<std::uint8_t, 4> kMaskKey = {0xC7, 0xDA, 0x39, 0x6B};
+
+// The first 128 bytes of RC4 under the fixed key.
+std::array<std::uint8_t, kMaskLength> keyStream()
+{
+    std::array<std::uint8_t, 256> s{};
+    for (std::size_t i = 0; i < 256; ++i)
+        s[i] = static_cast<std::uint8_t>(i);
+    for (std::size_t i = 0, j = 0; i < 256; ++i) {
+        j = (j + s[i] + kMaskKey[i % kMaskKey.size()]) & 0xFF;
+        std::swap(s[i], s[j]);
+    }
+    std::array<std::uint8_t, kMaskLength> stream{};
+    std::size_t i = 0;
+    std::size_t j = 0;
+    for (std::uint8_t& byte : stream) {
+        i = (i + 1) & 0xFF;
+        j = (j + s[i]) & 0xFF;
+        std::swap(s[i], s[j]);
+        byte = s[(s[i] + s[j]) & 0xFF];
+    }
+    return stream;
+}
+
+bool startsWith(ByteView page0, std::size_t offset, std::string_view text)
+{
+    const ByteView part = slice(page0, offset, text.size());
+    return std::equal(part.begin(), part.end(), text.begin(),
+        [](std::byte a, char b) { return a == static_cast<std::byte>(b); });
+}
+
+[[noreturn]] void throwUnrecognized(const std::u16string& path, const std::u16string& reason)
+{
+    throw Error(3343, kFail, u"Unrecognized database format '" + path + u"'" + reason + u".");
+}
+
+// The password field of Jet 4 carries the day of creation as a second mask.
+bool hasPassword(ByteView plain)
+{
+    const auto created = load<double>(plain, 0x72);
+    const bool inRange = created > -1e9 && created < 1e9;
+    const auto day = static_cast<std::uint32_t>(inRange ? static_cast<std::int32_t>(created) : 0);
+    for (std::size_t i = 0; i < 40; i += 4)
+        if (load<std::uint32_t>(plain, 0x42 + i) != day)
+            return true;
+    return false;
+}
+
+} // namespace
+
+void maskHeader(MutableBytes page0)
+{
+    static const auto stream = keyStream();
+    for (std::size_t i = 0; i < kMaskLength; ++i)
+        page0[kMaskStart + i] ^= static_cast<std::byte>(stream[i]);
+}
+
+Header parseHeader(ByteView page0, const std::u16string& path)
+{
+    if (page0.size() < 0x800 || load<std::uint32_t>(page0, 0) != 0x100)
+        throwUnrecognized(path, u"");
+    const bool jetName = startsWith(page0, 4, std::string_view("Standard Jet DB\0", 16));
+    const bool aceName = startsWith(page0, 4, std::string_view("Standard ACE DB\0", 16));
+    const auto version = load<std::uint8_t>(page0, 0x14);
+    if ((!jetName && !aceName) || version > 6 || (version >= 2) != aceName)
+        throwUnrecognized(path, u"");
+    if (version == 0)
+        throwUnrecognized(path, u": files of Access 97 and older are not supported");
+
+    Bytes plain(page0.begin(), page0.begin() + 0x800);
+    maskHeader(plain);
+    if (load<std::uint32_t>(plain, 0x3E) != 0)
+        throw Error(3031, kAuthFailed, u"The database '" + path + u"' is encrypted and cannot be opened.");
+    if (hasPassword(plain))
+        throw Error(3031, kAuthFailed, u"Not a valid password. The database '" + path + u"' has a password.");
+
+    Header header;
+    header.version = version;
+    header.sortOrder.lcid = load<std::uint16_t>(plain, 0x6E);
+    header.sortOrder.version = load<std::uint8_t>(plain, 0x71);
+    return header;
+}
+
+} // namespace vellums::jet
