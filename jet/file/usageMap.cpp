@@ -278,21 +278,24 @@ Lowest lowestFree(const PageFile& file)
     if (row.form() == 0) {
         if (const auto page = lowestSet(row.bits(), row.start()))
             return {*page, true};
-        return {row.start() + static_cast<PageNo>(row.bits().size() * 8), false};
+        const PageNo end = row.start() + static_cast<PageNo>(row.bits().size() * 8);
+        return {std::max(end, file.pageCount()), false};
     }
     for (std::size_t span = 0; span < row.pointerCount(); ++span) {
         const auto base = static_cast<PageNo>(span * kSpan);
         const PageNo bitmap = row.pointer(file, span);
-        if (bitmap == 0) // all of the span counts as free; what lies inside the file is not trusted
-            return {std::max(base, file.pageCount()), false};
+        if (bitmap == 0)
+            return {std::max(base, std::min(file.pageCount(), base + kSpan - 1)), false};
         if (const auto page = lowestSet(bitmapOf(file, bitmap), base))
             return {*page, true};
     }
     throw Error(3001, kFail, u"Invalid argument. The database has reached its largest size of 2 GB.");
 }
 
-// Makes a page for one span of a global map in reference form: at the end of the file, all free but
-// itself.
+void setGlobalBit(PageFile& file, PageNo page, bool isFree);
+
+// Makes a page for one span of a global map in reference form, at the end of the file. What lies inside
+// the file counts as used: nothing tells that it is free, and a lost page harms nobody.
 void addGlobalSpan(PageFile& file, std::size_t span)
 {
     const PageNo page = file.pageCount();
@@ -301,11 +304,12 @@ void addGlobalSpan(PageFile& file, std::size_t span)
     Bytes row(now.begin(), now.end());
     store<std::uint32_t>(row, 1 + 4 * span, page);
     replaceMapRow(file, kGlobalMap, row);
-    if (page / kSpan == span)
-        setBit(writableBitmap(file, page), page % kSpan, false);
+    const MutableBytes bits = writableBitmap(file, page);
+    const std::uint64_t base = std::uint64_t{span} * kSpan;
+    for (std::uint64_t i = 0; i < kSpan && base + i <= page; ++i)
+        setBit(bits, i, false);
+    setGlobalBit(file, page, false);
 }
-
-void setGlobalBit(PageFile& file, PageNo page, bool isFree);
 
 // Turns the inline map into one in reference form with a page for every span of the file.
 void makeGlobalReference(PageFile& file)
@@ -318,21 +322,13 @@ void makeGlobalReference(PageFile& file)
     Bytes row(kFreshRow, std::byte{0});
     row[0] = std::byte{1};
     replaceMapRow(file, kGlobalMap, row);
-    std::vector<PageNo> own;
-    for (std::size_t span = 0; span <= (pagesBefore + span) / kSpan; ++span) {
-        own.push_back(file.pageCount());
+    for (std::size_t span = 0; span <= file.pageCount() / kSpan; ++span)
         addGlobalSpan(file, span);
+    for (std::size_t bit = 0; bit < bits.size() * 8; ++bit) {
+        const std::size_t page = start + bit;
+        if (page < pagesBefore || !bitAt(bits, bit)) // used bits beyond the end stay used
+            setGlobalBit(file, static_cast<PageNo>(page), bitAt(bits, bit));
     }
-    for (PageNo page = 0; page < pagesBefore; ++page) {
-        const bool beyond = page >= start && page - start >= bits.size() * 8;
-        if (!beyond && (page < start || !bitAt(bits, page - start)))
-            setGlobalBit(file, page, false);
-    }
-    for (std::size_t bit = 0; bit < bits.size() * 8; ++bit) // used bits beyond the end stay used
-        if (start + bit >= pagesBefore && !bitAt(bits, bit))
-            setGlobalBit(file, start + static_cast<PageNo>(bit), false);
-    for (const PageNo page : own)
-        setGlobalBit(file, page, false);
 }
 
 // Makes the map cover a page behind its present range.
@@ -343,14 +339,16 @@ void growGlobalMap(PageFile& file, PageNo page)
         addGlobalSpan(file, page / kSpan);
         return;
     }
-    const std::size_t bytesNeeded = (page - row.start()) / 32 * 4 + 4;
-    const std::size_t grow = bytesNeeded - row.bits().size();
-    if (DataPage(file.read(1)).freeBytes() < static_cast<int>(grow)) {
+    const std::size_t bytesNow = row.bits().size();
+    const std::size_t grow = (page - row.start()) / 32 * 4 + 4 - bytesNow;
+    if (static_cast<std::size_t>(DataPage(file.read(1)).freeBytes()) < grow) {
         makeGlobalReference(file);
         return;
     }
     Bytes longer(row.bytes.begin(), row.bytes.end());
     longer.resize(longer.size() + grow, std::byte{0xFF});
+    for (std::size_t bit = bytesNow * 8; row.start() + bit < file.pageCount(); ++bit)
+        setBit(MutableBytes(longer).subspan(kInlineHeader), bit, false);
     replaceMapRow(file, kGlobalMap, longer);
 }
 
