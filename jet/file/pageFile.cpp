@@ -1,6 +1,5 @@
 #include "jet/file/pageFile.h"
 
-#include "jet/file/header.h"
 #include "jet/file/journal.h"
 
 #include <algorithm>
@@ -151,9 +150,9 @@ void PageFile::takeView()
     pageCount_ = filePages_;
 }
 
-void PageFile::checkFormat() const
+void PageFile::checkFormat()
 {
-    parseHeader(view_.bytes().first(std::min(view_.bytes().size(), kPageSize)), path_);
+    header_ = parseHeader(view_.bytes().first(std::min(view_.bytes().size(), kPageSize)), path_);
     const auto kindOf = [&](PageNo page) { return load<std::uint16_t>(read(page), 0); };
     if (filePages_ < 3 || kindOf(1) != 0x0101 || kindOf(2) != 0x0102)
         throwDamaged(u"the first pages of '" + path_ + u"' are not those of a database");

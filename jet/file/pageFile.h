@@ -7,6 +7,7 @@
 #pragma once
 
 #include "jet/file/bytes.h"
+#include "jet/file/header.h"
 #include "platform/files.h"
 
 #include <array>
@@ -56,6 +57,7 @@ public:
 
     const std::u16string& path() const { return path_; }
     OpenMode mode() const { return mode_; }
+    const Header& header() const { return header_; }
 
     // Number of pages, those added by this statement included.
     PageNo pageCount() const { return pageCount_; }
@@ -95,12 +97,13 @@ private:
     };
 
     void open();
-    void checkFormat() const;
+    void checkFormat();
     void takeView();
     Page& dirtyPage(PageNo page, bool keepContent);
 
     std::u16string path_;
     OpenMode mode_;
+    Header header_;
     std::optional<platform::File> file_;
     std::optional<platform::File> journal_; // Write mode only
     platform::File::View view_;

@@ -115,6 +115,9 @@ public:
     // the column's properties.
     void appendColumn(const Column& column);
 
+    // Gives every row the layout of the definition as it is now.
+    void rewriteRows();
+
 private:
     friend class Scan;
 

@@ -78,10 +78,21 @@ struct TableDefinition {
     std::size_t fixedLength() const;
 };
 
+// Bytes of a value in the fixed area: by the type, for texts and binaries by the column's length. 0 for
+// booleans, which are a bit of the null mask.
+std::size_t fixedSize(const Column& column);
+
 // Throws (damaged file) when any part breaks a rule of the format.
 TableDefinition readTableDefinition(const PageFile& file, PageNo page);
 
 // Writes `joined` back over the definition pages, taking more pages where it has grown.
 void writeDefinitionBytes(PageFile& file, TableDefinition& definition);
+
+// Changes one number in `joined` and on its page (or pages).
+void patchDefinition(PageFile& file, TableDefinition& definition, std::size_t offset, std::uint32_t number);
+
+// Offsets of counters in `joined`.
+inline constexpr std::size_t kRowCountOffset = 16;
+inline constexpr std::size_t kAutoNumberOffset = 20;
 
 } // namespace vellums::jet

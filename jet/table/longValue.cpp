@@ -1,0 +1,144 @@
+#include "jet/table/longValue.h"
+
+#include "jet/table/pageSpace.h"
+
+#include <algorithm>
+
+namespace vellums::jet {
+namespace {
+
+constexpr std::uint32_t kLengthMask = 0x3FFFFFFF;
+constexpr std::uint32_t kInlineBit = 0x80000000;
+constexpr std::uint32_t kSingleBit = 0x40000000;
+
+struct Reference {
+    std::size_t length;
+    bool inlined;
+    bool single;
+    RowRef first;
+
+    explicit Reference(ByteView bytes)
+        : length(load<std::uint32_t>(bytes, 0) & kLengthMask)
+        , inlined((load<std::uint32_t>(bytes, 0) & kInlineBit) != 0)
+        , single(!inlined && (load<std::uint32_t>(bytes, 0) & kSingleBit) != 0)
+        , first(rowRefOf(load<std::uint32_t>(bytes, 4)))
+    {
+    }
+};
+
+ByteView longValueRow(const PageFile& file, RowRef at)
+{
+    const DataPage page(file.read(at.page));
+    if (page.owner() != kLongValueOwner || page.flags(at.row) != 0)
+        throwDamaged(u"a long value leads to a row that is none");
+    return page.bytes(at.row);
+}
+
+// Calls back with the place and the chunk of each row of a chain.
+template <typename Callback>
+void eachChunk(const PageFile& file, const Reference& reference, Callback&& callback)
+{
+    std::size_t length = 0;
+    std::size_t hops = 0;
+    const std::size_t mostHops = std::size_t{file.pageCount()} * kMaxRowsOnPage;
+    for (RowRef at = reference.first; at.page != 0 && length < reference.length;) {
+        const ByteView row = longValueRow(file, at);
+        if (row.size() < 5 || ++hops > mostHops)
+            throwDamaged(u"the parts of a long value form a circle");
+        const RowRef next = rowRefOf(load<std::uint32_t>(row, 0));
+        const ByteView chunk = row.subspan(4, std::min(row.size() - 4, reference.length - length));
+        length += chunk.size();
+        callback(at, chunk);
+        at = next;
+    }
+    if (length < reference.length)
+        throwDamaged(u"a long value ends too early");
+}
+
+PageOwner ownerOf(const Column& column)
+{
+    if (column.ownedMap.page == 0)
+        throwUnsupported(u"The field '" + column.name + u"' has no map of its pages and cannot be changed.");
+    return {kLongValueOwner, column.ownedMap, column.freeMap};
+}
+
+Bytes makeReference(std::uint32_t lengthAndForm, RowRef first)
+{
+    Bytes bytes;
+    append<std::uint32_t>(bytes, lengthAndForm);
+    append<std::uint32_t>(bytes, first.page == 0 ? 0 : pointerTo(first));
+    append<std::uint32_t>(bytes, 0);
+    return bytes;
+}
+
+} // namespace
+
+ByteView readLongValue(const PageFile& file, ByteView reference, Bytes& scratch)
+{
+    if (reference.empty())
+        return {};
+    const ByteView head = slice(reference, 0, kLongValueHeader);
+    const Reference value(head);
+    if (value.inlined)
+        return slice(reference, kLongValueHeader, value.length);
+    if (value.single)
+        return slice(longValueRow(file, value.first), 0, value.length);
+    scratch.clear();
+    scratch.reserve(std::min(value.length, std::size_t{file.pageCount()} * kPageSize));
+    eachChunk(file, value, [&](RowRef, ByteView chunk) { append(scratch, chunk); });
+    return scratch;
+}
+
+bool isInline(ByteView reference)
+{
+    return reference.size() < kLongValueHeader || Reference(reference).inlined;
+}
+
+Bytes inlineReference(ByteView value)
+{
+    Bytes bytes = makeReference(static_cast<std::uint32_t>(value.size()) | kInlineBit, {});
+    append(bytes, value);
+    return bytes;
+}
+
+Bytes writeLongValue(PageFile& file, const Column& column, ByteView value)
+{
+    const PageOwner owner = ownerOf(column);
+    const auto length = static_cast<std::uint32_t>(value.size());
+    if (value.size() > kMaxLongValue)
+        throwFieldTooSmall();
+    if (value.size() <= kMaxSingleBytes)
+        return makeReference(length | kSingleBit, placeRow(file, owner, value, 0));
+
+    // From the last chunk to the first would need no second visit, but lays the value out backwards.
+    std::vector<RowRef> places;
+    for (ByteView rest = value; !rest.empty();) {
+        const ByteView chunk = rest.first(std::min(rest.size(), kChunkBytes));
+        rest = rest.subspan(chunk.size());
+        Bytes row(4);
+        append(row, chunk);
+        places.push_back(placeAlone(file, owner, row));
+    }
+    for (std::size_t i = 0; i + 1 < places.size(); ++i) {
+        const MutableBytes page = file.write(places[i].page);
+        store<std::uint32_t>(page, DataPage(page).start(places[i].row), pointerTo(places[i + 1]));
+    }
+    return makeReference(length, places.front());
+}
+
+void freeLongValue(PageFile& file, const Column& column, ByteView reference)
+{
+    if (isInline(reference))
+        return;
+    const Reference value(reference);
+    const PageOwner owner = ownerOf(column);
+    std::vector<RowRef> places;
+    if (value.single)
+        places.push_back(value.first);
+    else
+        eachChunk(file, value, [&](RowRef at, ByteView) { places.push_back(at); });
+    for (const RowRef place : places)
+        removeRow(file, owner, place);
+}
+
+} // namespace vellums::jet

@@ -1,0 +1,118 @@
+// Appending a column to a table.
+#include "jet/file/dataPage.h"
+#include "jet/file/usageMap.h"
+#include "jet/table/table.h"
+
+#include <algorithm>
+
+namespace vellums::jet {
+namespace {
+
+constexpr std::size_t kColumnRecord = 25;
+constexpr std::size_t kColumnsAt = 63;
+constexpr std::size_t kCounterBytes = 12;
+constexpr std::size_t kMaxColumnSlots = 255;
+constexpr std::size_t kMapRow = 69;
+constexpr std::uint32_t kColumnMagic = 1625;
+
+Bytes columnRecord(const Column& column)
+{
+    Bytes record;
+    append<std::uint8_t>(record, static_cast<std::uint8_t>(column.type));
+    append<std::uint32_t>(record, kColumnMagic);
+    append<std::uint16_t>(record, column.number);
+    append<std::uint16_t>(record, column.slot);
+    append<std::uint16_t>(record, column.position);
+    if (column.type == ColumnType::Decimal) {
+        append<std::uint8_t>(record, column.precision);
+        append<std::uint8_t>(record, column.scale);
+        append<std::uint16_t>(record, 0);
+    } else {
+        append<std::uint16_t>(record, column.sortOrder.lcid);
+        append<std::uint8_t>(record, 0);
+        append<std::uint8_t>(record, column.sortOrder.version);
+    }
+    append<std::uint8_t>(record, column.flags);
+    append<std::uint8_t>(record, column.moreFlags);
+    append<std::uint32_t>(record, 0);
+    append<std::uint16_t>(record, column.isFixed() ? column.offset : 0);
+    append<std::uint16_t>(record, column.length);
+    return record;
+}
+
+void insertBytes(Bytes& bytes, std::size_t at, ByteView more)
+{
+    bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(at), more.begin(), more.end());
+}
+
+// Where the name list of the columns ends in the joined definition.
+std::size_t endOfNames(const Bytes& joined, std::size_t namesAt, std::size_t count)
+{
+    for (std::size_t i = 0; i < count; ++i)
+        namesAt += 2 + load<std::uint16_t>(joined, namesAt);
+    return namesAt;
+}
+
+// Two empty maps for the pages of a long-value column: on the page of the table's own maps when they
+// fit there, else on a new one.
+void makeLongValueMaps(PageFile& file, const TableDefinition& definition, Column& column)
+{
+    PageNo page = definition.ownedMap.page;
+    const DataPage maps(file.read(page));
+    if (maps.owner() != 0 || maps.freeBytes() < static_cast<int>(2 * (kMapRow + 2)) ||
+        maps.rowCount() > kMaxRowsOnPage - 2) {
+        page = FreePages(file).allocate();
+        initDataPage(file.writeNew(page), 0);
+    }
+    const Bytes empty(kMapRow);
+    column.ownedMap = {page, appendRow(file.write(page), empty, 0)};
+    column.freeMap = {page, appendRow(file.write(page), empty, 0)};
+}
+
+} // namespace
+
+void Table::appendColumn(const Column& wanted)
+{
+    if (definition_.columnSlots >= kMaxColumnSlots)
+        throw Error(3190, kErrorsInCommand, u"Too many fields defined.");
+    if (wanted.isAutoNumber())
+        throwUnsupported(u"An autonumber field cannot be added to a table that exists.");
+    const std::uint16_t variableSlotsBefore = definition_.variableSlots;
+    Column column = wanted;
+    column.number = definition_.columnSlots;
+    column.slot = definition_.variableSlots;
+    column.offset = static_cast<std::uint16_t>(definition_.fixedLength());
+    for (const Column& c : definition_.columns)
+        column.position = std::max(column.position, static_cast<std::uint16_t>(c.position + 1));
+    if (column.isFixed() && definition_.fixedLength() + fixedSize(column) > 4000)
+        throw Error(3047, kFail, u"Record is too large.");
+
+    Bytes& joined = definition_.joined;
+    const std::size_t recordsAt = kColumnsAt + kCounterBytes * definition_.physicalIndexes.size();
+    const std::size_t namesAt = recordsAt + kColumnRecord * definition_.columns.size();
+    if (isLongValue(column.type)) {
+        makeLongValueMaps(file_, definition_, column);
+        Bytes entry;
+        append<std::uint16_t>(entry, column.number);
+        append<std::uint32_t>(entry, pointerTo(column.ownedMap));
+        append<std::uint32_t>(entry, pointerTo(column.freeMap));
+        insertBytes(joined, joined.size() - 2, entry);
+    }
+    Bytes name;
+    append<std::uint16_t>(name, static_cast<std::uint16_t>(column.name.size() * 2));
+    append(name, std::as_bytes(std::span(column.name.data(), column.name.size())));
+    insertBytes(joined, endOfNames(joined, namesAt, definition_.columns.size()), name);
+    insertBytes(joined, namesAt, columnRecord(column));
+    store<std::uint16_t>(joined, 41, static_cast<std::uint16_t>(definition_.columnSlots + 1));
+    if (!column.isFixed())
+        store<std::uint16_t>(joined, 43, static_cast<std::uint16_t>(definition_.variableSlots + 1));
+    store<std::uint16_t>(joined, 45, static_cast<std::uint16_t>(definition_.columns.size() + 1));
+    writeDefinitionBytes(file_, definition_);
+    definition_ = readTableDefinition(file_, definition_.page);
+    rules_.resize(definition_.columns.size());
+    // Other programs lose rows without a variable part once the table has a variable column.
+    if (variableSlotsBefore == 0 && definition_.variableSlots != 0)
+        rewriteRows();
+}
+
+} // namespace vellums::jet

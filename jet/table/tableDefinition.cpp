@@ -1,0 +1,289 @@
+#include "jet/table/tableDefinition.h"
+
+#include "jet/file/usageMap.h"
+
+#include <algorithm>
+
+namespace vellums::jet {
+namespace {
+
+constexpr std::size_t kHeaderBytes = 63;
+constexpr std::size_t kCounterBytes = 12;
+constexpr std::size_t kColumnBytes = 25;
+constexpr std::size_t kPhysicalBytes = 52;
+constexpr std::size_t kLogicalBytes = 28;
+constexpr std::size_t kLongValueBytes = 10;
+constexpr std::size_t kContinuation = kPageSize - 8; // bytes of the definition on each further page
+constexpr std::size_t kMaxColumns = 255;
+constexpr std::size_t kMaxIndexes = 1000; // far above the 32 of the format, which Access itself passes
+constexpr int kIndexSlots = 10;
+constexpr std::uint32_t kPhysicalMagic = 0x0783;
+constexpr std::uint8_t kKnownIndexFlags = 0x8B;
+constexpr std::uint16_t kNoColumn = 0xFFFF;
+
+// Reads the joined definition from front to back.
+class Reader {
+public:
+    explicit Reader(ByteView bytes)
+        : bytes_(bytes)
+    {
+    }
+    std::size_t offset() const { return offset_; }
+    ByteView take(std::size_t length)
+    {
+        const ByteView part = slice(bytes_, offset_, length);
+        offset_ += length;
+        return part;
+    }
+    std::u16string takeName()
+    {
+        const std::size_t length = load<std::uint16_t>(take(2), 0);
+        const ByteView text = take(length);
+        std::u16string name(length / 2, u'\0');
+        std::memcpy(name.data(), text.data(), name.size() * 2);
+        return name;
+    }
+
+private:
+    ByteView bytes_;
+    std::size_t offset_ = 0;
+};
+
+Bytes joinPages(const PageFile& file, PageNo first, std::vector<PageNo>& pages)
+{
+    Bytes joined;
+    for (PageNo page = first; page != 0;) {
+        const ByteView bytes = file.read(page);
+        if (load<std::uint16_t>(bytes, 0) != 0x0102)
+            throwDamaged(u"a page of a table definition is of another kind");
+        if (std::find(pages.begin(), pages.end(), page) != pages.end())
+            throwDamaged(u"the pages of a table definition form a circle");
+        append(joined, pages.empty() ? bytes : bytes.subspan(8));
+        pages.push_back(page);
+        page = load<std::uint32_t>(bytes, 4);
+    }
+    const std::size_t length = load<std::uint32_t>(joined, 8);
+    if (length < kHeaderBytes + 2 || length > joined.size())
+        throwDamaged(u"a table definition has a wrong length");
+    joined.resize(length);
+    return joined;
+}
+
+Column readColumn(ByteView record, SortOrder defaultOrder)
+{
+    Column column;
+    column.type = static_cast<ColumnType>(load<std::uint8_t>(record, 0));
+    column.number = load<std::uint16_t>(record, 5);
+    column.slot = load<std::uint16_t>(record, 7);
+    column.position = load<std::uint16_t>(record, 9);
+    column.precision = load<std::uint8_t>(record, 11);
+    column.scale = load<std::uint8_t>(record, 12);
+    column.sortOrder = {load<std::uint16_t>(record, 11), load<std::uint8_t>(record, 14)};
+    if (column.sortOrder.lcid == 0)
+        column.sortOrder = defaultOrder;
+    column.flags = load<std::uint8_t>(record, 15);
+    column.moreFlags = load<std::uint8_t>(record, 16);
+    column.offset = load<std::uint16_t>(record, 21);
+    column.length = load<std::uint16_t>(record, 23);
+    return column;
+}
+
+PhysicalIndex readPhysicalIndex(ByteView record, const TableDefinition& definition)
+{
+    PhysicalIndex index;
+    bool ended = false;
+    for (std::size_t i = 0; i < kIndexSlots; ++i) {
+        const auto number = load<std::uint16_t>(record, 4 + 3 * i);
+        if (number == kNoColumn) {
+            ended = true;
+            continue;
+        }
+        if (ended || definition.columnByNumber(number) == nullptr)
+            index.understood = false;
+        index.columns.push_back({number, load<std::uint8_t>(record, 6 + 3 * i) == 1});
+    }
+    index.usageMap = rowRefOf(load<std::uint32_t>(record, 34));
+    index.root = load<std::uint32_t>(record, 38);
+    index.flags = load<std::uint8_t>(record, 46);
+    index.unique = (index.flags & 0x01) != 0;
+    index.required = (index.flags & 0x08) != 0;
+    if (load<std::uint32_t>(record, 0) != kPhysicalMagic || (index.flags & ~kKnownIndexFlags) != 0 ||
+        index.columns.empty())
+        index.understood = false;
+    return index;
+}
+
+LogicalIndex readLogicalIndex(ByteView record)
+{
+    LogicalIndex index;
+    index.number = load<std::uint32_t>(record, 4);
+    index.physical = load<std::uint32_t>(record, 8);
+    index.partner = load<std::int32_t>(record, 13);
+    index.kind = load<std::uint8_t>(record, 23);
+    return index;
+}
+
+void readLongValueMaps(Reader& reader, TableDefinition& definition)
+{
+    for (;;) {
+        const auto number = load<std::uint16_t>(reader.take(2), 0);
+        if (number == kNoColumn)
+            break;
+        const ByteView pointers = reader.take(kLongValueBytes - 2);
+        const auto column = std::find_if(definition.columns.begin(), definition.columns.end(),
+            [number](const Column& c) { return c.number == number; });
+        if (column == definition.columns.end())
+            continue;
+        column->ownedMap = rowRefOf(load<std::uint32_t>(pointers, 0));
+        column->freeMap = rowRefOf(load<std::uint32_t>(pointers, 4));
+    }
+    if (reader.offset() != definition.joined.size())
+        throwDamaged(u"a table definition does not end where its length says");
+}
+
+} // namespace
+
+std::size_t fixedSize(const Column& column)
+{
+    switch (column.type) {
+    case ColumnType::Boolean:
+        return 0;
+    case ColumnType::Byte:
+        return 1;
+    case ColumnType::Integer:
+        return 2;
+    case ColumnType::Long:
+    case ColumnType::Single:
+    case ColumnType::Complex:
+        return 4;
+    case ColumnType::Currency:
+    case ColumnType::Double:
+    case ColumnType::Date:
+    case ColumnType::BigInteger:
+        return 8;
+    case ColumnType::Guid:
+        return 16;
+    case ColumnType::Decimal:
+        return 17;
+    case ColumnType::ExtendedDate:
+        return 42;
+    default:
+        return column.length;
+    }
+}
+
+const Column* TableDefinition::columnByNumber(std::uint16_t number) const
+{
+    const auto found = std::find_if(
+        columns.begin(), columns.end(), [number](const Column& column) { return column.number == number; });
+    return found == columns.end() ? nullptr : &*found;
+}
+
+std::size_t TableDefinition::fixedLength() const
+{
+    std::size_t length = 0;
+    for (const Column& column : columns)
+        if (column.isFixed() && column.type != ColumnType::Boolean)
+            length = std::max(length, column.offset + fixedSize(column));
+    return length;
+}
+
+TableDefinition readTableDefinition(const PageFile& file, PageNo page)
+{
+    TableDefinition definition;
+    definition.page = page;
+    definition.joined = joinPages(file, page, definition.pages);
+    Reader reader(definition.joined);
+    const ByteView header = reader.take(kHeaderBytes);
+    definition.rowCount = load<std::uint32_t>(header, 16);
+    definition.lastAutoNumber = load<std::uint32_t>(header, 20);
+    definition.tableType = load<std::uint8_t>(header, 40);
+    definition.columnSlots = load<std::uint16_t>(header, 41);
+    definition.variableSlots = load<std::uint16_t>(header, 43);
+    definition.ownedMap = rowRefOf(load<std::uint32_t>(header, 55));
+    definition.freeMap = rowRefOf(load<std::uint32_t>(header, 59));
+    const std::size_t columnCount = load<std::uint16_t>(header, 45);
+    const std::size_t logicalCount = load<std::uint32_t>(header, 47);
+    const std::size_t physicalCount = load<std::uint32_t>(header, 51);
+    if (columnCount > kMaxColumns || logicalCount > kMaxIndexes || physicalCount > kMaxIndexes ||
+        definition.columnSlots > kMaxColumns || definition.variableSlots > definition.columnSlots)
+        throwDamaged(u"a table definition has impossible counts");
+
+    for (std::size_t i = 0; i < physicalCount; ++i) {
+        definition.counterOffsets.push_back(reader.offset());
+        reader.take(kCounterBytes);
+    }
+    for (std::size_t i = 0; i < columnCount; ++i) {
+        definition.columns.push_back(readColumn(reader.take(kColumnBytes), file.header().sortOrder));
+        const Column& column = definition.columns.back();
+        if (column.number >= definition.columnSlots ||
+            (!column.isFixed() && column.type != ColumnType::Boolean &&
+                column.slot >= definition.variableSlots))
+            throwDamaged(u"a column of a table definition has an impossible number");
+    }
+    for (Column& column : definition.columns)
+        column.name = reader.takeName();
+    for (std::size_t i = 0; i < physicalCount; ++i)
+        definition.physicalIndexes.push_back(readPhysicalIndex(reader.take(kPhysicalBytes), definition));
+    for (std::size_t i = 0; i < logicalCount; ++i) {
+        definition.logicalIndexes.push_back(readLogicalIndex(reader.take(kLogicalBytes)));
+        const LogicalIndex& logical = definition.logicalIndexes.back();
+        if (logical.physical >= physicalCount)
+            throwDamaged(u"an index of a table definition does not exist");
+        if (logical.kind == 1)
+            definition.physicalIndexes[logical.physical].unique = true;
+        if (logical.kind == 1)
+            definition.physicalIndexes[logical.physical].required = true;
+    }
+    for (LogicalIndex& index : definition.logicalIndexes)
+        index.name = reader.takeName();
+    readLongValueMaps(reader, definition);
+    return definition;
+}
+
+void writeDefinitionBytes(PageFile& file, TableDefinition& definition)
+{
+    Bytes& joined = definition.joined;
+    store<std::uint32_t>(joined, 8, static_cast<std::uint32_t>(joined.size()));
+    std::size_t pagesNeeded = 1;
+    if (joined.size() > kPageSize)
+        pagesNeeded += (joined.size() - kPageSize + kContinuation - 1) / kContinuation;
+    FreePages free(file);
+    while (definition.pages.size() < pagesNeeded)
+        definition.pages.push_back(free.allocate());
+    while (definition.pages.size() > pagesNeeded) {
+        free.release(definition.pages.back(), 0x08);
+        definition.pages.pop_back();
+    }
+
+    ByteView rest = joined;
+    for (std::size_t i = 0; i < pagesNeeded; ++i) {
+        const std::size_t header = i == 0 ? 0 : 8;
+        const ByteView part = rest.first(std::min(rest.size(), kPageSize - header));
+        rest = rest.subspan(part.size());
+        const MutableBytes page = file.writeNew(definition.pages[i]);
+        std::copy(part.begin(), part.end(), page.begin() + static_cast<std::ptrdiff_t>(header));
+        const std::size_t used = header + part.size();
+        store<std::uint16_t>(page, 0, 0x0102);
+        store<std::uint16_t>(
+            page, 2, static_cast<std::uint16_t>(used + 8 > kPageSize ? 0 : kPageSize - 8 - used));
+        store<std::uint32_t>(page, 4, i + 1 < pagesNeeded ? definition.pages[i + 1] : 0);
+    }
+    std::copy_n(file.read(definition.page).begin(), 8, joined.begin());
+}
+
+void patchDefinition(PageFile& file, TableDefinition& definition, std::size_t offset, std::uint32_t number)
+{
+    store<std::uint32_t>(definition.joined, offset, number);
+    for (std::size_t i = offset; i < offset + 4; ++i) { // it may straddle two pages
+        if (i < kPageSize) {
+            file.write(definition.pages[0])[i] = definition.joined[i];
+        } else {
+            const std::size_t behind = i - kPageSize;
+            file.write(definition.pages[1 + behind / kContinuation])[8 + behind % kContinuation] =
+                definition.joined[i];
+        }
+    }
+}
+
+} // namespace vellums::jet

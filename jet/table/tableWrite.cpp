@@ -1,0 +1,395 @@
+// Changing rows. What can fail is checked first: rules, lengths, keys; then pages change.
+#include "jet/file/dataPage.h"
+#include "jet/file/usageMap.h"
+#include "jet/index/bTree.h"
+#include "jet/table/indexKeys.h"
+#include "jet/table/longValue.h"
+#include "jet/table/pageSpace.h"
+#include "jet/table/rowCodec.h"
+#include "jet/table/table.h"
+#include "jet/table/valueCodec.h"
+
+#include <algorithm>
+
+namespace vellums::jet {
+namespace {
+
+// A row on its way into the table. Long values that are to lie outside are kept apart until the keys
+// are checked.
+struct NewRow {
+    RowContent content;
+    std::vector<std::optional<Bytes>> outside; // parallel to the columns
+};
+
+void checkRules(const Table& table, const Assignment& assignment)
+{
+    const Column& column = table.definition().columns[assignment.column];
+    const ColumnRule& rule = table.rules()[assignment.column];
+    if (isNull(assignment.value)) {
+        if (rule.required)
+            throwNullNotAllowed(table.name(), column.name);
+        return;
+    }
+    const auto* text = std::get_if<std::u16string>(&assignment.value);
+    if (text != nullptr && text->empty() && !rule.allowsEmpty)
+        throwEmptyNotAllowed(table.name(), column.name);
+    if (!rule.validationRule.empty())
+        throwUnsupported(u"The field '" + table.name() + u"." + column.name + u"' has the validation rule '" +
+            rule.validationRule + u"', which cannot be checked here; it is left as it is.");
+}
+
+void setContent(NewRow& row, const Column& column, std::size_t at, const Value& value)
+{
+    row.content[at].reset();
+    row.outside[at].reset();
+    if (isNull(value)) {
+        if (column.type == ColumnType::Boolean)
+            throwTypeMismatch();
+        return;
+    }
+    if (column.type == ColumnType::Boolean) {
+        const bool* const flag = std::get_if<bool>(&value);
+        if (flag == nullptr)
+            throwTypeMismatch();
+        if (*flag)
+            row.content[at].emplace();
+        return;
+    }
+    if (!isLongValue(column.type)) {
+        row.content[at] = encodeValue(column, value);
+        return;
+    }
+    std::size_t plainBytes = 0;
+    Bytes bytes;
+    if (const auto* text = std::get_if<std::u16string>(&value);
+        text != nullptr && column.type == ColumnType::Memo) {
+        plainBytes = text->size() * 2;
+        bytes = encodeText(*text, plainBytes <= kMaxInlineBytes);
+    } else if (const auto* binary = std::get_if<Bytes>(&value);
+               binary != nullptr && column.type == ColumnType::Ole) {
+        plainBytes = binary->size();
+        bytes = *binary;
+    } else {
+        throwTypeMismatch();
+    }
+    if (bytes.size() > kMaxLongValue)
+        throwFieldTooSmall();
+    if (plainBytes <= kMaxInlineBytes) {
+        row.content[at] = inlineReference(bytes);
+    } else {
+        row.content[at] = Bytes(kLongValueHeader);
+        row.outside[at] = std::move(bytes);
+    }
+}
+
+// While the row is too long, its longest inline value moves out.
+void makeFitting(const TableDefinition& definition, NewRow& row)
+{
+    while (encodeRow(definition, row.content).size() > kMaxRowBytes) {
+        std::size_t longest = definition.columns.size();
+        for (std::size_t i = 0; i < definition.columns.size(); ++i) {
+            if (!isLongValue(definition.columns[i].type) || !row.content[i] || row.outside[i] ||
+                row.content[i]->size() <= kLongValueHeader || !isInline(*row.content[i]))
+                continue;
+            if (longest == definition.columns.size() || row.content[i]->size() > row.content[longest]->size())
+                longest = i;
+        }
+        if (longest == definition.columns.size())
+            throw Error(3047, kFail, u"Record is too large.");
+        Bytes& content = *row.content[longest];
+        row.outside[longest] = Bytes(content.begin() + kLongValueHeader, content.end());
+        content.assign(kLongValueHeader, std::byte{0});
+    }
+}
+
+// A row as it will be, for computing keys: long values that lie outside are put in line, whatever
+// their length.
+Row previewRow(
+    const PageFile& file, const TableDefinition& definition, const NewRow& row, RowRef home, Bytes& bytes)
+{
+    RowContent content = row.content;
+    for (std::size_t i = 0; i < content.size(); ++i) {
+        const bool indexed = std::any_of(definition.physicalIndexes.begin(), definition.physicalIndexes.end(),
+            [&](const PhysicalIndex& index) {
+                return std::any_of(index.columns.begin(), index.columns.end(),
+                    [&](const IndexColumn& c) { return c.number == definition.columns[i].number; });
+            });
+        if (row.outside[i] && indexed) {
+            // Keys look at the first 255 units.
+            const ByteView value =
+                ByteView(*row.outside[i]).first(std::min<std::size_t>(row.outside[i]->size(), 512));
+            content[i] = inlineReference(value);
+        }
+    }
+    bytes = encodeRow(definition, content);
+    return {file, definition, home, bytes};
+}
+
+// Refuses keys that the index does not take.
+void checkKey(
+    const PageFile& file, const Table& table, const PhysicalIndex& index, const RowKey& key, RowRef self)
+{
+    if (key.state == RowKey::State::Absent)
+        return;
+    if (key.state == RowKey::State::Unencodable)
+        throwUnsupported(u"The table '" + table.name() +
+            u"' has an index whose sort order this engine cannot maintain for this value; nothing was "
+            u"changed.");
+    if (index.required && key.anyNull)
+        throwNullNotAllowed(table.name(), table.definition().columnByNumber(index.columns[0].number)->name);
+    if (!index.unique || key.allNull)
+        return;
+    const auto rows = BTree(file, treeOf(table.definition(), index)).find(key.bytes);
+    if (std::any_of(rows.begin(), rows.end(), [self](RowRef row) { return row != self; }))
+        throwDuplicateKey();
+}
+
+PageOwner ownerOf(const TableDefinition& definition)
+{
+    return {definition.page, definition.ownedMap, definition.freeMap};
+}
+
+void writeOutsideValues(PageFile& file, const TableDefinition& definition, NewRow& row)
+{
+    for (std::size_t i = 0; i < row.outside.size(); ++i)
+        if (row.outside[i])
+            row.content[i] = writeLongValue(file, definition.columns[i], *row.outside[i]);
+}
+
+void addIndexEntry(PageFile& file, TableDefinition& definition, std::size_t at, const RowKey& key, RowRef row)
+{
+    if (key.state == RowKey::State::Absent)
+        return;
+    FreePages free(file);
+    BTree tree(file, treeOf(definition, definition.physicalIndexes[at]));
+    if (tree.insert(key.bytes, row, free)) {
+        const std::size_t differentKeys = definition.counterOffsets[at] + 4;
+        patchDefinition(
+            file, definition, differentKeys, load<std::uint32_t>(definition.joined, differentKeys) + 1);
+    }
+}
+
+void removeIndexEntry(PageFile& file, const TableDefinition& definition, const PhysicalIndex& index,
+    const RowKey& key, RowRef row)
+{
+    FreePages free(file);
+    BTree tree(file, treeOf(definition, index));
+    if (key.state == RowKey::State::Encoded && tree.erase(key.bytes, row, free))
+        return;
+    if (!tree.eraseByRow(row, free) && key.state != RowKey::State::Absent)
+        throwDamaged(u"an index lacks a row of its table");
+}
+
+void setRowCount(PageFile& file, TableDefinition& definition, std::int64_t delta)
+{
+    const std::int64_t count = std::max<std::int64_t>(0, std::int64_t{definition.rowCount} + delta);
+    definition.rowCount = static_cast<std::uint32_t>(count);
+    patchDefinition(file, definition, kRowCountOffset, definition.rowCount);
+}
+
+void raiseAutoNumber(PageFile& file, TableDefinition& definition, std::int32_t number)
+{
+    if (number <= static_cast<std::int32_t>(definition.lastAutoNumber))
+        return;
+    definition.lastAutoNumber = static_cast<std::uint32_t>(number);
+    patchDefinition(file, definition, kAutoNumberOffset, definition.lastAutoNumber);
+}
+
+// Where the bytes of a row lie now; the home itself unless the row has moved.
+RowRef placeOf(const PageFile& file, RowRef home)
+{
+    const DataPage page(file.read(home.page));
+    if ((page.flags(home.row) & kMovedFlag) == 0)
+        return home;
+    return rowRefOf(load<std::uint32_t>(page.bytes(home.row), 0));
+}
+
+// True when the page has room for the row in the place of what is there now.
+bool fitsAt(const PageFile& file, RowRef at, std::size_t length)
+{
+    const DataPage page(file.read(at.page));
+    return length <= page.bytes(at.row).size() + static_cast<std::size_t>(page.freeBytes());
+}
+
+// Puts the new bytes of a row where they fit: where it lies, at home, or on another page.
+void storeRow(PageFile& file, const PageOwner& owner, RowRef home, ByteView row)
+{
+    const RowRef now = placeOf(file, home);
+    if (fitsAt(file, now, row.size())) {
+        replaceRow(writablePage(file, owner, now.page), now.row, row, now == home ? 0 : kMovedHereFlag);
+        noteFreeSpace(file, owner, now.page);
+        return;
+    }
+    if (now != home && fitsAt(file, home, row.size())) {
+        removeRow(file, owner, now);
+        replaceRow(writablePage(file, owner, home.page), home.row, row, 0);
+        return;
+    }
+    if (now != home)
+        removeRow(file, owner, now);
+    Bytes pointer(4);
+    replaceRow(writablePage(file, owner, home.page), home.row, pointer, kMovedFlag);
+    const RowRef target = placeRow(file, owner, row, kMovedHereFlag);
+    store<std::uint32_t>(pointer, 0, pointerTo(target));
+    replaceRow(writablePage(file, owner, home.page), home.row, pointer, kMovedFlag);
+}
+
+} // namespace
+
+void Table::requireWritable() const
+{
+    const auto refuse = [&](const std::u16string& why) {
+        throwUnsupported(u"The table '" + name_ + u"' cannot be changed here: " + why + u".");
+    };
+    for (const Column& column : definition_.columns) {
+        const auto code = static_cast<unsigned>(column.type);
+        if (column.isCalculated())
+            refuse(u"the field '" + column.name + u"' is calculated");
+        if (code == 0 || code == 0x0D || code == 0x0E || code == 0x11 || code == 0x12 || code >= 0x14)
+            refuse(u"the field '" + column.name + u"' has a type that is only read");
+        if (isLongValue(column.type) && column.ownedMap.page == 0)
+            refuse(u"the field '" + column.name + u"' has no map of its pages");
+    }
+    for (const PhysicalIndex& index : definition_.physicalIndexes)
+        if (!index.understood)
+            refuse(u"it has an index of an unknown kind");
+    for (const LogicalIndex& index : definition_.logicalIndexes)
+        if (index.kind == 2 && index.partner != -1)
+            refuse(u"it takes part in the relationship '" + index.name + u"'");
+}
+
+std::int32_t Table::insert(const std::vector<Assignment>& assignments)
+{
+    NewRow row;
+    row.content.resize(definition_.columns.size());
+    row.outside.resize(definition_.columns.size());
+    std::vector<Value> values(definition_.columns.size());
+    for (const Assignment& assignment : assignments)
+        values[assignment.column] = assignment.value;
+    std::int32_t autoNumber = 0;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const Column& column = definition_.columns[i];
+        if (column.isAutoNumber()) {
+            if (isNull(values[i]))
+                values[i] = static_cast<std::int32_t>(definition_.lastAutoNumber + 1);
+            if (const auto* number = std::get_if<std::int32_t>(&values[i]))
+                autoNumber = *number;
+        } else if (column.type == ColumnType::Boolean && isNull(values[i])) {
+            values[i] = false;
+        }
+        checkRules(*this, {i, values[i]});
+        setContent(row, column, i, values[i]);
+    }
+
+    makeFitting(definition_, row);
+    Bytes preview;
+    const Row future = previewRow(file_, definition_, row, {}, preview);
+    std::vector<RowKey> keys;
+    for (const PhysicalIndex& index : definition_.physicalIndexes) {
+        keys.push_back(rowKey(file_, definition_, index, future));
+        checkKey(file_, *this, index, keys.back(), {});
+    }
+
+    writeOutsideValues(file_, definition_, row);
+    const RowRef home = placeRow(file_, ownerOf(definition_), encodeRow(definition_, row.content), 0);
+    for (std::size_t i = 0; i < keys.size(); ++i)
+        addIndexEntry(file_, definition_, i, keys[i], home);
+    setRowCount(file_, definition_, 1);
+    raiseAutoNumber(file_, definition_, autoNumber);
+    return autoNumber;
+}
+
+void Table::update(RowRef home, const std::vector<Assignment>& assignments)
+{
+    NewRow row;
+    row.content.resize(definition_.columns.size());
+    row.outside.resize(definition_.columns.size());
+    const Row old = rowAt(home);
+    const Bytes oldBytes(old.bytes().begin(), old.bytes().end());
+    const Row before(file_, definition_, home, oldBytes);
+    for (std::size_t i = 0; i < definition_.columns.size(); ++i)
+        if (const auto stored = before.stored(i))
+            row.content[i].emplace(stored->begin(), stored->end());
+    std::vector<Bytes> replaced; // references of long values that go
+    std::vector<std::size_t> replacedColumns;
+    std::int32_t autoNumber = 0;
+    for (const Assignment& assignment : assignments) {
+        const Column& column = definition_.columns[assignment.column];
+        checkRules(*this, assignment);
+        if (isLongValue(column.type) && row.content[assignment.column]) {
+            replaced.push_back(*row.content[assignment.column]);
+            replacedColumns.push_back(assignment.column);
+        }
+        setContent(row, column, assignment.column, assignment.value);
+        if (column.isAutoNumber())
+            if (const auto* number = std::get_if<std::int32_t>(&assignment.value))
+                autoNumber = *number;
+    }
+
+    makeFitting(definition_, row);
+    Bytes preview;
+    const Row future = previewRow(file_, definition_, row, home, preview);
+    struct Change {
+        std::size_t index;
+        RowKey before;
+        RowKey after;
+    };
+    std::vector<Change> changes;
+    for (std::size_t i = 0; i < definition_.physicalIndexes.size(); ++i) {
+        const PhysicalIndex& index = definition_.physicalIndexes[i];
+        const bool touched =
+            std::any_of(index.columns.begin(), index.columns.end(), [&](const IndexColumn& c) {
+                return std::any_of(assignments.begin(), assignments.end(),
+                    [&](const Assignment& a) { return definition_.columns[a.column].number == c.number; });
+            });
+        if (!touched)
+            continue;
+        Change change{
+            i, rowKey(file_, definition_, index, before), rowKey(file_, definition_, index, future)};
+        if (change.before.state == change.after.state && change.before.bytes == change.after.bytes)
+            continue;
+        checkKey(file_, *this, index, change.after, home);
+        changes.push_back(std::move(change));
+    }
+
+    for (std::size_t i = 0; i < replaced.size(); ++i)
+        freeLongValue(file_, definition_.columns[replacedColumns[i]], replaced[i]);
+    writeOutsideValues(file_, definition_, row);
+    storeRow(file_, ownerOf(definition_), home, encodeRow(definition_, row.content));
+    for (const Change& change : changes) {
+        removeIndexEntry(file_, definition_, definition_.physicalIndexes[change.index], change.before, home);
+        addIndexEntry(file_, definition_, change.index, change.after, home);
+    }
+    raiseAutoNumber(file_, definition_, autoNumber);
+}
+
+void Table::erase(RowRef home)
+{
+    const Row row = rowAt(home);
+    const Bytes bytes(row.bytes().begin(), row.bytes().end());
+    const Row copy(file_, definition_, home, bytes);
+    for (const PhysicalIndex& index : definition_.physicalIndexes)
+        removeIndexEntry(file_, definition_, index, rowKey(file_, definition_, index, copy), home);
+    for (std::size_t i = 0; i < definition_.columns.size(); ++i)
+        if (isLongValue(definition_.columns[i].type))
+            if (const auto reference = copy.stored(i))
+                freeLongValue(file_, definition_.columns[i], *reference);
+    const RowRef place = placeOf(file_, home);
+    if (place != home)
+        removeRow(file_, ownerOf(definition_), place);
+    removeRow(file_, ownerOf(definition_), home);
+    setRowCount(file_, definition_, -1);
+}
+
+void Table::rewriteRows()
+{
+    std::vector<RowRef> homes;
+    forEachRow([&](const Row& row) {
+        homes.push_back(row.home());
+        return true;
+    });
+    for (const RowRef home : homes)
+        update(home, {});
+}
+
+} // namespace vellums::jet
