@@ -126,8 +126,7 @@ Row previewRow(
 }
 
 // Refuses keys that the index does not take.
-void checkKey(
-    const PageFile& file, const Table& table, const PhysicalIndex& index, const RowKey& key, RowRef self)
+void checkKey(PageFile& file, const Table& table, const PhysicalIndex& index, const RowKey& key, RowRef self)
 {
     if (key.state == RowKey::State::Absent)
         return;
