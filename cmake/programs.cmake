@@ -1,7 +1,12 @@
 # The two programs: vellums-cli everywhere, Vellums.exe on Windows.
 file(GLOB cli_sources CONFIGURE_DEPENDS cli/*.cpp)
 if(cli_sources)
-  add_executable(vellums-cli ${cli_sources} platform/${here}/entryPoint.cpp)
+  if(WIN32)
+    set(cli_entry platform/win32/consoleEntryPoint.cpp)
+  else()
+    set(cli_entry platform/posix/entryPoint.cpp)
+  endif()
+  add_executable(vellums-cli ${cli_sources} ${cli_entry})
   target_link_libraries(vellums-cli PRIVATE io)
   if(WIN32)
     target_link_options(vellums-cli PRIVATE -municode)

@@ -1,0 +1,103 @@
+#include "platform/sharedFile.h"
+
+#include "platform/codePage.h"
+#include "platform/posix/systemPath.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace vellums::platform {
+namespace {
+
+int openFlags(SharedFile::Mode mode)
+{
+    switch (mode) {
+    case SharedFile::Mode::Read:
+        return O_RDONLY;
+    case SharedFile::Mode::Replace:
+        return O_RDWR | O_CREAT | O_TRUNC;
+    case SharedFile::Mode::Append:
+        return O_RDWR | O_CREAT;
+    }
+    return O_RDONLY;
+}
+
+} // namespace
+
+struct SharedFile::Handle {
+    int fd = -1;
+    explicit Handle(int raw)
+        : fd(raw)
+    {
+    }
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
+    ~Handle()
+    {
+        if (fd >= 0)
+            ::close(fd);
+    }
+};
+
+SharedFile::SharedFile(std::unique_ptr<Handle> handle)
+    : handle_(std::move(handle))
+{
+}
+SharedFile::SharedFile(SharedFile&&) noexcept = default;
+SharedFile& SharedFile::operator=(SharedFile&&) noexcept = default;
+SharedFile::~SharedFile() = default;
+
+std::optional<SharedFile> SharedFile::open(const std::u16string& path, Mode mode)
+{
+    if (!toAnsiExact(path))
+        return std::nullopt;
+    // Without waiting for the other end when the name is that of a pipe.
+    const int raw = ::open(systemPath(path).c_str(), openFlags(mode) | O_CLOEXEC | O_NONBLOCK, 0666);
+    auto handle = std::make_unique<Handle>(raw);
+    struct stat info { };
+    if (raw < 0 || ::fstat(raw, &info) != 0 || !S_ISREG(info.st_mode))
+        return std::nullopt;
+    return SharedFile(std::move(handle));
+}
+
+std::optional<std::uint64_t> SharedFile::size() const
+{
+    struct stat info { };
+    if (::fstat(handle_->fd, &info) != 0)
+        return std::nullopt;
+    return static_cast<std::uint64_t>(info.st_size);
+}
+
+std::size_t SharedFile::readAt(std::uint64_t offset, std::span<std::byte> buffer) const
+{
+    std::size_t done = 0;
+    while (done < buffer.size()) {
+        const ssize_t got = ::pread(
+            handle_->fd, buffer.data() + done, buffer.size() - done, static_cast<off_t>(offset + done));
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got <= 0)
+            break;
+        done += static_cast<std::size_t>(got);
+    }
+    return done;
+}
+
+bool SharedFile::writeAt(std::uint64_t offset, std::span<const std::byte> bytes)
+{
+    std::size_t done = 0;
+    while (done < bytes.size()) {
+        const ssize_t put = ::pwrite(
+            handle_->fd, bytes.data() + done, bytes.size() - done, static_cast<off_t>(offset + done));
+        if (put < 0 && errno == EINTR)
+            continue;
+        if (put <= 0)
+            return false;
+        done += static_cast<std::size_t>(put);
+    }
+    return true;
+}
+
+} // namespace vellums::platform

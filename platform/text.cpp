@@ -1,0 +1,209 @@
+#include "platform/text.h"
+
+#include <algorithm>
+
+namespace vellums::platform {
+namespace {
+
+constexpr char16_t kReplacement = 0xFFFD;
+
+// The range of a second byte depends on the first: no overlong forms, no surrogates, nothing above
+// U+10FFFF.
+bool goodSecond(unsigned lead, unsigned second)
+{
+    switch (lead) {
+    case 0xE0:
+        return second >= 0xA0 && second < 0xC0;
+    case 0xED:
+        return second >= 0x80 && second < 0xA0;
+    case 0xF0:
+        return second >= 0x90 && second < 0xC0;
+    case 0xF4:
+        return second >= 0x80 && second < 0x90;
+    default:
+        return second >= 0x80 && second < 0xC0;
+    }
+}
+
+bool isHighSurrogate(char16_t c)
+{
+    return c >= 0xD800 && c < 0xDC00;
+}
+bool isLowSurrogate(char16_t c)
+{
+    return c >= 0xDC00 && c < 0xE000;
+}
+
+} // namespace
+
+Utf8Sequence utf8At(std::string_view bytes)
+{
+    const auto at = [&bytes](std::size_t i) {
+        return static_cast<unsigned>(static_cast<unsigned char>(bytes[i]));
+    };
+    const unsigned lead = at(0);
+    if (lead < 0x80)
+        return {lead, 1, true};
+    std::size_t wanted = 0;
+    if (lead >= 0xC2 && lead < 0xE0)
+        wanted = 2;
+    else if (lead >= 0xE0 && lead < 0xF0)
+        wanted = 3;
+    else if (lead >= 0xF0 && lead < 0xF5)
+        wanted = 4;
+    if (wanted == 0 || bytes.size() < 2 || !goodSecond(lead, at(1)))
+        return {};
+    char32_t value = lead & (0x7Fu >> wanted);
+    for (std::size_t i = 1; i < wanted; ++i) {
+        if (i >= bytes.size() || (at(i) & 0xC0u) != 0x80)
+            return {kReplacement, i, false};
+        value = (value << 6) | (at(i) & 0x3Fu);
+    }
+    return {value, wanted, true};
+}
+
+void appendUtf8(std::string& out, char32_t c)
+{
+    const auto byte = [&out](char32_t value) { out.push_back(static_cast<char>(value)); };
+    if (c < 0x80) {
+        byte(c);
+        return;
+    }
+    if (c < 0x800) {
+        byte(0xC0 | (c >> 6));
+    } else {
+        if (c < 0x10000) {
+            byte(0xE0 | (c >> 12));
+        } else {
+            byte(0xF0 | (c >> 18));
+            byte(0x80 | ((c >> 12) & 0x3F));
+        }
+        byte(0x80 | ((c >> 6) & 0x3F));
+    }
+    byte(0x80 | (c & 0x3F));
+}
+
+void appendUtf16(std::u16string& out, char32_t c)
+{
+    if (c >= 0x10000) {
+        out.push_back(static_cast<char16_t>(0xD800 + ((c - 0x10000) >> 10)));
+        c = 0xDC00 + ((c - 0x10000) & 0x3FF);
+    }
+    out.push_back(static_cast<char16_t>(c));
+}
+
+std::u16string fromUtf8(std::string_view bytes)
+{
+    std::u16string out;
+    out.reserve(bytes.size());
+    for (std::size_t i = 0; i < bytes.size();) {
+        const auto byte = static_cast<unsigned char>(bytes[i]);
+        if (byte < 0x80) {
+            out.push_back(byte);
+            ++i;
+            continue;
+        }
+        const Utf8Sequence sequence = utf8At(bytes.substr(i));
+        appendUtf16(out, sequence.value);
+        i += sequence.length;
+    }
+    return out;
+}
+
+std::string toUtf8(std::u16string_view text)
+{
+    std::string out;
+    out.reserve(text.size() + text.size() / 2);
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        char32_t c = text[i];
+        if (isHighSurrogate(text[i]) && i + 1 < text.size() && isLowSurrogate(text[i + 1])) {
+            c = 0x10000 + ((c - 0xD800) << 10) + (text[i + 1] - 0xDC00u);
+            ++i;
+        } else if (c >= 0xD800 && c < 0xE000) {
+            c = kReplacement;
+        }
+        appendUtf8(out, c);
+    }
+    return out;
+}
+
+std::u16string decimal(std::int64_t value)
+{
+    const std::string digits = std::to_string(value);
+    return std::u16string(digits.begin(), digits.end());
+}
+
+std::u16string decimal(std::int64_t value, int width)
+{
+    std::u16string digits = decimal(value);
+    if (digits.size() < static_cast<std::size_t>(width))
+        digits.insert(0, static_cast<std::size_t>(width) - digits.size(), u'0');
+    return digits;
+}
+
+std::u16string lowerCase(std::u16string_view text)
+{
+    std::u16string out(text);
+    std::transform(out.begin(), out.end(), out.begin(), [](char16_t c) { return lowerCase(c); });
+    return out;
+}
+
+bool equalNoCase(std::u16string_view a, std::u16string_view b)
+{
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+        [](char16_t x, char16_t y) { return x == y || lowerCase(x) == lowerCase(y); });
+}
+
+namespace {
+
+// The replacement, with the places to search in and the text to search for already alike in case.
+std::u16string replaceFound(
+    std::u16string_view text, std::u16string_view searched, std::u16string_view from, std::u16string_view to)
+{
+    std::u16string out;
+    out.reserve(text.size());
+    std::size_t done = 0;
+    while (!from.empty()) {
+        const std::size_t found = searched.find(from, done);
+        if (found == std::u16string_view::npos)
+            break;
+        out.append(text.substr(done, found - done)).append(to);
+        done = found + from.size();
+    }
+    out.append(text.substr(done));
+    return out;
+}
+
+} // namespace
+
+std::u16string replaceAll(std::u16string_view text, std::u16string_view from, std::u16string_view to)
+{
+    return replaceFound(text, text, from, to);
+}
+
+std::u16string replaceAllNoCase(std::u16string_view text, std::u16string_view from, std::u16string_view to)
+{
+    return replaceFound(text, lowerCase(text), lowerCase(from), to);
+}
+
+std::u16string_view trimBlanks(std::u16string_view text)
+{
+    const std::size_t first = text.find_first_not_of(u' ');
+    if (first == std::u16string_view::npos)
+        return {};
+    return text.substr(first, text.find_last_not_of(u' ') - first + 1);
+}
+
+std::vector<std::u16string> split(std::u16string_view text, std::u16string_view separator)
+{
+    std::vector<std::u16string> pieces;
+    for (;;) {
+        const std::size_t found = text.find(separator);
+        pieces.emplace_back(text.substr(0, found));
+        if (found == std::u16string_view::npos)
+            return pieces;
+        text.remove_prefix(found + separator.size());
+    }
+}
+
+} // namespace vellums::platform

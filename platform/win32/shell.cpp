@@ -1,0 +1,45 @@
+#include "platform/shell.h"
+
+#include "platform/win32/systemPath.h"
+
+#include <shlobj.h>
+#include <windows.h>
+
+namespace vellums::platform {
+namespace {
+
+int folderNumber(SpecialFolder folder)
+{
+    switch (folder) {
+    case SpecialFolder::Desktop:
+        return CSIDL_DESKTOPDIRECTORY;
+    case SpecialFolder::Documents:
+        return CSIDL_PERSONAL;
+    case SpecialFolder::SendTo:
+        return CSIDL_SENDTO;
+    }
+    return CSIDL_PERSONAL;
+}
+
+} // namespace
+
+std::u16string specialFolder(SpecialFolder folder)
+{
+    wchar_t path[MAX_PATH] = {};
+    if (SHGetFolderPathW(nullptr, folderNumber(folder), nullptr, SHGFP_TYPE_CURRENT, path) != S_OK)
+        return {};
+    std::u16string found = fromWide(path);
+    if (found.size() > 3 && found.back() == u'\\')
+        found.pop_back();
+    return found;
+}
+
+bool isFixedDisk(std::u16string_view path)
+{
+    if (path.size() < 2 || path[1] != u':')
+        return false;
+    const wchar_t root[] = {static_cast<wchar_t>(path[0]), L':', L'\\', L'\0'};
+    return GetDriveTypeW(root) == DRIVE_FIXED;
+}
+
+} // namespace vellums::platform
