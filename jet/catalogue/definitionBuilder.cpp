@@ -1,0 +1,183 @@
+#include "jet/catalogue/definitionBuilder.h"
+
+#include "jet/file/dataPage.h"
+
+#include <algorithm>
+
+namespace vellums::jet {
+namespace {
+
+constexpr std::uint32_t kRecordMagic = 1625;
+constexpr std::uint32_t kPhysicalMagic = 1923;
+constexpr std::size_t kIndexSlots = 10;
+constexpr std::uint16_t kNone = 0xFFFF;
+
+// Calls back with every place of a usage map, in the order of their rows; the page is that of an
+// index's root, else 0.
+template <typename Callback>
+void eachMap(TableDefinition& definition, Callback&& callback)
+{
+    callback(definition.ownedMap, PageNo{0});
+    callback(definition.freeMap, PageNo{0});
+    std::vector<Column*> columns;
+    for (Column& column : definition.columns)
+        if (isLongValue(column.type))
+            columns.push_back(&column);
+    std::sort(columns.begin(), columns.end(), [](auto* a, auto* b) { return a->number < b->number; });
+    for (Column* const column : columns) {
+        callback(column->ownedMap, PageNo{0});
+        callback(column->freeMap, PageNo{0});
+    }
+    for (PhysicalIndex& index : definition.physicalIndexes)
+        callback(index.usageMap, index.root);
+}
+
+void appendName(Bytes& bytes, const std::u16string& name)
+{
+    append<std::uint16_t>(bytes, static_cast<std::uint16_t>(name.size() * 2));
+    append(bytes, std::as_bytes(std::span(name.data(), name.size())));
+}
+
+void appendColumn(Bytes& bytes, const Column& column)
+{
+    append<std::uint8_t>(bytes, static_cast<std::uint8_t>(column.type));
+    append<std::uint32_t>(bytes, kRecordMagic);
+    append<std::uint16_t>(bytes, column.number);
+    append<std::uint16_t>(bytes, column.slot);
+    append<std::uint16_t>(bytes, column.position);
+    if (column.type == ColumnType::Decimal) {
+        append<std::uint8_t>(bytes, column.precision);
+        append<std::uint8_t>(bytes, column.scale);
+        append<std::uint16_t>(bytes, 0);
+    } else {
+        append<std::uint16_t>(bytes, column.sortOrder.lcid);
+        append<std::uint8_t>(bytes, 0);
+        append<std::uint8_t>(bytes, column.sortOrder.version);
+    }
+    append<std::uint8_t>(bytes, column.flags);
+    append<std::uint8_t>(bytes, column.moreFlags);
+    append<std::uint32_t>(bytes, 0);
+    append<std::uint16_t>(bytes, column.offset);
+    append<std::uint16_t>(bytes, column.length);
+}
+
+void appendPhysicalIndex(Bytes& bytes, const PhysicalIndex& index)
+{
+    append<std::uint32_t>(bytes, kPhysicalMagic);
+    for (std::size_t i = 0; i < kIndexSlots; ++i) {
+        const bool used = i < index.columns.size();
+        append<std::uint16_t>(bytes, used ? index.columns[i].number : kNone);
+        append<std::uint8_t>(bytes, used && index.columns[i].ascending);
+    }
+    append<std::uint32_t>(bytes, pointerTo(index.usageMap));
+    append<std::uint32_t>(bytes, index.root);
+    append<std::uint32_t>(bytes, 0);
+    append<std::uint8_t>(bytes, index.flags);
+    bytes.resize(bytes.size() + 5);
+}
+
+// An index that is no part of a relationship.
+void appendLogicalIndex(Bytes& bytes, const LogicalIndex& index)
+{
+    append<std::uint32_t>(bytes, kRecordMagic);
+    append<std::uint32_t>(bytes, index.number);
+    append<std::uint32_t>(bytes, index.physical);
+    append<std::uint8_t>(bytes, 0);
+    append<std::int32_t>(bytes, -1);
+    append<std::uint32_t>(bytes, 0);
+    append<std::uint8_t>(bytes, 4);
+    append<std::uint8_t>(bytes, 4);
+    append<std::uint8_t>(bytes, index.kind);
+    append<std::uint32_t>(bytes, 0);
+}
+
+void appendHeader(Bytes& bytes, const TableDefinition& definition)
+{
+    append<std::uint32_t>(bytes, 0x0102); // kind of the page; its free bytes are set with the page
+    append<std::uint32_t>(bytes, 0);      // next page
+    append<std::uint32_t>(bytes, 0);      // length
+    append<std::uint32_t>(bytes, kRecordMagic);
+    append<std::uint32_t>(bytes, definition.rowCount);
+    append<std::uint32_t>(bytes, definition.lastAutoNumber);
+    append<std::uint32_t>(bytes, 1); // step of the autonumber
+    bytes.resize(bytes.size() + 12);
+    append<std::uint8_t>(bytes, definition.tableType);
+    append<std::uint16_t>(bytes, definition.columnSlots);
+    append<std::uint16_t>(bytes, definition.variableSlots);
+    append<std::uint16_t>(bytes, static_cast<std::uint16_t>(definition.columns.size()));
+    append<std::uint32_t>(bytes, static_cast<std::uint32_t>(definition.logicalIndexes.size()));
+    append<std::uint32_t>(bytes, static_cast<std::uint32_t>(definition.physicalIndexes.size()));
+    append<std::uint32_t>(bytes, pointerTo(definition.ownedMap));
+    append<std::uint32_t>(bytes, pointerTo(definition.freeMap));
+}
+
+} // namespace
+
+std::size_t mapCount(const TableDefinition& definition)
+{
+    TableDefinition copy = definition;
+    std::size_t count = 0;
+    eachMap(copy, [&count](RowRef&, PageNo) { ++count; });
+    return count;
+}
+
+void placeMaps(TableDefinition& definition, const std::vector<PageNo>& mapPages)
+{
+    std::size_t count = 0;
+    eachMap(definition, [&](RowRef& place, PageNo) {
+        place = {mapPages.at(count / kMapsOnPage), static_cast<std::uint8_t>(count % kMapsOnPage)};
+        ++count;
+    });
+}
+
+void writeMapPage(MutableBytes page, PageNo number, const TableDefinition& definition)
+{
+    initDataPage(page, 0);
+    TableDefinition copy = definition;
+    eachMap(copy, [&](const RowRef& place, PageNo root) {
+        if (place.page != number)
+            return;
+        Bytes map(kMapRowBytes);
+        if (root != 0) {
+            const PageNo start = root < (kMapRowBytes - 5) * 8 ? 0 : root & ~PageNo{7};
+            store<std::uint32_t>(map, 1, start);
+            map[5 + (root - start) / 8] = static_cast<std::byte>(1U << (root - start) % 8);
+        }
+        appendRow(page, map, 0);
+    });
+}
+
+void encodeDefinition(TableDefinition& definition, const std::vector<std::uint32_t>& distinctKeys)
+{
+    Bytes bytes;
+    appendHeader(bytes, definition);
+    definition.counterOffsets.clear();
+    for (std::size_t i = 0; i < definition.physicalIndexes.size(); ++i) {
+        definition.counterOffsets.push_back(bytes.size());
+        append<std::uint32_t>(bytes, 0);
+        append<std::uint32_t>(bytes, i < distinctKeys.size() ? distinctKeys[i] : 0);
+        append<std::uint32_t>(bytes, 0);
+    }
+    for (const Column& column : definition.columns)
+        appendColumn(bytes, column);
+    for (const Column& column : definition.columns)
+        appendName(bytes, column.name);
+    for (const PhysicalIndex& index : definition.physicalIndexes)
+        appendPhysicalIndex(bytes, index);
+    for (const LogicalIndex& index : definition.logicalIndexes)
+        appendLogicalIndex(bytes, index);
+    for (const LogicalIndex& index : definition.logicalIndexes)
+        appendName(bytes, index.name);
+    for (const Column& column : definition.columns) {
+        if (!isLongValue(column.type))
+            continue;
+        append<std::uint16_t>(bytes, column.number);
+        append<std::uint32_t>(bytes, pointerTo(column.ownedMap));
+        append<std::uint32_t>(bytes, pointerTo(column.freeMap));
+    }
+    append<std::uint16_t>(bytes, kNone);
+    store<std::uint32_t>(bytes, 8, static_cast<std::uint32_t>(bytes.size()));
+    definition.joined = std::move(bytes);
+}
+
+} // namespace vellums::jet
