@@ -1,0 +1,81 @@
+// The controls of a window as commands see them. The window implements them over real controls, the
+// tests in memory. Text is UTF-16, positions are code units, indexes count from 0.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vellums {
+
+// A box for text, of one line or several. Lines end in CR LF.
+class TextBox {
+public:
+    virtual ~TextBox() = default;
+    virtual std::u16string text() const = 0;
+    // Replaces everything; cannot be undone. The caret goes to the start.
+    virtual void setText(std::u16string_view text) = 0;
+    virtual void focus() = 0;
+};
+
+struct ListEntry {
+    std::u16string text;
+    std::int32_t datum = 0;
+};
+
+// A list of entries, each with a number of its own; several may be selected.
+class ListBox {
+public:
+    virtual ~ListBox() = default;
+    // Replaces all entries at once; nothing is selected then.
+    virtual void fill(const std::vector<ListEntry>& entries) = 0;
+    virtual int count() const = 0;
+    virtual std::int32_t datum(int index) const = 0;
+    virtual void insert(int index, const ListEntry& entry) = 0;
+    virtual void setText(int index, std::u16string_view text) = 0;
+    virtual void remove(int index) = 0;
+    // Removes several entries in one go; the indexes ascend.
+    virtual void remove(const std::vector<int>& indexes) = 0;
+    // Ascending.
+    virtual std::vector<int> selected() const = 0;
+    // Selects this entry alone; -1: none.
+    virtual void select(int index) = 0;
+};
+
+// A piece of text that only shows: a label, the caption of a window.
+class Label {
+public:
+    virtual ~Label() = default;
+    virtual std::u16string text() const = 0;
+    virtual void setText(std::u16string_view text) = 0;
+};
+
+// A check box or a menu entry with a check mark.
+class CheckItem {
+public:
+    virtual ~CheckItem() = default;
+    virtual bool checked() const = 0;
+    virtual void setChecked(bool checked) = 0;
+    virtual std::u16string caption() const = 0;
+    virtual void setCaption(std::u16string_view caption) = 0;
+};
+
+// One entry of a menu array that is filled while the program runs.
+struct MenuItem {
+    std::u16string caption;
+    std::u16string tag;
+    bool checked = false;
+    bool visible = false;
+};
+
+class MenuItems {
+public:
+    virtual ~MenuItems() = default;
+    virtual std::size_t size() const = 0;
+    virtual const MenuItem& at(std::size_t index) const = 0;
+    // index == size() adds an entry.
+    virtual void set(std::size_t index, const MenuItem& item) = 0;
+};
+
+} // namespace vellums

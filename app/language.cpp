@@ -1,0 +1,34 @@
+#include "app/language.h"
+
+#include "app/settings.h"
+#include "platform/registry.h"
+
+namespace vellums {
+namespace {
+
+constexpr std::u16string_view kSimplifiedChinese = u"0804";
+constexpr std::u16string_view kLanguageKey = u"SYSTEM\\CurrentControlSet\\Control\\Nls\\Language";
+
+std::u16string languageValue(std::u16string_view name)
+{
+    return platform::readRegistry(platform::RegistryRoot::LocalMachine, kLanguageKey, name).text;
+}
+
+} // namespace
+
+Language decideLanguage(
+    std::u16string_view installLanguage, std::u16string_view defaultLanguage, std::u16string_view uiChinese)
+{
+    Language language;
+    language.chinese = installLanguage == kSimplifiedChinese || uiChinese == u"1";
+    language.chineseDefault = defaultLanguage == kSimplifiedChinese;
+    return language;
+}
+
+Language systemLanguage(const std::u16string& settingsFile)
+{
+    return decideLanguage(languageValue(u"InstallLanguage"), languageValue(u"Default"),
+        getPrefValue(settingsFile, kOptionsSection, u"uiChinese", u""));
+}
+
+} // namespace vellums

@@ -1,0 +1,30 @@
+// The controls of the main window, by their names.
+#pragma once
+
+#include "app/controls.h"
+#include "app/dialogs.h"
+#include "store/notebook.h"
+
+namespace vellums {
+
+// What the commands of the main window work on. Everything outlives them.
+struct MainWindow {
+    Label& caption;             // of the window
+    TextBox& txtKey;            // search words
+    TextBox& txtType;           // title of the current record
+    TextBox& txtShowWrap;       // text of the current record
+    ListBox& lstHeads;          // titles of the records found; the datum is the ID
+    Label& lblDate;             // date of the current record
+    CheckItem& chkSort;         // checked: oldest first; its caption carries the hand-over text
+    CheckItem& mnu_SortOnTitle; // checked: by title before date
+    CheckItem& mnu_ezdel;       // checked: deleting asks nothing
+    MenuItems& mnu_AvailFields; // the columns that are searched
+    StatusLine& ucStatusLeft;
+    Label& ucStatusRight; // the link of the current record
+    Dialogs& dialogs;
+
+    // The box that shows the current text.
+    TextBox& txtTarget() const { return txtShowWrap; }
+};
+
+} // namespace vellums

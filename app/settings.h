@@ -1,0 +1,20 @@
+// The settings file: AppDir\ExeName.ini, section "Options". Values are written at the moment a setting
+// changes; a missing file yields every default.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace vellums {
+
+inline constexpr std::u16string_view kOptionsSection = u"Options";
+
+// At most 255 characters; nothing behind a U+0000.
+std::u16string getPrefValue(const std::u16string& settingsFile, std::u16string_view section,
+    std::u16string_view key, std::u16string_view defaultValue);
+
+// False when the file cannot be written.
+bool setPrefValue(const std::u16string& settingsFile, std::u16string_view section, std::u16string_view key,
+    std::u16string_view value);
+
+} // namespace vellums
