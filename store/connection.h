@@ -1,0 +1,65 @@
+// Connections to a database, whoever serves them: ADO where a provider is installed, the embedded
+// engine everywhere else.
+#pragma once
+
+#include "jet/table/value.h"
+
+#include <cstdint>
+#include <exception>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace vellums {
+
+using jet::Value;
+
+// Why a provider refused, in its own words. Leaves the store only as far as the routine that the user
+// called.
+struct ProviderError : std::exception {
+    ProviderError(std::u16string text, std::int32_t code)
+        : description(std::move(text))
+        , number(code)
+    {
+    }
+    const char* what() const noexcept override { return "ProviderError"; }
+
+    std::u16string description; // the provider's sentence, ready to show
+    std::int32_t number;        // as Err.Number would show it
+};
+
+// What a statement gave back, read forward once.
+class Recordset {
+public:
+    virtual ~Recordset() = default;
+    virtual const std::vector<std::u16string>& columns() const = 0;
+    // Moves to the next row, the first at the first call; false: there is none. Throws ProviderError.
+    virtual bool next() = 0;
+    // A value of the present row.
+    virtual const Value& value(std::size_t column) const = 0;
+};
+
+struct SchemaTable {
+    std::u16string name;
+    std::u16string type; // "TABLE" for ordinary tables
+};
+
+class Connection {
+public:
+    virtual ~Connection() = default;
+    // Runs one statement that gives rows. Throws ProviderError.
+    virtual std::unique_ptr<Recordset> query(std::u16string_view sql) = 0;
+    // Runs one statement; gives the number of rows it changed. Throws ProviderError.
+    virtual std::int32_t execute(std::u16string_view sql) = 0;
+    // The tables in the order of the provider's schema. Throws ProviderError.
+    virtual std::vector<SchemaTable> tables() = 0;
+
+    // Statements between the two may be made lasting together, where the provider can; a failing one is
+    // taken back alone. Throws ProviderError.
+    virtual void beginBatch() { }
+    virtual void endBatch() { }
+};
+
+} // namespace vellums

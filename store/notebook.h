@@ -1,0 +1,56 @@
+// The notebook's state: which database and table are open, where the program's own files lie, and the
+// line that tells what went wrong. Created once by start-up and passed along.
+#pragma once
+
+#include "store/connection.h"
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace vellums {
+
+// The one-line report; the left status panel implements it.
+class StatusLine {
+public:
+    virtual ~StatusLine() = default;
+    virtual void show(const std::u16string& text) = 0;
+};
+
+struct Notebook {
+    explicit Notebook(StatusLine& line)
+        : status(line)
+    {
+    }
+
+    StatusLine& status;
+    bool chinese = false; // language of the interface
+
+    std::u16string appDir;  // the program's folder, no separator at the end unless it is a root
+    std::u16string exeName; // the program's name without extension
+    std::u16string settingsFile;
+    std::u16string logFile;
+    std::u16string handOverFile;
+
+    std::u16string providerId = u"104"; // number of the connection-string template
+    std::u16string dbConn;              // current connection string
+    std::u16string dbParent;            // data folder, no separator at the end unless it is a root
+    std::u16string dbTable;             // current table
+
+    // Opens a connection from a connection string; a bare file name in it means the file in dbParent.
+    // Start-up chooses what serves. Throws ProviderError.
+    std::function<std::unique_ptr<Connection>(const Notebook&, const std::u16string& connectionString)>
+        opener;
+
+    // A connection to the current database.
+    std::unique_ptr<Connection> connect() const { return opener(*this, dbConn); }
+
+    // The text in the language of the interface.
+    std::u16string say(std::u16string_view english, std::u16string_view chineseText) const
+    {
+        return std::u16string(chinese ? chineseText : english);
+    }
+};
+
+} // namespace vellums
