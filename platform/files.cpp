@@ -17,4 +17,14 @@ bool matchesDatabasePattern(std::u16string_view name)
         name.substr(0, name.size() - 2).find(u'.') != std::u16string_view::npos;
 }
 
+bool makeFolders(const std::u16string& path)
+{
+    if (folderExists(path) || makeFolder(path))
+        return true;
+    const std::size_t cut = lastSeparator(path);
+    if (cut == std::u16string::npos || cut == 0 || !makeFolders(path.substr(0, cut)))
+        return false;
+    return makeFolder(path) || folderExists(path);
+}
+
 } // namespace vellums::platform

@@ -87,6 +87,10 @@ void syncFolderOf(const std::u16string& path);
 // Clears read-only, hidden, system and archive marks. False when it failed.
 bool clearAttributes(const std::u16string& path);
 
+bool makeFolder(const std::u16string& path); // one level; false also when it was there already
+// Makes the folder and those above it that are missing. True when it is there in the end.
+bool makeFolders(const std::u16string& path);
+
 // Names (without folder) of the files in a folder whose long name matches "*.*db", letter case
 // aside, in the order the system lists them. Empty when the folder cannot be listed.
 std::vector<std::u16string> databaseNames(const std::u16string& folder);

@@ -320,6 +320,11 @@ bool clearAttributes(const std::u16string& path)
     return ::chmod(name.c_str(), (info.st_mode & 07777) | S_IWUSR) == 0;
 }
 
+bool makeFolder(const std::u16string& path)
+{
+    return ::mkdir(systemPath(path).c_str(), 0777) == 0;
+}
+
 std::vector<std::u16string> databaseNames(const std::u16string& folder)
 {
     std::vector<std::u16string> names;

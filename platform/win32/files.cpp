@@ -39,6 +39,11 @@ bool isFolder(const std::wstring& path)
 OwnedHandle openFile(const std::wstring& path, Access access)
 {
     const bool reading = access == Access::Read;
+    // Said before the system is asked: not every system keeps to the mark itself.
+    const DWORD marks = GetFileAttributesW(path.c_str());
+    const bool marked = marks != INVALID_FILE_ATTRIBUTES && (marks & FILE_ATTRIBUTE_READONLY) != 0;
+    if (marked && (access == Access::Write || access == Access::WriteOrCreate))
+        throw FileError{FileFault::ReadOnly, ERROR_ACCESS_DENIED};
     DWORD disposition = OPEN_EXISTING;
     if (access == Access::Create)
         disposition = CREATE_NEW;
@@ -256,6 +261,11 @@ void syncFolderOf(const std::u16string&) { }
 bool clearAttributes(const std::u16string& path)
 {
     return SetFileAttributesW(systemPath(path).c_str(), FILE_ATTRIBUTE_NORMAL) != 0;
+}
+
+bool makeFolder(const std::u16string& path)
+{
+    return CreateDirectoryW(systemPath(path).c_str(), nullptr) != FALSE;
 }
 
 std::vector<std::u16string> databaseNames(const std::u16string& folder)

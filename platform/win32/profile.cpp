@@ -6,6 +6,16 @@
 
 namespace vellums::platform {
 
+namespace {
+
+bool markedReadOnly(const std::wstring& path)
+{
+    const DWORD marks = GetFileAttributesW(path.c_str());
+    return marks != INVALID_FILE_ATTRIBUTES && (marks & FILE_ATTRIBUTE_READONLY) != 0;
+}
+
+} // namespace
+
 // The W functions read and write the same ANSI files, and reach a file in any folder.
 
 std::u16string readProfile(const std::u16string& path, std::u16string_view section, std::u16string_view key,
@@ -20,8 +30,9 @@ std::u16string readProfile(const std::u16string& path, std::u16string_view secti
 bool writeProfile(const std::u16string& path, std::u16string_view section, std::u16string_view key,
     std::u16string_view value)
 {
-    return WritePrivateProfileStringW(toWide(section).c_str(), toWide(key).c_str(),
-               toWide(profileText(value)).c_str(), toWide(path).c_str()) != FALSE;
+    return !markedReadOnly(toWide(path)) &&
+        WritePrivateProfileStringW(toWide(section).c_str(), toWide(key).c_str(),
+            toWide(profileText(value)).c_str(), toWide(path).c_str()) != FALSE;
 }
 
 bool deleteProfile(const std::u16string& path, std::u16string_view section, std::u16string_view key)

@@ -20,6 +20,13 @@ std::u16string textOf(const fs::path& path)
     return platform::replaceAll(path.u16string(), u"/", std::u16string(1, platform::separator()));
 }
 
+// Windows needs a prefix to reach long paths.
+fs::path reachable(const std::u16string& path)
+{
+    const bool drive = path.size() > 1 && path[1] == u':';
+    return drive ? fs::path(u"\\\\?\\" + path) : fs::path(path);
+}
+
 } // namespace
 
 TemporaryFolder::TemporaryFolder()
@@ -28,17 +35,18 @@ TemporaryFolder::TemporaryFolder()
     const std::string name =
         "vellums-test-" + std::to_string(platform::processId()) + "-" + std::to_string(count++);
     const fs::path folder = fs::temp_directory_path() / name;
-    fs::remove_all(folder);
-    fs::create_directories(folder);
     path_ = textOf(folder);
+    fs::remove_all(reachable(path_));
+    fs::create_directories(folder);
 }
 
 TemporaryFolder::~TemporaryFolder()
 {
     std::error_code ignored;
-    for (const auto& entry : fs::recursive_directory_iterator(path_, ignored))
-        fs::permissions(entry.path(), fs::perms::owner_write, fs::perm_options::add, ignored);
-    fs::remove_all(path_, ignored);
+    fs::recursive_directory_iterator entry(reachable(path_), ignored);
+    for (; !ignored && entry != fs::recursive_directory_iterator(); entry.increment(ignored))
+        fs::permissions(entry->path(), fs::perms::owner_write, fs::perm_options::add, ignored);
+    fs::remove_all(reachable(path_), ignored);
 }
 
 std::u16string TemporaryFolder::file(std::u16string_view name) const
@@ -49,14 +57,14 @@ std::u16string TemporaryFolder::file(std::u16string_view name) const
 std::u16string TemporaryFolder::write(std::u16string_view name, std::string_view bytes) const
 {
     const fs::path target(file(name));
-    fs::create_directories(target.parent_path());
+    platform::makeFolders(textOf(target.parent_path()));
     std::ofstream(target, std::ios::binary).write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     return textOf(target);
 }
 
 std::u16string TemporaryFolder::makeFolder(std::u16string_view name) const
 {
-    fs::create_directories(fs::path(file(name)));
+    platform::makeFolders(file(name));
     return file(name);
 }
 
