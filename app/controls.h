@@ -34,13 +34,17 @@ public:
     virtual std::int32_t datum(int index) const = 0;
     virtual void insert(int index, const ListEntry& entry) = 0;
     virtual void setText(int index, std::u16string_view text) = 0;
-    virtual void remove(int index) = 0;
-    // Removes several entries in one go; the indexes ascend.
+    // Removes entries in one go; the indexes ascend.
     virtual void remove(const std::vector<int>& indexes) = 0;
     // Ascending.
     virtual std::vector<int> selected() const = 0;
-    // Selects this entry alone; -1: none.
+    // The entry last clicked or reached by a key, selected or not; -1: none.
+    virtual int current() const = 0;
+    // Selects this entry alone and makes it the current one; -1: none.
     virtual void select(int index) = 0;
+    // A mark that commands leave for each other; empty at first.
+    virtual std::u16string tag() const = 0;
+    virtual void setTag(std::u16string_view tag) = 0;
 };
 
 // A piece of text that only shows: a label, the caption of a window.

@@ -1,0 +1,20 @@
+// The heading list: the titles of the records that match the search box.
+#pragma once
+
+#include "app/mainWindow.h"
+
+#include <string>
+
+namespace vellums {
+
+// Runs the query and fills the list; sets the caption of the window. False: the list stays as it is,
+// and the panel says why.
+[[nodiscard]] bool dbQuery(const Notebook& notebook, MainWindow& window, const std::u16string& pattern);
+
+// "Vellums - <file - table>".
+std::u16string windowCaption(const Notebook& notebook);
+
+// "12 records found in Vellums.mdb - Memo."
+std::u16string foundText(const Notebook& notebook, int count);
+
+} // namespace vellums
