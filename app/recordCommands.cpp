@@ -87,14 +87,21 @@ void RecordCommands::selectHeading()
     current_.load(wanted);
 }
 
+// Where the records stand in the list now, ascending.
+std::vector<int> RecordCommands::entriesOf(const std::set<std::int32_t>& ids) const
+{
+    std::vector<int> entries;
+    for (int i = 0; i < window_.lstHeads.count(); ++i)
+        if (ids.contains(window_.lstHeads.datum(i)))
+            entries.push_back(i);
+    return entries;
+}
+
 // Selects the entry of a record without loading it.
 void RecordCommands::showRecordOf(std::int32_t id)
 {
-    int entry = -1;
-    for (int i = 0; i < window_.lstHeads.count() && entry < 0; ++i)
-        if (window_.lstHeads.datum(i) == id)
-            entry = i;
-    window_.lstHeads.select(entry);
+    const std::vector<int> entries = entriesOf({id});
+    window_.lstHeads.select(entries.empty() ? -1 : entries.front());
 }
 
 void RecordCommands::pasteNew()
@@ -157,20 +164,19 @@ void RecordCommands::deleteSelected()
     if (!window_.mnu_ezdel.checked() && window_.dialogs.askYesNo(question) != Answer::Yes)
         return;
     std::vector<std::int32_t> ids;
-    bool shownIsAmongThem = false;
-    for (const int entry : selected) {
+    for (const int entry : selected)
         ids.push_back(window_.lstHeads.datum(entry));
-        shownIsAmongThem = shownIsAmongThem || ids.back() == current_.id();
-    }
+    const bool shownIsAmongThem = std::find(ids.begin(), ids.end(), current_.id()) != ids.end();
     if (!shownIsAmongThem && !leaveRecord())
         return;
 
     const std::size_t deleted = delRecords(notebook_, ids);
     if (deleted == 0)
         return;
-    const auto end = selected.begin() + static_cast<std::ptrdiff_t>(deleted);
-    window_.lstHeads.remove(std::vector<int>(selected.begin(), end));
-    const int next = std::min(selected.front(), window_.lstHeads.count() - 1);
+    const std::vector<int> gone =
+        entriesOf({ids.begin(), ids.begin() + static_cast<std::ptrdiff_t>(deleted)});
+    window_.lstHeads.remove(gone);
+    const int next = gone.empty() ? 0 : std::min(gone.front(), window_.lstHeads.count() - 1);
     if (next < 0) {
         current_.clear();
     } else {

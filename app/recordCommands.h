@@ -6,6 +6,8 @@
 #include "app/mainWindow.h"
 #include "app/moments.h"
 
+#include <set>
+
 namespace vellums {
 
 class RecordCommands {
@@ -34,6 +36,7 @@ public:
 
 private:
     void showRecordOf(std::int32_t id);
+    std::vector<int> entriesOf(const std::set<std::int32_t>& ids) const;
     void addFromClipboard(const std::u16string& text, bool fromClipboard);
 
     Notebook& notebook_;

@@ -1,0 +1,123 @@
+#include "store/connectionString.h"
+
+#include "platform/files.h"
+#include "platform/text.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace vellums {
+namespace {
+
+using platform::lowerCase;
+
+constexpr std::u16string_view kDataSource = u"Data Source=";
+constexpr std::u16string_view kSampleFile = u"Vellums.accdb";
+constexpr std::u16string_view kExtensions[] = {u"mdb", u"accdb", u"xls", u"xlsx", u"xlsb", u"csv", u"dbf"};
+
+// Where the file reference of a connection string lies.
+struct Reference {
+    std::size_t start;
+    std::size_t length;
+    bool isFile; // false: a server
+};
+
+std::optional<Reference> findReference(std::u16string_view connectionString)
+{
+    const std::size_t found = connectionString.find(kDataSource);
+    if (found == std::u16string_view::npos)
+        return std::nullopt;
+    const std::size_t start = found + kDataSource.size();
+    const std::u16string rest = lowerCase(connectionString.substr(start));
+    for (const std::u16string_view extension : kExtensions) {
+        const std::u16string ending = u"." + std::u16string(extension);
+        for (std::size_t at = rest.find(ending); at != std::u16string::npos; at = rest.find(ending, at + 1)) {
+            const std::size_t end = at + ending.size();
+            if (end == rest.size() || rest[end] == u';')
+                return Reference{start, end, true};
+        }
+    }
+    return Reference{start, std::min(rest.find(u';'), rest.size()), false};
+}
+
+std::u16string folderWithSeparator(const Notebook& notebook)
+{
+    std::u16string folder = notebook.dbParent;
+    if (!folder.empty() && platform::lastSeparator(folder) != folder.size() - 1)
+        folder += platform::separator();
+    return folder;
+}
+
+bool hasFolder(std::u16string_view file)
+{
+    return platform::lastSeparator(file) != std::u16string_view::npos ||
+        file.find(u':') != std::u16string_view::npos;
+}
+
+} // namespace
+
+std::u16string connectionTemplate(std::u16string_view providerId)
+{
+    if (providerId == u"101")
+        return u"Provider=SQLOLEDB.1;Persist Security Info=True;Data Source=(LOCAL)\\MSSQL;Initial "
+               u"Catalog=Vellums;"
+               u"User ID=kvrn;Password=ferret";
+    if (providerId == u"102")
+        return u"Provider=SQLOLEDB.1;Persist Security Info=False;Data Source=(LOCAL)\\MSSQL;Initial "
+               u"Catalog=Vellums;"
+               u"Integrated Security=SSPI";
+    if (providerId == u"103")
+        return u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source=Vellums.mdb";
+    return u"Provider=Microsoft.ACE.OLEDB.12.0; Data Source=Vellums.accdb";
+}
+
+std::u16string connectionStringFor(const Notebook& notebook, std::u16string_view file)
+{
+    const std::u16string base = connectionTemplate(notebook.providerId);
+    const std::size_t dot = file.rfind(u'.');
+    const std::u16string extension = dot == std::u16string_view::npos ? u"" : lowerCase(file.substr(dot + 1));
+    if (extension != u"mdb" && extension != u"accdb")
+        return base;
+    // Only the template of one provider names the sample file that is replaced; the other provider opens
+    // its own sample whatever is asked for.
+    return platform::replaceAll(base, kSampleFile, file);
+}
+
+std::u16string connPart(const Notebook& notebook, const std::u16string& connectionString, ConnPart part)
+{
+    const std::optional<Reference> reference = findReference(connectionString);
+    const std::u16string folder = folderWithSeparator(notebook);
+    if (part == ConnPart::WithBareName)
+        return folder.empty() ? connectionString : platform::replaceAllNoCase(connectionString, folder, u"");
+    if (!reference)
+        return {};
+    const std::u16string file = connectionString.substr(reference->start, reference->length);
+    if (!reference->isFile)
+        return file;
+    if (part == ConnPart::FileName) {
+        const std::size_t last = platform::lastSeparator(file);
+        return last == std::u16string::npos ? file : file.substr(last + 1);
+    }
+    return file.empty() || hasFolder(file) ? file : folder + file;
+}
+
+std::u16string getConnPart(Notebook& notebook, const std::u16string& connectionString, ConnPart part)
+{
+    const std::optional<Reference> reference = findReference(connectionString);
+    if (reference && !reference->isFile)
+        notebook.dbTable = u"snippets";
+    return connPart(notebook, connectionString, part);
+}
+
+std::u16string expandedConnection(const Notebook& notebook, const std::u16string& connectionString)
+{
+    const std::optional<Reference> reference = findReference(connectionString);
+    if (!reference || !reference->isFile)
+        return connectionString;
+    std::u16string expanded = connectionString;
+    expanded.replace(
+        reference->start, reference->length, connPart(notebook, connectionString, ConnPart::FullPath));
+    return expanded;
+}
+
+} // namespace vellums
