@@ -38,7 +38,7 @@ bool isSnippetTable(
     const Notebook& notebook, const std::u16string& connectionString, const std::u16string& table)
 {
     try {
-        return isSnippetTable(*notebook.opener(notebook, connectionString), table);
+        return isSnippetTable(*notebook.connect(connectionString), table);
     } catch (const ProviderError&) {
         return false;
     }
@@ -47,7 +47,7 @@ bool isSnippetTable(
 std::u16string getFirstTable(const Notebook& notebook, const std::u16string& connectionString)
 {
     try {
-        const auto names = ordinaryTables(*notebook.opener(notebook, connectionString));
+        const auto names = ordinaryTables(*notebook.connect(connectionString));
         return names.empty() ? u"-" : names.front();
     } catch (const ProviderError&) {
         return u"-";
@@ -58,8 +58,7 @@ std::u16string getTables(const Notebook& notebook, const std::u16string& file)
 {
     std::u16string joined;
     try {
-        for (const auto& name :
-            ordinaryTables(*notebook.opener(notebook, connectionStringFor(notebook, file))))
+        for (const auto& name : ordinaryTables(*notebook.connect(connectionStringFor(notebook, file))))
             joined += (joined.empty() ? u"" : u"|") + name;
     } catch (const ProviderError&) {
         return {};

@@ -62,4 +62,15 @@ public:
     virtual void endBatch() { }
 };
 
+// Who serves databases.
+class Provider {
+public:
+    virtual ~Provider() = default;
+    // The string names its file by a full path. Throws ProviderError.
+    virtual std::unique_ptr<Connection> open(const std::u16string& connectionString) const = 0;
+    // Makes a database file (full path) with one empty snippet table, whole or not at all. Throws
+    // ProviderError.
+    virtual void createDatabase(const std::u16string& path, const std::u16string& table) const = 0;
+};
+
 } // namespace vellums

@@ -56,6 +56,12 @@ bool hasFolder(std::u16string_view file)
 
 } // namespace
 
+std::u16string fileOf(std::u16string_view connectionString)
+{
+    const std::optional<Reference> reference = findReference(connectionString);
+    return reference ? std::u16string(connectionString.substr(reference->start, reference->length)) : u"";
+}
+
 std::u16string connectionTemplate(std::u16string_view providerId)
 {
     if (providerId == u"101")

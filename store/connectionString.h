@@ -28,4 +28,7 @@ std::u16string connPart(const Notebook& notebook, const std::u16string& connecti
 // The string as it is opened: a bare file name is put into the data folder.
 std::u16string expandedConnection(const Notebook& notebook, const std::u16string& connectionString);
 
+// What stands behind "Data Source=": a file or a server.
+std::u16string fileOf(std::u16string_view connectionString);
+
 } // namespace vellums

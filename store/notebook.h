@@ -4,7 +4,6 @@
 
 #include "store/connection.h"
 
-#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -38,13 +37,14 @@ struct Notebook {
     std::u16string dbParent;            // data folder, no separator at the end unless it is a root
     std::u16string dbTable;             // current table
 
-    // Opens a connection from a connection string; a bare file name in it means the file in dbParent.
-    // Start-up chooses what serves. Throws ProviderError.
-    std::function<std::unique_ptr<Connection>(const Notebook&, const std::u16string& connectionString)>
-        opener;
+    // Who serves the databases; start-up chooses. Not owned.
+    const Provider* provider = nullptr;
 
+    // Opens a connection; a bare file name in the string means the file in dbParent. Throws
+    // ProviderError.
+    std::unique_ptr<Connection> connect(const std::u16string& connectionString) const;
     // A connection to the current database.
-    std::unique_ptr<Connection> connect() const { return opener(*this, dbConn); }
+    std::unique_ptr<Connection> connect() const { return connect(dbConn); }
 
     // The text in the language of the interface.
     std::u16string say(std::u16string_view english, std::u16string_view chineseText) const

@@ -1,0 +1,56 @@
+#include "store/embedded/embeddedConnection.h"
+
+namespace vellums {
+namespace {
+
+class EmbeddedRecordset : public Recordset {
+public:
+    explicit EmbeddedRecordset(jet::Result result)
+        : result_(std::move(result))
+    {
+    }
+    const std::vector<std::u16string>& columns() const override { return result_.columns; }
+    bool next() override { return ++row_ <= result_.rows.size(); }
+    const Value& value(std::size_t column) const override { return result_.rows[row_ - 1][column]; }
+
+private:
+    jet::Result result_;
+    std::size_t row_ = 0; // the present one, counted from 1
+};
+
+} // namespace
+
+EmbeddedConnection::EmbeddedConnection(const std::u16string& path)
+    : database_(asProvider([&] { return std::make_unique<jet::Database>(path); }))
+{
+}
+
+std::unique_ptr<Recordset> EmbeddedConnection::query(std::u16string_view sql)
+{
+    return std::make_unique<EmbeddedRecordset>(asProvider([&] { return database_->run(sql); }));
+}
+
+std::int32_t EmbeddedConnection::execute(std::u16string_view sql)
+{
+    return asProvider([&] { return database_->run(sql).changedRows; });
+}
+
+std::vector<SchemaTable> EmbeddedConnection::tables()
+{
+    std::vector<SchemaTable> tables;
+    for (const jet::TableInfo& table : asProvider([&] { return database_->tables(); }))
+        tables.push_back({table.name, table.system ? u"SYSTEM TABLE" : u"TABLE"});
+    return tables;
+}
+
+void EmbeddedConnection::beginBatch()
+{
+    asProvider([&] { database_->beginBatch(); });
+}
+
+void EmbeddedConnection::endBatch()
+{
+    asProvider([&] { database_->endBatch(); });
+}
+
+} // namespace vellums
