@@ -349,9 +349,8 @@ private:
         throw Error(3026, kFail, u"Not enough space on disk.");
     default:
         throw Error(3051, kFail,
-            u"The Microsoft Office Access database engine cannot open or write to the file '" + path +
-                u"'. It is already opened exclusively by another user, or you need permission to view and "
-                u"write "
+            u"The database engine cannot open or write to the file '" + path +
+                u"'. It is already opened exclusively by another user, or you need permission to view "
                 u"its data.");
     }
 }
