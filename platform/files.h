@@ -91,6 +91,9 @@ bool makeFolder(const std::u16string& path); // one level; false also when it wa
 // Makes the folder and those above it that are missing. True when it is there in the end.
 bool makeFolders(const std::u16string& path);
 
+// Removes an empty folder. False when it is still there.
+bool removeFolder(const std::u16string& path);
+
 // Names (without folder) of the files in a folder whose long name matches "*.*db", letter case
 // aside, in the order the system lists them. Empty when the folder cannot be listed.
 std::vector<std::u16string> databaseNames(const std::u16string& folder);

@@ -325,6 +325,11 @@ bool makeFolder(const std::u16string& path)
     return ::mkdir(systemPath(path).c_str(), 0777) == 0;
 }
 
+bool removeFolder(const std::u16string& path)
+{
+    return ::rmdir(systemPath(path).c_str()) == 0 || errno == ENOENT;
+}
+
 std::vector<std::u16string> databaseNames(const std::u16string& folder)
 {
     std::vector<std::u16string> names;

@@ -268,6 +268,11 @@ bool makeFolder(const std::u16string& path)
     return CreateDirectoryW(systemPath(path).c_str(), nullptr) != FALSE;
 }
 
+bool removeFolder(const std::u16string& path)
+{
+    return RemoveDirectoryW(systemPath(path).c_str()) || !isFolder(systemPath(path));
+}
+
 std::vector<std::u16string> databaseNames(const std::u16string& folder)
 {
     std::vector<std::u16string> names;

@@ -1,6 +1,7 @@
 #include "tests/support/temporaryFolder.h"
 
 #include "platform/files.h"
+#include "platform/folderListing.h"
 #include "platform/process.h"
 #include "platform/text.h"
 
@@ -8,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <vector>
 
 namespace vellums::tests {
 
@@ -20,11 +22,25 @@ std::u16string textOf(const fs::path& path)
     return platform::replaceAll(path.u16string(), u"/", std::u16string(1, platform::separator()));
 }
 
-// Windows needs a prefix to reach long paths.
-fs::path reachable(const std::u16string& path)
+// With the functions that reach long paths.
+void removeTree(const std::u16string& folder)
 {
-    const bool drive = path.size() > 1 && path[1] == u':';
-    return drive ? fs::path(u"\\\\?\\" + path) : fs::path(path);
+    const std::u16string inside = folder + platform::separator();
+    std::vector<platform::FolderEntry> entries;
+    platform::FolderListing listing(inside);
+    for (platform::FolderEntry entry; listing.next(entry);)
+        entries.push_back(entry);
+    for (const platform::FolderEntry& entry : entries) {
+        const std::u16string path = inside + entry.name;
+        if (entry.name == u"." || entry.name == u"..")
+            continue;
+        if (entry.isFolder)
+            removeTree(path);
+        else if (!platform::removeFile(path) && platform::clearAttributes(path))
+            platform::removeFile(path);
+    }
+    platform::clearAttributes(folder);
+    platform::removeFolder(folder);
 }
 
 } // namespace
@@ -36,17 +52,13 @@ TemporaryFolder::TemporaryFolder()
         "vellums-test-" + std::to_string(platform::processId()) + "-" + std::to_string(count++);
     const fs::path folder = fs::temp_directory_path() / name;
     path_ = textOf(folder);
-    fs::remove_all(reachable(path_));
+    removeTree(path_);
     fs::create_directories(folder);
 }
 
 TemporaryFolder::~TemporaryFolder()
 {
-    std::error_code ignored;
-    fs::recursive_directory_iterator entry(reachable(path_), ignored);
-    for (; !ignored && entry != fs::recursive_directory_iterator(); entry.increment(ignored))
-        fs::permissions(entry->path(), fs::perms::owner_write, fs::perm_options::add, ignored);
-    fs::remove_all(reachable(path_), ignored);
+    removeTree(path_);
 }
 
 std::u16string TemporaryFolder::file(std::u16string_view name) const
