@@ -8,7 +8,8 @@
 
 #include "jet/catalogue/blankDatabase.h"
 #include "jet/catalogue/catalogue.h"
-#include "jet/table/value.h"
+#include "jet/sql/execute.h"
+#include "jet/sql/result.h"
 
 #include <memory>
 #include <string>
@@ -16,15 +17,6 @@
 #include <vector>
 
 namespace vellums::jet {
-
-// What a statement gave back.
-struct Result {
-    bool hasRows = false; // SELECT
-    std::vector<std::u16string> columns;
-    std::vector<ColumnType> types;
-    std::vector<std::vector<Value>> rows;
-    std::int32_t changedRows = 0; // INSERT, UPDATE, DELETE
-};
 
 struct TableInfo {
     std::u16string name;
@@ -59,10 +51,13 @@ public:
     std::vector<std::u16string> check();
 
 private:
+    template <typename Work>
+    void change(Work work);
+
     std::u16string path_;
-    std::int32_t lastIdentity_ = 0;
+    sql::Session session_;
     std::unique_ptr<PageFile> batch_;
-    bool wrote_ = false;
+    bool wrote_ = false; // a journal may lie beside the file
 };
 
 } // namespace vellums::jet

@@ -1,0 +1,105 @@
+#include "jet/database.h"
+
+#include "jet/sql/parser.h"
+#include "jet/upkeep/checker.h"
+
+namespace vellums::jet {
+
+Database::Database(std::u16string path)
+    : path_(std::move(path))
+{
+    const PageFile file(path_, OpenMode::Read);
+}
+
+Database::~Database()
+{
+    batch_.reset();
+    if (wrote_)
+        removeIdleJournal(path_);
+}
+
+// Runs `work` as one transaction, or inside the open batch as something that is taken back alone.
+template <typename Work>
+void Database::change(Work work)
+{
+    wrote_ = true;
+    if (!batch_) {
+        PageFile file(path_, OpenMode::Write);
+        work(file);
+        file.commit();
+        return;
+    }
+    batch_->mark();
+    try {
+        work(*batch_);
+    } catch (...) {
+        batch_->rollbackToMark();
+        throw;
+    }
+}
+
+Result Database::run(std::u16string_view text)
+{
+    sql::Statement statement = sql::parseStatement(text);
+    if (sql::needsNoFile(statement))
+        return sql::identityResult(session_);
+    Result result;
+    sql::Session session = session_;
+    if (sql::writes(statement)) {
+        change([&](PageFile& file) { result = sql::execute(file, statement, session); });
+    } else if (batch_) {
+        result = sql::execute(*batch_, statement, session);
+    } else {
+        PageFile file(path_, OpenMode::Read);
+        result = sql::execute(file, statement, session);
+    }
+    session_ = session;
+    return result;
+}
+
+std::vector<TableInfo> Database::tables()
+{
+    const auto list = [](PageFile& file) {
+        constexpr std::int16_t kQuery = 5;
+        std::vector<TableInfo> tables;
+        for (const CatalogueEntry& entry : Catalogue(file).entries())
+            if (entry.type != kQuery)
+                tables.push_back({entry.name, !entry.isUserTable()});
+        return tables;
+    };
+    if (batch_)
+        return list(*batch_);
+    PageFile file(path_, OpenMode::Read);
+    return list(file);
+}
+
+void Database::createTable(const TableSpec& spec)
+{
+    change([&](PageFile& file) { Catalogue(file).createTable(spec); });
+}
+
+void Database::beginBatch()
+{
+    if (batch_)
+        return;
+    wrote_ = true;
+    batch_ = std::make_unique<PageFile>(path_, OpenMode::Write);
+}
+
+void Database::endBatch()
+{
+    if (!batch_)
+        return;
+    const std::unique_ptr<PageFile> batch = std::move(batch_);
+    batch->commit();
+}
+
+std::vector<std::u16string> Database::check()
+{
+    if (batch_)
+        return checkFile(*batch_);
+    PageFile file(path_, OpenMode::Read);
+    return checkFile(file);
+}
+
+} // namespace vellums::jet

@@ -1,0 +1,21 @@
+// Runs parsed statements on an open file.
+#pragma once
+
+#include "jet/sql/result.h"
+#include "jet/sql/tree.h"
+
+namespace vellums::jet::sql {
+
+// What a connection keeps between statements.
+struct Session {
+    std::int32_t lastIdentity = 0; // the last autonumber that it was given
+};
+
+// SELECT @@IDENTITY.
+Result identityResult(const Session& session);
+
+// Runs the statement, which is used up. Throws Error; then the file holds changes that must be taken
+// back, and the session is as before.
+Result execute(PageFile& file, Statement& statement, Session& session);
+
+} // namespace vellums::jet::sql
