@@ -55,8 +55,14 @@ std::size_t delRecords(const Notebook& notebook, const std::vector<std::int32_t>
 
 // Nothing: there is no such record, or loading failed and the panel says why.
 std::optional<SnippetRecord> getRecText(const Notebook& notebook, std::int32_t id);
+std::optional<SnippetRecord> getRecText(Connection& connection, const std::u16string& table, std::int32_t id);
 
 [[nodiscard]] bool setStickyRecs(const Notebook& notebook, const std::vector<std::int32_t>& ids);
 [[nodiscard]] bool ClearStickyRecs(const Notebook& notebook, const std::vector<std::int32_t>& ids);
+
+// Copies records into another table of the database; the copies are dated now. Gives the IDs that were
+// copied: those before the first failure, without those that were gone.
+std::vector<std::int32_t> copyRecords(
+    const Notebook& notebook, const std::u16string& target, const std::vector<std::int32_t>& ids);
 
 } // namespace vellums

@@ -12,10 +12,17 @@ std::u16string sqlQuoted(std::u16string_view text)
 
 std::u16string sqlNow()
 {
+    return sqlDate(platform::oleNow());
+}
+
+std::u16string sqlDate(double date)
+{
     using platform::decimal;
-    const platform::LocalTime now = platform::localNow();
-    return decimal(now.year) + u"-" + decimal(now.month) + u"-" + decimal(now.day) + u" " +
-        decimal(now.hour) + u":" + decimal(now.minute) + u":" + decimal(now.second);
+    const std::optional<platform::LocalTime> time = platform::localTime(date);
+    if (!time)
+        return {};
+    return decimal(time->year) + u"-" + decimal(time->month) + u"-" + decimal(time->day) + u" " +
+        decimal(time->hour) + u":" + decimal(time->minute) + u":" + decimal(time->second);
 }
 
 } // namespace vellums

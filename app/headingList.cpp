@@ -1,0 +1,63 @@
+#include "app/headingList.h"
+
+#include "platform/text.h"
+#include "store/connectionString.h"
+#include "store/headingQuery.h"
+
+namespace vellums {
+namespace {
+
+std::u16string databaseName(const Notebook& notebook)
+{
+    return connPart(notebook, notebook.dbConn, ConnPart::FileName);
+}
+
+HeadingQuery queryOf(const Notebook& notebook, const MainWindow& window, const std::u16string& pattern)
+{
+    HeadingQuery query;
+    query.table = notebook.dbTable;
+    query.pattern = pattern;
+    query.byTitle = window.mnu_SortOnTitle.checked();
+    query.ascending = window.chkSort.checked();
+    for (std::size_t i = 0; i < window.mnu_AvailFields.size(); ++i)
+        if (window.mnu_AvailFields.at(i).checked)
+            query.columns.push_back(window.mnu_AvailFields.at(i).tag);
+    return query;
+}
+
+} // namespace
+
+std::u16string windowCaption(const Notebook& notebook)
+{
+    return u"Vellums - <" + databaseName(notebook) + u" - " + notebook.dbTable + u">";
+}
+
+std::u16string foundText(const Notebook& notebook, int count)
+{
+    const std::u16string number = platform::decimal(count);
+    const std::u16string place = databaseName(notebook) + u" - " + notebook.dbTable;
+    return notebook.say(number + u" record" + (count > 1 ? u"s" : u"") + u" found in " + place + u".",
+        u"搜索到 " + number + u" 条记录 (" + place + u")");
+}
+
+bool dbQuery(const Notebook& notebook, MainWindow& window, const std::u16string& pattern)
+{
+    window.caption.setText(windowCaption(notebook));
+    try {
+        std::vector<ListEntry> entries;
+        const std::unique_ptr<Connection> connection = notebook.connect();
+        const auto rows = connection->query(headingStatement(queryOf(notebook, window, pattern)));
+        while (rows->next()) {
+            const auto* id = std::get_if<std::int32_t>(&rows->value(0));
+            const auto* title = std::get_if<std::u16string>(&rows->value(1));
+            entries.push_back({title == nullptr ? u"" : *title, id == nullptr ? 0 : *id});
+        }
+        window.lstHeads.fill(entries);
+        return true;
+    } catch (const ProviderError& e) {
+        notebook.status.show(u"dbQuery: " + e.description + u" (" + platform::decimal(e.number) + u")");
+        return false;
+    }
+}
+
+} // namespace vellums

@@ -1,0 +1,97 @@
+#include "app/startUp.h"
+
+#include "app/language.h"
+#include "app/settings.h"
+#include "platform/files.h"
+#include "platform/text.h"
+#include "store/accessFile.h"
+#include "store/catalogue.h"
+#include "store/connectionString.h"
+#include "store/modCreateDB.h"
+
+namespace vellums {
+namespace {
+
+std::u16string preference(const Notebook& notebook, std::u16string_view key, std::u16string_view defaultValue)
+{
+    return getPrefValue(notebook.settingsFile, kOptionsSection, key, defaultValue);
+}
+
+std::u16string inFolder(const std::u16string& folder, std::u16string_view name)
+{
+    std::u16string path = folder;
+    if (path.empty() || platform::lastSeparator(path) != path.size() - 1)
+        path += platform::separator();
+    return path.append(name);
+}
+
+// The folder of a path, its separator included.
+std::u16string folderOf(const std::u16string& path)
+{
+    return path.substr(0, platform::lastSeparator(path) + 1);
+}
+
+// The separator at the end goes, but not that of a drive's root.
+std::u16string withoutEnd(std::u16string folder)
+{
+    constexpr std::size_t kRootLength = 3;
+    if (folder.size() > kRootLength && platform::lastSeparator(folder) == folder.size() - 1)
+        folder.pop_back();
+    return folder;
+}
+
+// A bare name is looked for in the data folder, then beside the program.
+bool useStoredDatabase(Notebook& notebook)
+{
+    const std::u16string stored = preference(notebook, u"dbConn", u"");
+    if (stored.empty())
+        return false;
+    notebook.dbConn = stored;
+    const bool isBareName = connPart(notebook, stored, ConnPart::FileName) == fileOf(stored);
+    const std::u16string folders[] = {withoutEnd(preference(notebook, u"dbParent", u"")), notebook.appDir};
+    for (const std::u16string& folder : folders) {
+        if (folder.empty() && isBareName) // the current folder never matters
+            continue;
+        notebook.dbParent = folder;
+        const std::u16string path = connPart(notebook, stored, ConnPart::FullPath);
+        if (path.empty() || !platform::fileExists(path))
+            continue;
+        if (folder.empty())
+            notebook.dbParent = withoutEnd(folderOf(path));
+        return true;
+    }
+    return false;
+}
+
+// The first database beside the program; where there is none, a new one.
+void useDatabaseOfProgramFolder(Notebook& notebook)
+{
+    notebook.dbParent = notebook.appDir;
+    for (const std::u16string& name : platform::databaseNames(notebook.appDir)) {
+        if (looksLikeAccessFile(inFolder(notebook.appDir, name))) {
+            notebook.dbConn = connectionStringFor(notebook, name);
+            return;
+        }
+    }
+    notebook.dbConn = connectionStringFor(notebook, u"Vellums.mdb");
+    dbCreateNew(notebook, u"");
+}
+
+} // namespace
+
+void startUp(Notebook& notebook, const std::u16string& appDir, const std::u16string& exeName)
+{
+    notebook.appDir = withoutEnd(appDir);
+    notebook.exeName = exeName;
+    notebook.settingsFile = inFolder(notebook.appDir, exeName + u".ini");
+    notebook.logFile = inFolder(notebook.appDir, exeName + u".log");
+    notebook.handOverFile = inFolder(notebook.appDir, u"snippet.tmp");
+    notebook.chinese = systemLanguage(notebook.settingsFile).chinese;
+    if (!useStoredDatabase(notebook))
+        useDatabaseOfProgramFolder(notebook);
+    notebook.dbTable = preference(notebook, u"dbTable", u"");
+    if (notebook.dbTable.empty())
+        notebook.dbTable = getFirstTable(notebook, notebook.dbConn);
+}
+
+} // namespace vellums

@@ -1,0 +1,15 @@
+// What happens before the window exists: the program's own files, the language, the database and the
+// table.
+#pragma once
+
+#include "store/notebook.h"
+
+#include <string>
+
+namespace vellums {
+
+// Fills the notebook for a program that lies in that folder under that name. Creates Vellums.mdb where
+// there is no database at all; a failure to do so is shown in the panel, and the program goes on.
+void startUp(Notebook& notebook, const std::u16string& appDir, const std::u16string& exeName);
+
+} // namespace vellums

@@ -1,0 +1,26 @@
+#include "store/accessFile.h"
+
+#include "platform/files.h"
+
+#include <array>
+#include <string_view>
+
+namespace vellums {
+
+bool looksLikeAccessFile(const std::u16string& path)
+{
+    constexpr std::string_view kNames[] = {"Standard Jet DB", "Standard ACE DB"};
+    constexpr std::size_t kNameAt = 4;
+    std::array<std::byte, 19> start{};
+    try {
+        const platform::File file(path, platform::Access::Read);
+        if (file.readAt(0, start) < start.size())
+            return false;
+    } catch (const platform::FileError& e) {
+        return e.fault == platform::FileFault::InUse; // it is being written: the open tells more
+    }
+    const std::string_view text(reinterpret_cast<const char*>(start.data()), start.size());
+    return text.substr(kNameAt) == kNames[0] || text.substr(kNameAt) == kNames[1];
+}
+
+} // namespace vellums
