@@ -100,6 +100,8 @@ public:
 
     // Throws Error (with a sentence that says why) when the engine cannot maintain this table.
     void requireWritable() const;
+    // From now on requireWritable() refuses, and gives this reason.
+    void refuseChanges(std::u16string reason) { readOnlyReason_ = std::move(reason); }
 
     // Inserts a row. Columns without an assignment get NULL, the autonumber its next value; an
     // autonumber assigned NULL as well. Checks rules, lengths, nulls and unique indexes before anything
@@ -125,6 +127,7 @@ private:
     std::u16string name_;
     TableDefinition definition_;
     std::vector<ColumnRule> rules_;
+    std::u16string readOnlyReason_;
 };
 
 } // namespace vellums::jet

@@ -240,6 +240,8 @@ void Table::requireWritable() const
     const auto refuse = [&](const std::u16string& why) {
         throwUnsupported(u"The table '" + name_ + u"' cannot be changed here: " + why + u".");
     };
+    if (!readOnlyReason_.empty())
+        refuse(readOnlyReason_);
     for (const Column& column : definition_.columns) {
         const auto code = static_cast<unsigned>(column.type);
         if (column.isCalculated())
