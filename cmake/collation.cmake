@@ -1,3 +1,0 @@
-# Turns the collation data into source at build time.
-function(add_collation_tables target)
-endfunction()

@@ -1,0 +1,61 @@
+#include "ui/editBox.h"
+
+#include "ui/wide.h"
+#include "ui/windowText.h"
+
+#include <algorithm>
+
+namespace vellums::ui {
+namespace {
+
+// A box shows lines that end in CR LF, and a U+0000 would end its text: what lies behind would be lost
+// with the next save.
+std::u16string showable(std::u16string_view text)
+{
+    std::u16string result;
+    result.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char16_t c = text[i];
+        if (c == u'\n' && (i == 0 || text[i - 1] != u'\r'))
+            result += u'\r';
+        result += c == u'\0' ? u' ' : c;
+        if (c == u'\r' && (i + 1 == text.size() || text[i + 1] != u'\n'))
+            result += u'\n';
+    }
+    return result;
+}
+
+} // namespace
+
+void EditBox::create(HWND parent, int id, Kind kind)
+{
+    const DWORD common = WS_CHILD | WS_VISIBLE | WS_TABSTOP | ES_NOHIDESEL;
+    const DWORD style = kind == Kind::OneLine
+        ? common | ES_AUTOHSCROLL
+        : common | WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL | ES_WANTRETURN;
+    hwnd_ = CreateWindowExW(WS_EX_CLIENTEDGE, L"EDIT", nullptr, style, 0, 0, 0, 0, parent,
+        reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
+    SendMessageW(hwnd_, EM_SETLIMITTEXT, 0, 0); // as much as the control can take
+}
+
+std::u16string EditBox::text() const
+{
+    return windowText(hwnd_);
+}
+
+void EditBox::setText(std::u16string_view text)
+{
+    setWindowText(hwnd_, showable(text));
+}
+
+void EditBox::focus()
+{
+    SetFocus(hwnd_);
+}
+
+void EditBox::selectAll()
+{
+    SendMessageW(hwnd_, EM_SETSEL, 0, -1);
+}
+
+} // namespace vellums::ui

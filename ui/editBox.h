@@ -1,0 +1,27 @@
+// A text box over an EDIT control.
+#pragma once
+
+#include "app/controls.h"
+
+#include <windows.h>
+
+namespace vellums::ui {
+
+class EditBox : public TextBox {
+public:
+    // A box of one line, or of several lines that wrap.
+    enum class Kind { OneLine, Wrapping };
+    // Makes the control; its parent owns it.
+    void create(HWND parent, int id, Kind kind);
+    HWND hwnd() const { return hwnd_; }
+
+    std::u16string text() const override;
+    void setText(std::u16string_view text) override;
+    void focus() override;
+    void selectAll();
+
+private:
+    HWND hwnd_ = nullptr;
+};
+
+} // namespace vellums::ui

@@ -1,0 +1,197 @@
+#include "ui/frmMain.h"
+
+#include "app/settings.h"
+#include "platform/events.h"
+#include "search/searchFields.h"
+#include "ui/ids.h"
+#include "ui/wide.h"
+
+#include <windowsx.h>
+
+namespace vellums::ui {
+namespace {
+
+constexpr wchar_t kWindowClass[] = L"frmMain";
+constexpr int kSmallestWidthTwips = 7200;
+constexpr int kSmallestHeightTwips = 4800;
+constexpr int kWidthTwips = 14400;
+constexpr int kHeightTwips = 9600;
+
+// A click in the list is treated once the list is done with the mouse: a question may follow.
+constexpr UINT kHeadingSelected = WM_APP + 1;
+
+void registerClass()
+{
+    WNDCLASSEXW main{};
+    main.cbSize = sizeof main;
+    main.lpfnWndProc = DefWindowProcW; // frmMain takes over once its parts exist
+    main.hInstance = GetModuleHandleW(nullptr);
+    main.hIcon = LoadIconW(main.hInstance, MAKEINTRESOURCEW(ID_appIcon));
+    main.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    main.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
+    main.lpszClassName = kWindowClass;
+    RegisterClassExW(&main);
+}
+
+} // namespace
+
+frmMain::frmMain(Notebook& notebook)
+    : notebook_(notebook)
+    , ports_{caption_, txtKey_, txtType_, txtShowWrap_, lstHeads_, lblDate_, chkSort_, mnu_SortOnTitle_,
+          mnu_ezdel_, mnu_AvailFields_, ucStatusLeft_, ucStatusRight_, dialogs_}
+{
+}
+
+frmMain::~frmMain()
+{
+    if (hwnd_ != nullptr)
+        DestroyWindow(hwnd_);
+}
+
+void frmMain::open(const Opening& opening, int showCommand)
+{
+    registerClass();
+    const HWND window = CreateWindowExW(WS_EX_APPWINDOW, kWindowClass, L"Vellums",
+        WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT,
+        nullptr, buildMenuBar(notebook_.chinese).release(), GetModuleHandleW(nullptr), nullptr);
+    hwnd_ = window;
+    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+    SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(windowProc));
+    caption_.attach(window);
+    dialogs_.setOwner(window);
+    accelerators_ = buildAccelerators();
+    createControls();
+    SetWindowPos(window, nullptr, 0, 0, pixels(kWidthTwips), pixels(kHeightTwips), SWP_NOMOVE | SWP_NOZORDER);
+
+    commands_ = std::make_unique<RecordCommands>(notebook_, ports_, moments_);
+    moments_.tableOpened.add([this] { rebuildSearchFields(notebook_, ports_); });
+    mnu_SortOnTitle_.setChecked(
+        getPrefValue(notebook_.settingsFile, kOptionsSection, u"obTitle", u"") == u"1");
+    const std::u16string startReport = ucStatusLeft_.Caption();
+    commands_->start();
+    if (!startReport.empty()) // what start-up had to say matters more than the count
+        ucStatusLeft_.show(startReport);
+    ShowWindow(window, showCommand);
+    UpdateWindow(window);
+    SetFocus(lstHeads_.count() > 0 ? lstHeads_.hwnd() : txtShowWrap_.hwnd());
+    if (!opening.paths.empty())
+        importPaths(opening.paths);
+}
+
+bool frmMain::translate(MSG& message)
+{
+    if (hwnd_ == nullptr || (message.hwnd != hwnd_ && !IsChild(hwnd_, message.hwnd)))
+        return false;
+    return TranslateAcceleratorW(hwnd_, accelerators_.get(), &message) != 0 ||
+        IsDialogMessageW(hwnd_, &message);
+}
+
+LRESULT CALLBACK frmMain::windowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    auto* form = reinterpret_cast<frmMain*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    return form->onMessage(message, wParam, lParam);
+}
+
+LRESULT frmMain::onMessage(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    switch (message) {
+    case WM_SIZE:
+        if (wParam != SIZE_MINIMIZED)
+            layOut(LOWORD(lParam), HIWORD(lParam));
+        return 0;
+    case WM_GETMINMAXINFO: {
+        auto* limits = reinterpret_cast<MINMAXINFO*>(lParam);
+        limits->ptMinTrackSize = {pixels(kSmallestWidthTwips), pixels(kSmallestHeightTwips)};
+        return 0;
+    }
+    case WM_DPICHANGED:
+        onDpiChanged(HIWORD(wParam), *reinterpret_cast<const RECT*>(lParam));
+        return 0;
+    case WM_COMMAND:
+        if (onCommand(LOWORD(wParam), HIWORD(wParam)))
+            return 0;
+        break;
+    case kHeadingSelected:
+        commands_->selectHeading();
+        return 0;
+    case WM_CONTEXTMENU:
+        onContextMenu(reinterpret_cast<HWND>(wParam), {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+        return 0;
+    case WM_INITMENUPOPUP:
+        CheckMenuItem(reinterpret_cast<HMENU>(wParam), ID_mnu_ezdel,
+            static_cast<UINT>(mnu_ezdel_.checked() ? MF_CHECKED : MF_UNCHECKED));
+        break;
+    case WM_MENUSELECT:
+        onMenuSelect(LOWORD(wParam), HIWORD(wParam));
+        return 0;
+    case WM_ACTIVATE:
+        if (LOWORD(wParam) == WA_INACTIVE)
+            focusBefore_ = GetFocus();
+        break;
+    case WM_SETFOCUS:
+        SetFocus(focusBefore_ != nullptr && IsChild(hwnd_, focusBefore_) ? focusBefore_ : lstHeads_.hwnd());
+        return 0;
+    case WM_CLOSE:
+        if (commands_->mayClose())
+            DestroyWindow(hwnd_);
+        return 0;
+    case WM_QUERYENDSESSION: // the last chance to ask about unsaved text
+        return commands_->mayClose() ? TRUE : FALSE;
+    case WM_DESTROY:
+        PostQuitMessage(0);
+        return 0;
+    case WM_NCDESTROY:
+        return DefWindowProcW(std::exchange(hwnd_, nullptr), message, wParam, lParam);
+    }
+    return DefWindowProcW(hwnd_, message, wParam, lParam);
+}
+
+bool frmMain::onCommand(int id, int notification)
+{
+    switch (id) {
+    case ID_lstHeads:
+        if (notification == LBN_SELCHANGE)
+            PostMessageW(hwnd_, kHeadingSelected, 0, 0);
+        return true;
+    case ID_chkSort:
+        if (notification == BN_CLICKED)
+            commands_->search();
+        return true;
+    case ID_lblDate:
+        if (notification == STN_DBLCLK)
+            copyDate();
+        return true;
+    case ID_lblRemarks:
+        return true;
+    default:
+        return onMenuCommand(id);
+    }
+}
+
+int runWindow(frmMain& window)
+{
+    platform::setEventYield([&window] {
+        MSG message{};
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+            if (message.message == WM_QUIT) { // the loop below ends by it
+                PostQuitMessage(static_cast<int>(message.wParam));
+                return;
+            }
+            if (!window.translate(message)) {
+                TranslateMessage(&message);
+                DispatchMessageW(&message);
+            }
+        }
+    });
+    MSG message{};
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+        if (!window.translate(message)) {
+            TranslateMessage(&message);
+            DispatchMessageW(&message);
+        }
+    }
+    platform::setEventYield({});
+    return static_cast<int>(message.wParam);
+}
+
+} // namespace vellums::ui

@@ -1,0 +1,114 @@
+// The main window. It shows what it is told, and passes clicks and keys on to the commands; no rule of
+// the notebook lives here.
+#pragma once
+
+#include "app/mainWindow.h"
+#include "app/recordCommands.h"
+#include "ui/checkItems.h"
+#include "ui/editBox.h"
+#include "ui/headsList.h"
+#include "ui/menuTable.h"
+#include "ui/messageDialogs.h"
+#include "ui/ucStatus.h"
+#include "ui/windowLabel.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace vellums::ui {
+
+// What the window was started with.
+struct Opening {
+    std::vector<std::u16string> paths; // imported once the window is shown
+};
+
+// A report line that is connected once the window is there.
+struct LateStatus : StatusLine {
+    StatusLine* target = nullptr;
+    void show(const std::u16string& text) override
+    {
+        if (target != nullptr)
+            target->show(text);
+    }
+};
+
+class frmMain {
+public:
+    // `notebook` outlives the window; start-up has prepared it when open() is called.
+    explicit frmMain(Notebook& notebook);
+    frmMain(const frmMain&) = delete;
+    frmMain& operator=(const frmMain&) = delete;
+    ~frmMain();
+
+    // The panel, for reports from before the window is shown.
+    StatusLine& statusLine() { return ucStatusLeft_; }
+
+    // Creates and shows the window, fills the list, and imports what it was opened with.
+    void open(const Opening& opening, int showCommand);
+    HWND hwnd() const { return hwnd_; }
+
+    // A message of the thread's loop: keys of the menus, Tab and Enter. True: it was treated.
+    bool translate(MSG& message);
+
+private:
+    static LRESULT CALLBACK windowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam);
+
+    // frmMainControls.cpp
+    void createControls();
+    static LRESULT CALLBACK controlProc(
+        HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR self);
+    bool onControlKey(HWND control, WPARAM key);
+
+    // frmMainLayout.cpp
+    void layOut(int width, int height);
+    void onDpiChanged(UINT dpi, const RECT& suggested);
+    void makeFonts();
+    int pixels(int twips) const;
+
+    // frmMainMenus.cpp
+    bool onCommand(int id, int notification);
+    bool onMenuCommand(int id);
+    void onContextMenu(HWND control, POINT screen);
+    void showSearchOptions();
+    void onMenuSelect(UINT id, UINT flags);
+    void toggleSortOnTitle();
+    void importFolder();
+    void importPaths(const std::vector<std::u16string>& paths);
+    void removeDuplicates();
+    void copyDate();
+
+    Notebook& notebook_;
+    HWND hwnd_ = nullptr;
+    UINT dpi_ = 96;
+    HWND focusBefore_ = nullptr; // the control that had the focus when the window lost it
+    bool importing_ = false;
+    OwnedFont font_;
+    OwnedAccelerators accelerators_;
+    bool explaining_ = false;       // the left panel explains a menu entry
+    std::u16string textBeforeHelp_; // and showed this before
+
+    WindowLabel caption_;
+    WindowLabel lblRemarks_;
+    WindowLabel lblDate_;
+    EditBox txtKey_;
+    EditBox txtType_;
+    EditBox txtShowWrap_;
+    HeadsList lstHeads_;
+    ButtonCheck chkSort_;
+    MenuCheck mnu_SortOnTitle_;
+    MenuCheck mnu_ezdel_;
+    StoredItems mnu_AvailFields_;
+    ucStatus ucStatusLeft_;
+    ucStatus ucStatusRight_;
+    MessageDialogs dialogs_;
+    MainWindow ports_;
+    Moments moments_;
+    std::unique_ptr<RecordCommands> commands_;
+};
+
+// Treats the messages of this thread until the window is closed; gives the exit status.
+int runWindow(frmMain& window);
+
+} // namespace vellums::ui

@@ -1,0 +1,13 @@
+// The text of a window.
+#pragma once
+
+#include <string>
+
+#include <windows.h>
+
+namespace vellums::ui {
+
+std::u16string windowText(HWND window);
+void setWindowText(HWND window, const std::u16string& text);
+
+} // namespace vellums::ui
