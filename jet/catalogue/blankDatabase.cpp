@@ -1,7 +1,7 @@
 #include "jet/catalogue/blankDatabase.h"
 
 #include "jet/catalogue/definitionBuilder.h"
-#include "jet/catalogue/systemTables.h"
+#include "jet/catalogue/systemRows.h"
 #include "jet/file/dataPage.h"
 #include "jet/index/indexPage.h"
 #include "jet/index/key.h"
@@ -12,11 +12,6 @@
 namespace vellums::jet {
 namespace {
 
-constexpr std::int32_t kRootId = 0x0F000000;
-constexpr std::int32_t kTablesId = 0x0F000001;
-constexpr std::int32_t kDatabasesId = 0x0F000002;
-constexpr std::int32_t kRelationshipsId = 0x0F000003;
-constexpr std::int32_t kDatabaseId = 0x10000000;
 constexpr std::uint32_t kSystemFlag = 0x80000000;
 constexpr PageNo kObjectRows = 17; // where the rows of MSysObjects lie
 

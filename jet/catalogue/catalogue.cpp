@@ -1,0 +1,112 @@
+#include "jet/catalogue/catalogue.h"
+
+#include "jet/catalogue/objectName.h"
+#include "jet/catalogue/propertySet.h"
+#include "jet/catalogue/systemRows.h"
+#include "jet/index/collation.h"
+
+namespace vellums::jet {
+namespace {
+
+constexpr std::int16_t kTable = 1;
+constexpr std::int16_t kLinkedOdbc = 4;
+constexpr std::int16_t kQuery = 5;
+constexpr std::int16_t kLinkedFile = 6;
+constexpr std::uint32_t kNotForUsers = 0x8000000A; // the engine's own, made by Access, hidden
+
+bool isListed(std::int32_t type)
+{
+    return type == kTable || type == kLinkedOdbc || type == kQuery || type == kLinkedFile;
+}
+
+// Columns of MSysObjects, looked up once.
+struct ObjectColumns {
+    explicit ObjectColumns(const Table& objects)
+        : id(columnOf(objects, u"Id"))
+        , parent(columnOf(objects, u"ParentId"))
+        , name(columnOf(objects, u"Name"))
+        , type(columnOf(objects, u"Type"))
+        , flags(columnOf(objects, u"Flags"))
+    {
+    }
+    CatalogueEntry entry(const Row& row) const
+    {
+        return {numberIn(row, id), numberIn(row, parent), textIn(row, name),
+            static_cast<std::int16_t>(numberIn(row, type)), static_cast<std::uint32_t>(numberIn(row, flags)),
+            row.home()};
+    }
+
+    std::size_t id;
+    std::size_t parent;
+    std::size_t name;
+    std::size_t type;
+    std::size_t flags;
+};
+
+} // namespace
+
+bool CatalogueEntry::isUserTable() const
+{
+    return type == kTable && (flags & kNotForUsers) == 0 && !isSystemName(name);
+}
+
+Catalogue::Catalogue(PageFile& file)
+    : file_(file)
+{
+}
+
+std::vector<CatalogueEntry> Catalogue::entries() const
+{
+    const Table objects(file_, kObjectsPage, u"MSysObjects");
+    const ObjectColumns columns(objects);
+    std::vector<CatalogueEntry> entries;
+    objects.forEachRow([&](const Row& row) {
+        if (isListed(numberIn(row, columns.type)))
+            entries.push_back(columns.entry(row));
+        return true;
+    });
+    return entries;
+}
+
+std::optional<CatalogueEntry> Catalogue::find(std::u16string_view name) const
+{
+    const Table objects(file_, kObjectsPage, u"MSysObjects");
+    const ObjectColumns columns(objects);
+    std::optional<CatalogueEntry> found;
+    objects.forEachRow([&](const Row& row) {
+        if (numberIn(row, columns.parent) == kTablesId && isListed(numberIn(row, columns.type)) &&
+            compareTexts(textIn(row, columns.name), name, file_.header().sortOrder) == 0)
+            found = columns.entry(row);
+        return !found;
+    });
+    return found;
+}
+
+Table Catalogue::open(const CatalogueEntry& entry) const
+{
+    if (entry.type != kTable)
+        throwUnsupported(u"'" + entry.name + u"' is " +
+            (entry.type == kQuery ? u"a stored query" : u"a linked table") +
+            u"; only tables of the database itself can be opened.");
+    Table table(file_, static_cast<PageNo>(entry.id), entry.name);
+    const Table objects(file_, kObjectsPage, u"MSysObjects");
+    const std::optional<Bytes> blob = bytesIn(objects.rowAt(entry.row), columnOf(objects, u"LvProp"));
+    if (!blob)
+        return table;
+    const std::optional<PropertySet> properties = PropertySet::parse(*blob);
+    if (!properties) {
+        table.refuseChanges(u"its properties cannot be read");
+        return table;
+    }
+    std::vector<ColumnRule> rules;
+    const std::u16string tableRule = properties->tableRule();
+    for (const Column& column : table.definition().columns) {
+        rules.push_back(properties->ruleFor(column.name, file_.header().sortOrder));
+        // A rule of the whole table may concern every column.
+        if (rules.back().validationRule.empty())
+            rules.back().validationRule = tableRule;
+    }
+    return {file_, static_cast<PageNo>(entry.id), entry.name, std::move(rules)};
+}
+
+} // namespace vellums::jet
