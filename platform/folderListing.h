@@ -8,7 +8,8 @@ namespace vellums::platform {
 
 struct FolderEntry {
     std::u16string name;   // as the ANSI code page holds it: "?" for a character it does not know
-    bool isFolder = false; // a link to a folder is an entry of its own and not a folder
+    bool isFolder = false; // also when it is a link to one
+    bool isLink = false;   // it stands for something elsewhere
 };
 
 // Goes through a folder once. A folder that cannot be listed is like an empty one.
@@ -27,5 +28,8 @@ private:
     struct Search;
     std::unique_ptr<Search> search_;
 };
+
+// Whether two paths lead to one and the same folder, through links if need be.
+bool sameFolder(const std::u16string& a, const std::u16string& b);
 
 } // namespace vellums::platform

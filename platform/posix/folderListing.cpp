@@ -40,9 +40,21 @@ bool FolderListing::next(FolderEntry& entry)
         return false;
     entry.name = throughAnsi(pathFromBytes(found->d_name));
     struct stat info { };
-    entry.isFolder = ::fstatat(::dirfd(search_->raw), found->d_name, &info, AT_SYMLINK_NOFOLLOW) == 0 &&
-        S_ISDIR(info.st_mode);
+    const int folder = ::dirfd(search_->raw);
+    const bool known = ::fstatat(folder, found->d_name, &info, AT_SYMLINK_NOFOLLOW) == 0;
+    entry.isLink = known && S_ISLNK(info.st_mode);
+    if (entry.isLink && ::fstatat(folder, found->d_name, &info, 0) != 0)
+        info.st_mode = 0; // it leads nowhere
+    entry.isFolder = known && S_ISDIR(info.st_mode);
     return true;
+}
+
+bool sameFolder(const std::u16string& a, const std::u16string& b)
+{
+    struct stat first { };
+    struct stat second { };
+    return ::stat(systemPath(a).c_str(), &first) == 0 && ::stat(systemPath(b).c_str(), &second) == 0 &&
+        first.st_dev == second.st_dev && first.st_ino == second.st_ino;
 }
 
 } // namespace vellums::platform

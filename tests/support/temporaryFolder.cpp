@@ -34,7 +34,7 @@ void removeTree(const std::u16string& folder)
         const std::u16string path = inside + entry.name;
         if (entry.name == u"." || entry.name == u"..")
             continue;
-        if (entry.isFolder)
+        if (entry.isFolder && !entry.isLink)
             removeTree(path);
         else if (!platform::removeFile(path) && platform::clearAttributes(path))
             platform::removeFile(path);

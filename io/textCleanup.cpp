@@ -1,0 +1,190 @@
+#include "io/textCleanup.h"
+
+#include "platform/files.h"
+#include "platform/text.h"
+
+#include <algorithm>
+
+namespace vellums::io {
+namespace {
+
+using platform::replaceAll;
+
+constexpr char16_t kIdeographicSpace = 0x3000;
+
+bool equalLetters(char16_t a, char16_t b)
+{
+    const auto lower = [](char16_t c) { return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 32) : c; };
+    return lower(a) == lower(b);
+}
+
+// "suffix, " becomes "suffix," and a line end, in one pass; the suffix is written as it is meant.
+std::u16string splitAfter(const std::u16string& text, std::u16string_view suffix)
+{
+    const std::u16string wanted = std::u16string(suffix) + u", ";
+    auto done = text.begin();
+    std::u16string out;
+    for (;;) {
+        const auto found = std::search(done, text.end(), wanted.begin(), wanted.end(), equalLetters);
+        if (found == text.end() && done == text.begin())
+            return text;
+        out.append(done, found);
+        if (found == text.end())
+            return out;
+        out.append(suffix).append(u",\r\n");
+        done = found + static_cast<std::ptrdiff_t>(wanted.size());
+    }
+}
+
+void dropTrailing(std::u16string& text, char16_t c)
+{
+    while (!text.empty() && text.back() == c)
+        text.pop_back();
+}
+
+// Blanks before each CR: first the spaces, then ideographic spaces, then tabs; what stands before
+// those stays, even if it is a blank of another kind.
+std::u16string withoutBlanksBeforeLineEnds(std::u16string_view text)
+{
+    std::u16string out;
+    out.reserve(text.size());
+    for (const char16_t c : text) {
+        if (c == u'\r') {
+            dropTrailing(out, u' ');
+            dropTrailing(out, kIdeographicSpace);
+            dropTrailing(out, u'\t');
+        }
+        out.push_back(c);
+    }
+    return out;
+}
+
+// CRs before an LF belong to it, any other CR is a line end of its own.
+std::u16string withLineFeeds(std::u16string_view text)
+{
+    std::u16string out;
+    out.reserve(text.size());
+    for (const char16_t c : text) {
+        if (c == u'\n')
+            dropTrailing(out, u'\r');
+        out.push_back(c);
+    }
+    std::replace(out.begin(), out.end(), u'\r', u'\n');
+    return out;
+}
+
+// Takes out the spaces and then the ideographic spaces behind each LF, writes line ends as CR LF,
+// and passes over line ends that would make a second empty line.
+std::u16string withLinesJoined(std::u16string_view text)
+{
+    std::u16string out;
+    out.reserve(text.size() + text.size() / 16);
+    int lineEnds = 0;
+    for (std::size_t i = 0; i < text.size();) {
+        if (text[i] != u'\n') {
+            out.push_back(text[i++]);
+            lineEnds = 0;
+            continue;
+        }
+        if (++lineEnds <= 2)
+            out.append(u"\r\n");
+        ++i;
+        while (i < text.size() && text[i] == u' ')
+            ++i;
+        while (i < text.size() && text[i] == kIdeographicSpace)
+            ++i;
+    }
+    return out;
+}
+
+std::u16string_view withoutOuterLineEnds(std::u16string_view text)
+{
+    while (text.substr(0, 2) == u"\r\n")
+        text.remove_prefix(2);
+    while (text.size() >= 2 && text.substr(text.size() - 2) == u"\r\n")
+        text.remove_suffix(2);
+    return text;
+}
+
+bool isVoicedKatakana(char16_t c)
+{
+    constexpr std::u16string_view kVoiced = u"ゴガギグゲザジズヅデドポベプビパヴボペブピバヂダゾゼ";
+    return c >= 0x30A0 && c <= 0x30FF && kVoiced.find(c) != std::u16string_view::npos;
+}
+
+// Every three blanks in a row become one, again and again until no three are left.
+std::size_t shrunkRun(std::size_t length)
+{
+    while (length >= 3)
+        length = length / 3 + length % 3;
+    return length;
+}
+
+std::u16string withoutBlankRuns(std::u16string_view text)
+{
+    std::u16string out;
+    out.reserve(text.size());
+    for (std::size_t i = 0; i < text.size();) {
+        if (text[i] == u' ') {
+            const std::size_t end = std::min(text.find_first_not_of(u' ', i), text.size());
+            out.append(shrunkRun(end - i), u' ');
+            i = end;
+        } else if (isVoicedKatakana(text[i])) {
+            ++i;
+        } else {
+            out.push_back(text[i++]);
+        }
+    }
+    return out;
+}
+
+// The name between the last folder and the last dot.
+std::u16string_view baseName(std::u16string_view path)
+{
+    const std::size_t dot = path.rfind(u'.');
+    if (dot == std::u16string_view::npos)
+        return {};
+    const std::size_t folder = platform::lastSeparator(path.substr(0, dot + 2));
+    if (folder == std::u16string_view::npos)
+        return path.substr(0, dot);
+    return folder < dot ? path.substr(folder + 1, dot - folder - 1) : std::u16string_view();
+}
+
+// The beginning of a quoted text, without half of a doubled apostrophe or of a pair at its end.
+std::u16string cutQuoted(const std::u16string& text, std::size_t length)
+{
+    std::u16string cut = text.substr(0, length);
+    const std::size_t other = cut.find_last_not_of(u'\'');
+    const std::size_t apostrophes = cut.size() - (other == std::u16string::npos ? 0 : other + 1);
+    const bool halfPair = !cut.empty() && cut.back() >= 0xD800 && cut.back() < 0xDC00;
+    if (apostrophes % 2 != 0 || halfPair)
+        cut.pop_back();
+    return cut;
+}
+
+} // namespace
+
+std::u16string cleanBody(std::u16string_view text)
+{
+    std::u16string body(text);
+    for (const char16_t* suffix : {u"/QRX@QRX", u"/QRX", u"/QRXGD@QRXGD", u"/QRXGD"})
+        body = splitAfter(body, suffix);
+    body = withLinesJoined(withLineFeeds(withoutBlanksBeforeLineEnds(body)));
+    return withoutBlankRuns(withoutOuterLineEnds(body));
+}
+
+std::u16string titleFromPath(std::u16string_view path)
+{
+    std::u16string title = replaceAll(baseName(path), u"'", u"''");
+    title = replaceAll(title, u"附件: ", u"");
+    title = replaceAll(title, u"Tarnwick Group Limited", u"Tarn");
+    title = replaceAll(title, u"Tarnwick", u"Tarn");
+    title = replaceAll(title, u"North Branch", u"分行");
+    title = replaceAll(title, u"North City Branch", u"分行");
+    constexpr std::size_t kLongestTitle = 100;
+    if (title.size() > kLongestTitle)
+        title = cutQuoted(title, kLongestTitle) + u"...";
+    return title;
+}
+
+} // namespace vellums::io
