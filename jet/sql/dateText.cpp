@@ -58,6 +58,7 @@ struct Number {
     int digits = 0;
     bool month = false;       // a name, or 月 behind it
     bool year = false;        // 年 behind it
+    bool day = false;         // 日 behind it
     bool timeFollows = false; // a time separator behind it
     bool hour = false;        // marked by a word for morning or afternoon, or by 时 alone
     bool halfBehind = false;  // the word stands behind it
@@ -178,6 +179,8 @@ private:
             last.year = true;
         else if (c == u'月')
             last.month = true;
+        else if (c == u'日')
+            last.day = true;
         else if (c == u'时' && !digitFollows())
             last.hour = true;
         else if ((c == u'时' || c == u'分') && digitFollows()) {
@@ -234,7 +237,7 @@ private:
             pendingHalf_ = true;
             return true;
         }
-        if (numbers.empty() || numbers.back().timeFollows)
+        if (numbers.empty() || numbers.back().timeFollows || numbers.back().day)
             return false;
         numbers.back().hour = true;
         numbers.back().halfBehind = true;

@@ -394,7 +394,7 @@ Expression ExpressionParser::parseName()
     if (cursor_.skipSymbol(u".") || cursor_.skipSymbol(u"!")) {
         const Token& token = cursor_.token();
         if (token.kind != TokenKind::Word && token.kind != TokenKind::Name)
-            throwExpressionSyntax(cursor_.expressionFrom(begin_));
+            throwMissingOperator(cursor_.expressionFrom(begin_));
         node.bare = false;
         node.qualifier = std::move(node.name);
         node.name = token.text;
