@@ -1,0 +1,151 @@
+#!/usr/bin/env python3
+"""Holds every include against the floors of the house.
+
+A folder includes only what stands below it; jet/ has floors of its own; the leaves include nothing of
+the project but platform/; Windows' headers and _WIN32 stay where they belong. Prints each violation
+and exits with 1. With --self-test it proves that it can fail.
+"""
+import os
+import re
+import subprocess
+import sys
+import tempfile
+
+FLOORS = ["cli", "ui", "io", "maint", "search", "app", "store", "jet", "platform"]
+JET_FLOORS = ["sql", "upkeep", "catalogue", "table", "index", "file"]
+LEAVES = {"io/textCleanup", "io/modTextUTF", "io/clsFolderScan", "maint/clsMD5", "maint/charCleaner"}
+LEAF_PREFIXES = ("search/regExp",)
+WINDOWS_FOLDERS = ("ui/", "platform/win32/", "store/ado/")
+WINDOWS_HEADER = re.compile(
+    r"<(windows|windowsx|winuser|winbase|ole2|objbase|oleauto|commctrl|commdlg|shlobj|shellapi|shlwapi|tlhelp32|psapi)\.h>", re.I)
+INCLUDE = re.compile(r'\s*#\s*include\s+(?:"([^"]+)"|(<[^>]+>))')
+
+
+def stem(path):
+    return re.sub(r"\.(h|cpp)$", "", path)
+
+
+def is_leaf(path):
+    return stem(path) in LEAVES or path.startswith(LEAF_PREFIXES)
+
+
+def fault(path, target):
+    """Why `path` may not include `target`; None when it may."""
+    here, there = path.split("/")[0], target.split("/")[0]
+    if there not in FLOORS:
+        return "not written from the root, or no folder of the house"
+    if is_leaf(path) and there != "platform" and stem(path) != stem(target) and not (
+            is_leaf(target) and os.path.dirname(path) == os.path.dirname(target) and path.startswith(LEAF_PREFIXES)):
+        return "a leaf includes nothing of the project but platform/"
+    if {here, there} == {"cli", "ui"}:
+        return "cli/ and ui/ never include each other"
+    upwards = FLOORS.index(there) < FLOORS.index(here)
+    if upwards and not (is_leaf(target) and here != "platform"):
+        return "an include upwards"
+    if here == there == "jet":
+        x, y = path.split("/")[1], target.split("/")[1]
+        if x in JET_FLOORS and (y not in JET_FLOORS or JET_FLOORS.index(y) < JET_FLOORS.index(x)):
+            return "an include upwards inside jet/"
+    if target.startswith("platform/win32/") and not path.startswith(WINDOWS_FOLDERS):
+        return "platform/win32/ is for Windows code only"
+    return None
+
+
+def circles(includes):
+    """Headers that include each other in a circle."""
+    headers = {stem(p): {stem(t) for t in ts} - {stem(p)} for p, ts in includes.items() if p.endswith(".h")}
+    found, done = [], set()
+
+    def visit(node, trail):
+        if node in trail:
+            found.append(" -> ".join(trail[trail.index(node):] + [node]))
+            return
+        if node in done:
+            return
+        for target in sorted(headers.get(node, ())):
+            visit(target, trail + [node])
+        done.add(node)
+
+    for node in sorted(headers):
+        visit(node, [])
+    return found
+
+
+def check(root, files):
+    faults, includes = [], {}
+    for path in files:
+        if path.split("/")[0] not in FLOORS or not path.endswith((".h", ".cpp")):
+            continue
+        with open(os.path.join(root, path), encoding="utf-8") as source:
+            lines = source.read().splitlines()
+        if path.endswith(".h") and "#pragma once" not in lines:
+            faults.append(f"{path}: no #pragma once")
+        for number, line in enumerate(lines, 1):
+            where = f"{path}:{number}: {line.strip()}"
+            if re.match(r"\s*#\s*(if|ifdef|ifndef|elif).*_WIN32", line) and not path.startswith("platform/"):
+                faults.append(f"{where}  (_WIN32 outside platform/)")
+            match = INCLUDE.match(line)
+            if not match:
+                continue
+            if match[2]:
+                if WINDOWS_HEADER.match(match[2]) and not path.startswith(WINDOWS_FOLDERS):
+                    faults.append(f"{where}  (Windows outside its places)")
+                continue
+            why = fault(path, match[1])
+            if why:
+                faults.append(f"{where}  ({why})")
+            else:
+                includes.setdefault(path, set()).add(match[1])
+    faults += [f"{circle}  (a circle)" for circle in circles(includes)]
+    return faults
+
+
+def self_test():
+    """Each line breaks one rule; all must be reported."""
+    broken = {
+        "platform/a.h": '#pragma once\n#include "store/notebook.h"\n',
+        "store/b.h": '#pragma once\n#include "app/controls.h"\n',
+        "cli/c.h": '#pragma once\n#include "ui/ids.h"\n',
+        "jet/file/d.h": '#pragma once\n#include "jet/table/table.h"\n',
+        "jet/table/e.h": '#pragma once\n#include "jet/database.h"\n',
+        "io/textCleanup.h": '#pragma once\n#include "store/notebook.h"\n',
+        "app/f.h": "#pragma once\n#include <windows.h>\n",
+        "app/g.cpp": "#ifdef _WIN32\n#endif\n",
+        "app/h.h": "int missingPragma;\n",
+        "app/i.h": '#pragma once\n#include "platform/win32/systemPath.h"\n',
+        "app/j.h": '#pragma once\n#include "app/k.h"\n',
+        "app/k.h": '#pragma once\n#include "app/j.h"\n',
+    }
+    clean = {"store/l.cpp": '#include "io/textCleanup.h"\n#include "jet/database.h"\n'}
+    with tempfile.TemporaryDirectory() as root:
+        for path, text in {**broken, **clean}.items():
+            os.makedirs(os.path.join(root, os.path.dirname(path)), exist_ok=True)
+            with open(os.path.join(root, path), "w", encoding="utf-8") as out:
+                out.write(text)
+        for path in broken:
+            if path == "app/k.h":
+                continue
+            if not check(root, [path, "app/k.h"] if path == "app/j.h" else [path]):
+                return f"the check passes {path}, which breaks a rule"
+        if check(root, list(clean)):
+            return "the check refuses a rightful include"
+    return None
+
+
+def main():
+    wrong = self_test()
+    if wrong:
+        print(wrong)
+        return 1
+    if "--self-test" in sys.argv:
+        return 0
+    root = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+    listed = subprocess.run(["git", "ls-files"], cwd=root, capture_output=True, text=True, check=True).stdout
+    faults = check(root, [f for f in listed.splitlines() if os.path.exists(os.path.join(root, f))])
+    for line in faults:
+        print(line)
+    return 1 if faults else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())

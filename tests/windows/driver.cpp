@@ -1,0 +1,340 @@
+#include "tests/windows/driver.h"
+
+#include "ui/ids.h"
+
+#include <chrono>
+#include <thread>
+
+namespace vellums::tests {
+namespace {
+
+constexpr DWORD kSendTimeoutMs = 10000;
+constexpr int kBoxTextId = 0xFFFF;
+
+// What a message answers; 0 when the window does not react in time.
+LRESULT send(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0)
+{
+    DWORD_PTR result = 0;
+    if (SendMessageTimeoutW(window, message, wParam, lParam, SMTO_ABORTIFHUNG, kSendTimeoutMs, &result) == 0)
+        return 0;
+    return static_cast<LRESULT>(result);
+}
+
+std::u16string textOf(HWND window)
+{
+    const LRESULT length = send(window, WM_GETTEXTLENGTH);
+    std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
+    const LRESULT copied = send(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
+    text.resize(static_cast<std::size_t>(copied));
+    return narrow(text);
+}
+
+struct Search {
+    DWORD process;
+    bool dialog;
+    HWND found;
+};
+
+HWND topWindow(DWORD process, bool dialog)
+{
+    Search search{process, dialog, nullptr};
+    EnumWindows(
+        [](HWND window, LPARAM parameter) CALLBACK -> BOOL {
+            auto* wanted = reinterpret_cast<Search*>(parameter);
+            DWORD owner = 0;
+            GetWindowThreadProcessId(window, &owner);
+            wchar_t name[64] = {};
+            GetClassNameW(window, name, 64);
+            const bool isDialog = std::wstring(name) == L"#32770";
+            const bool isMain = (GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_APPWINDOW) != 0;
+            if (owner != wanted->process || !IsWindowVisible(window) ||
+                (wanted->dialog ? !isDialog : !isMain))
+                return TRUE;
+            wanted->found = window;
+            return FALSE;
+        },
+        reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
+} // namespace
+
+bool eventually(const std::function<bool()>& condition, int timeoutMs)
+{
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() >= deadline)
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
+    return true;
+}
+
+Program::Program(const std::wstring& executable, const std::wstring& arguments)
+{
+    job_ = CreateJobObjectW(nullptr, nullptr);
+    JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
+    limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+    SetInformationJobObject(job_, JobObjectExtendedLimitInformation, &limits, sizeof limits);
+    std::wstring commandLine = L"\"" + executable + L"\" " + arguments;
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    if (CreateProcessW(executable.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
+            &startup, &process_) == FALSE)
+        return;
+    AssignProcessToJobObject(job_, process_.hProcess);
+    WaitForInputIdle(process_.hProcess, 10000);
+    eventually([this] { return (window_ = topWindow(process_.dwProcessId, false)) != nullptr; }, 20000);
+}
+
+Program::~Program()
+{
+    kill();
+    CloseHandle(process_.hThread);
+    CloseHandle(process_.hProcess);
+    CloseHandle(job_);
+}
+
+bool Program::isRunning() const
+{
+    return WaitForSingleObject(process_.hProcess, 0) == WAIT_TIMEOUT;
+}
+
+void Program::kill()
+{
+    if (isRunning()) {
+        TerminateProcess(process_.hProcess, 1);
+        WaitForSingleObject(process_.hProcess, 10000);
+    }
+}
+
+DWORD Program::close()
+{
+    PostMessageW(window_, WM_CLOSE, 0, 0);
+    DWORD code = 9999;
+    if (WaitForSingleObject(process_.hProcess, 10000) == WAIT_OBJECT_0)
+        GetExitCodeProcess(process_.hProcess, &code);
+    return code;
+}
+
+std::u16string Program::text(int id) const
+{
+    return textOf(control(id));
+}
+std::u16string Program::caption() const
+{
+    return textOf(window_);
+}
+int Program::count(int listId) const
+{
+    return static_cast<int>(send(control(listId), LB_GETCOUNT));
+}
+
+int Program::entryOf(int listId, const std::u16string& text) const
+{
+    const std::wstring wanted = wideOf(text);
+    return static_cast<int>(send(control(listId), LB_FINDSTRINGEXACT, static_cast<WPARAM>(-1),
+        reinterpret_cast<LPARAM>(wanted.c_str())));
+}
+
+void Program::setText(int id, const std::u16string& text) const
+{
+    const std::wstring content = wideOf(text);
+    send(control(id), WM_SETTEXT, 0, reinterpret_cast<LPARAM>(content.c_str()));
+}
+
+void Program::press(int id, WPARAM key) const
+{
+    PostMessageW(control(id), WM_KEYDOWN, key, 1);
+    PostMessageW(control(id), WM_KEYUP, key, static_cast<LPARAM>(0xC0000001));
+}
+
+void Program::command(int id) const
+{
+    PostMessageW(window_, WM_COMMAND, static_cast<WPARAM>(id), 0);
+}
+
+void Program::selectEntry(int listId, int index) const
+{
+    const HWND list = control(listId);
+    send(list, LB_SETSEL, FALSE, -1);
+    addToSelection(listId, index);
+}
+
+void Program::addToSelection(int listId, int index) const
+{
+    const HWND list = control(listId);
+    send(list, LB_SETSEL, TRUE, index);
+    send(list, LB_SETCARETINDEX, static_cast<WPARAM>(index), FALSE);
+    PostMessageW(window_, WM_COMMAND, MAKEWPARAM(listId, LBN_SELCHANGE), reinterpret_cast<LPARAM>(list));
+}
+
+HWND Program::findBox() const
+{
+    return topWindow(process_.dwProcessId, true);
+}
+bool Program::boxIsOpen() const
+{
+    return findBox() != nullptr;
+}
+
+std::u16string Program::waitForBox() const
+{
+    HWND label = nullptr;
+    eventually([&] {
+        const HWND box = findBox();
+        label = box == nullptr ? nullptr : GetDlgItem(box, kBoxTextId);
+        return label != nullptr;
+    });
+    return label == nullptr ? std::u16string() : textOf(label);
+}
+
+bool Program::answer(int button) const
+{
+    const HWND box = findBox();
+    PostMessageW(box, WM_COMMAND, static_cast<WPARAM>(button), 0);
+    return eventually([&] { return IsWindow(box) == FALSE; });
+}
+
+bool Program::showsStatus(const std::u16string& text) const
+{
+    return eventually([&] { return this->text(ID_ucStatusLeft) == text; });
+}
+
+bool Program::statusBegins(const std::u16string& text, int timeoutMs) const
+{
+    return eventually([&] { return this->text(ID_ucStatusLeft).starts_with(text); }, timeoutMs);
+}
+
+bool setClipboard(const std::u16string& text)
+{
+    const HWND owner =
+        CreateWindowExW(0, L"STATIC", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+    const bool opened = eventually([owner] { return OpenClipboard(owner) != FALSE; });
+    if (opened) {
+        EmptyClipboard();
+        if (!text.empty()) {
+            const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, (text.size() + 1) * sizeof(wchar_t));
+            memcpy(GlobalLock(block), text.c_str(), (text.size() + 1) * sizeof(wchar_t));
+            GlobalUnlock(block);
+            SetClipboardData(CF_UNICODETEXT, block);
+        }
+        CloseClipboard();
+    }
+    DestroyWindow(owner);
+    return opened;
+}
+
+void emptyClipboard()
+{
+    setClipboard(u"");
+}
+
+std::u16string utf16(const char* utf8)
+{
+    const int length = MultiByteToWideChar(CP_UTF8, 0, utf8, -1, nullptr, 0);
+    std::wstring text(static_cast<std::size_t>(length), L'\0');
+    MultiByteToWideChar(CP_UTF8, 0, utf8, -1, text.data(), length);
+    text.pop_back();
+    return narrow(text);
+}
+
+std::wstring wideOf(const std::u16string& text)
+{
+    return {text.begin(), text.end()};
+}
+std::u16string narrow(const std::wstring& text)
+{
+    return {text.begin(), text.end()};
+}
+
+bool savePicture(HWND window, const std::wstring& path)
+{
+    RECT rect{};
+    GetWindowRect(window, &rect);
+    const int width = rect.right - rect.left;
+    const int height = rect.bottom - rect.top;
+    BITMAPINFO info{};
+    info.bmiHeader.biSize = sizeof info.bmiHeader;
+    info.bmiHeader.biWidth = width;
+    info.bmiHeader.biHeight = height;
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 32;
+    const HDC screen = GetDC(nullptr);
+    const HDC memory = CreateCompatibleDC(screen);
+    void* bits = nullptr;
+    const HBITMAP bitmap = CreateDIBSection(memory, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+    const HGDIOBJ before = SelectObject(memory, bitmap);
+    BitBlt(memory, 0, 0, width, height, screen, rect.left, rect.top, SRCCOPY);
+    GdiFlush();
+    const DWORD size = static_cast<DWORD>(width) * static_cast<DWORD>(height) * 4;
+    BITMAPFILEHEADER header{};
+    header.bfType = 0x4D42;
+    header.bfOffBits = sizeof header + sizeof info.bmiHeader;
+    header.bfSize = header.bfOffBits + size;
+    const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    DWORD written = 0;
+    if (file != INVALID_HANDLE_VALUE) {
+        WriteFile(file, &header, sizeof header, &written, nullptr);
+        WriteFile(file, &info.bmiHeader, sizeof info.bmiHeader, &written, nullptr);
+        WriteFile(file, bits, size, &written, nullptr);
+        CloseHandle(file);
+    }
+    SelectObject(memory, before);
+    DeleteObject(bitmap);
+    DeleteDC(memory);
+    ReleaseDC(nullptr, screen);
+    return written == size;
+}
+
+ProgramFolder::ProgramFolder(const std::wstring& executable)
+{
+    static int number = 0;
+    wchar_t temporary[MAX_PATH] = {};
+    GetTempPathW(MAX_PATH, temporary);
+    path_ = std::wstring(temporary) + L"vellums-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
+        std::to_wstring(++number);
+    CreateDirectoryW(path_.c_str(), nullptr);
+    CopyFileW(executable.c_str(), this->executable().c_str(), FALSE);
+}
+
+namespace {
+
+void removeTree(const std::wstring& folder)
+{
+    WIN32_FIND_DATAW entry{};
+    const HANDLE find = FindFirstFileW((folder + L"\\*").c_str(), &entry);
+    if (find != INVALID_HANDLE_VALUE) {
+        do {
+            const std::wstring name = entry.cFileName;
+            if (name == L"." || name == L"..")
+                continue;
+            const std::wstring path = folder + L"\\" + name;
+            if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0)
+                removeTree(path);
+            else
+                eventually([&] { return DeleteFileW(path.c_str()) != FALSE; }, 2000);
+        } while (FindNextFileW(find, &entry) != FALSE);
+        FindClose(find);
+    }
+    RemoveDirectoryW(folder.c_str());
+}
+
+} // namespace
+
+ProgramFolder::~ProgramFolder()
+{
+    removeTree(path_);
+}
+
+std::wstring ProgramFolder::write(const std::wstring& name, const std::string& bytes) const
+{
+    const std::wstring target = file(name);
+    const HANDLE handle = CreateFileW(target.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    DWORD written = 0;
+    WriteFile(handle, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+    CloseHandle(handle);
+    return target;
+}
+
+} // namespace vellums::tests

@@ -1,0 +1,92 @@
+// Drives the real program from outside, as a user does: starts it, finds its windows, types, presses
+// keys, reads what it shows. Every wait has an end.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <windows.h>
+
+namespace vellums::tests {
+
+// Polls until the condition holds; false when it does not within that time.
+bool eventually(const std::function<bool()>& condition, int timeoutMs = 10000);
+
+// A running Vellums.exe. It dies with this process, however that ends.
+class Program {
+public:
+    // Starts the executable with a command line (paths in quotes).
+    explicit Program(const std::wstring& executable, const std::wstring& arguments = L"");
+    Program(const Program&) = delete;
+    Program& operator=(const Program&) = delete;
+    ~Program();
+
+    HWND window() const { return window_; } // the main window; null when it never came
+    HWND control(int id) const { return GetDlgItem(window_, id); }
+
+    std::u16string text(int id) const;
+    std::u16string caption() const;
+    int count(int listId) const;
+    // The index of the entry with exactly this text; -1: none.
+    int entryOf(int listId, const std::u16string& text) const;
+
+    void setText(int id, const std::u16string& text) const;
+    void press(int id, WPARAM key) const; // a key without modifiers
+    void command(int id) const;           // as from a menu; posted
+    // Selects entries and tells the window, as a click does.
+    void selectEntry(int listId, int index) const;
+    void addToSelection(int listId, int index) const;
+
+    // Waits for a message box of the program and gives its text.
+    std::u16string waitForBox() const;
+    // Presses a button of the message box (IDYES, IDNO, IDCANCEL) and waits until it is gone.
+    bool answer(int button) const;
+    bool boxIsOpen() const;
+
+    // The left panel shows this text within some seconds.
+    bool showsStatus(const std::u16string& text) const;
+    bool statusBegins(const std::u16string& text, int timeoutMs = 10000) const;
+
+    // Closes the main window and waits for the end; gives the exit code, or 9999.
+    DWORD close();
+    void kill();
+    bool isRunning() const;
+
+private:
+    HWND findBox() const;
+
+    HANDLE job_ = nullptr;
+    PROCESS_INFORMATION process_{};
+    HWND window_ = nullptr;
+};
+
+// Puts text on the clipboard; retries while others hold it.
+bool setClipboard(const std::u16string& text);
+void emptyClipboard();
+
+std::u16string utf16(const char* utf8);
+std::wstring wideOf(const std::u16string& text);
+std::u16string narrow(const std::wstring& text);
+
+// Saves a picture of a window as it stands on the screen, as .bmp.
+bool savePicture(HWND window, const std::wstring& path);
+
+// A folder of its own with a copy of the program in it; removed at the end.
+class ProgramFolder {
+public:
+    explicit ProgramFolder(const std::wstring& executable);
+    ProgramFolder(const ProgramFolder&) = delete;
+    ProgramFolder& operator=(const ProgramFolder&) = delete;
+    ~ProgramFolder();
+
+    const std::wstring& path() const { return path_; }
+    std::wstring file(const std::wstring& name) const { return path_ + L"\\" + name; }
+    std::wstring executable() const { return file(L"Vellums.exe"); }
+    std::wstring write(const std::wstring& name, const std::string& bytes) const;
+
+private:
+    std::wstring path_;
+};
+
+} // namespace vellums::tests
