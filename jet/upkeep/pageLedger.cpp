@@ -1,0 +1,85 @@
+#include "jet/upkeep/pageLedger.h"
+
+namespace vellums::jet {
+namespace {
+
+constexpr std::size_t kMostFaults = 1000;
+const char16_t* const kMaps = u"usage maps";
+
+} // namespace
+
+std::u16string decimal(std::int64_t number)
+{
+    const std::string digits = std::to_string(number);
+    return {digits.begin(), digits.end()};
+}
+
+std::u16string placeText(RowRef place)
+{
+    return u"page " + decimal(place.page) + u", row " + decimal(place.row);
+}
+
+PageLedger::PageLedger(PageFile& file)
+    : file_(file)
+    , owners_({u"nobody"})
+    , ownerOf_(file.pageCount())
+{
+}
+
+void PageLedger::fault(std::u16string text)
+{
+    if (faults_.size() < kMostFaults)
+        faults_.push_back(std::move(text));
+    else if (faults_.size() == kMostFaults)
+        faults_.push_back(u"There are more faults.");
+}
+
+void PageLedger::claim(PageNo page, const std::u16string& owner)
+{
+    if (page >= ownerOf_.size())
+        return fault(owner + u": page " + decimal(page) + u" lies beyond the end of the file");
+    if (ownerOf_[page] != 0)
+        return fault(
+            u"Page " + decimal(page) + u" has two owners: " + owners_[ownerOf_[page]] + u" and " + owner);
+    if (owners_.back() != owner)
+        owners_.push_back(owner);
+    ownerOf_[page] = static_cast<std::uint32_t>(owners_.size() - 1);
+}
+
+void PageLedger::claimMapPage(PageNo page)
+{
+    if (page == 1 || (isClaimed(page) && owners_[ownerOf_[page]] == kMaps))
+        return;
+    claim(page, kMaps);
+}
+
+bool PageLedger::isClaimed(PageNo page) const
+{
+    return page < ownerOf_.size() && ownerOf_[page] != 0;
+}
+
+std::vector<PageNo> PageLedger::mapPages(RowRef place, const std::u16string& owner)
+{
+    std::vector<PageNo> pages;
+    if (place.page == 0)
+        return pages;
+    attempt(owner, [&] {
+        const UsageMap map(file_, place);
+        claimMapPage(place.page);
+        for (const PageNo page : map.bitmapPages())
+            claim(page, owner + u" (bitmap)");
+        pages = map.pages();
+    });
+    return pages;
+}
+
+void PageLedger::settle()
+{
+    const FreePages free(file_);
+    for (PageNo page = 0; page < ownerOf_.size(); ++page) {
+        if (isClaimed(page) && free.isFree(page))
+            fault(u"Page " + decimal(page) + u" is marked free but belongs to " + owners_[ownerOf_[page]]);
+    }
+}
+
+} // namespace vellums::jet
