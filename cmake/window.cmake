@@ -12,3 +12,8 @@ set_source_files_properties(${resources}/vellums.rc PROPERTIES
 add_executable(Vellums WIN32 ui/program.cpp platform/win32/entryPoint.cpp $<TARGET_OBJECTS:window_resources>)
 target_link_libraries(Vellums PRIVATE ui)
 target_link_options(Vellums PRIVATE -municode)
+
+# Shows the program at work: starts it, imports, searches, saves a picture.
+add_executable(showcase tests/windows/showcase.cpp tests/windows/driver.cpp)
+target_link_libraries(showcase PRIVATE house_rules gdi32)
+target_link_options(showcase PRIVATE -municode)

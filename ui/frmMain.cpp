@@ -112,7 +112,8 @@ LRESULT frmMain::onMessage(UINT message, WPARAM wParam, LPARAM lParam)
             return 0;
         break;
     case kHeadingSelected:
-        commands_->selectHeading();
+        if (!importing_)
+            commands_->selectHeading();
         return 0;
     case WM_CONTEXTMENU:
         onContextMenu(reinterpret_cast<HWND>(wParam), {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
@@ -132,7 +133,9 @@ LRESULT frmMain::onMessage(UINT message, WPARAM wParam, LPARAM lParam)
         SetFocus(focusBefore_ != nullptr && IsChild(hwnd_, focusBefore_) ? focusBefore_ : lstHeads_.hwnd());
         return 0;
     case WM_CLOSE:
-        if (commands_->mayClose())
+        if (importing_)
+            closing_ = true;
+        else if (commands_->mayClose())
             DestroyWindow(hwnd_);
         return 0;
     case WM_QUERYENDSESSION: // the last chance to ask about unsaved text

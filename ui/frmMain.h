@@ -74,16 +74,20 @@ private:
     void showSearchOptions();
     void onMenuSelect(UINT id, UINT flags);
     void toggleSortOnTitle();
+    void copyDate();
+
+    // frmMainImport.cpp
     void importFolder();
     void importPaths(const std::vector<std::u16string>& paths);
+    void refreshKeeping(const std::u16string& report);
     void removeDuplicates();
-    void copyDate();
 
     Notebook& notebook_;
     HWND hwnd_ = nullptr;
     UINT dpi_ = 96;
     HWND focusBefore_ = nullptr; // the control that had the focus when the window lost it
-    bool importing_ = false;
+    bool importing_ = false;     // commands wait meanwhile
+    bool closing_ = false;       // closed during an import, which ends first
     OwnedFont font_;
     OwnedAccelerators accelerators_;
     bool explaining_ = false;       // the left panel explains a menu entry
