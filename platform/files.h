@@ -100,6 +100,9 @@ std::vector<std::u16string> databaseNames(const std::u16string& folder);
 // Whether a name matches "*.*db", letter case aside.
 bool matchesDatabasePattern(std::u16string_view name);
 
+// The full path that a path means from the current folder, without "." and ".." in it.
+std::u16string absolutePath(const std::u16string& path);
+
 // The last separator of a path or npos; the system's own separator ("\" on Windows, "/" elsewhere).
 std::size_t lastSeparator(std::u16string_view path);
 char16_t separator();

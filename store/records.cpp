@@ -5,6 +5,7 @@
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/text.h"
+#include "store/batches.h"
 #include "store/sqlText.h"
 
 #include <algorithm>
@@ -148,13 +149,17 @@ bool delRecord(const Notebook& notebook, std::int32_t id)
 std::size_t delRecords(const Notebook& notebook, const std::vector<std::int32_t>& ids)
 {
     std::size_t deleted = 0;
+    std::size_t lasting = 0;
     reporting(notebook, u"delRecord - ", [&](Connection& connection) {
+        Batches batches(connection, [&] { lasting = deleted; });
         for (const std::int32_t id : ids) {
+            batches.step();
             connection.execute(u"DELETE FROM [" + notebook.dbTable + u"]" + whereId(id));
             ++deleted;
         }
+        batches.finish();
     });
-    return deleted;
+    return lasting;
 }
 
 std::optional<SnippetRecord> getRecText(const Notebook& notebook, std::int32_t id)

@@ -14,8 +14,10 @@
 #include <cerrno>
 #include <dirent.h>
 #include <fcntl.h>
+#include <filesystem>
 #include <sys/mman.h>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 #include <utility>
 
@@ -345,6 +347,13 @@ std::vector<std::u16string> databaseNames(const std::u16string& folder)
     }
     ::closedir(listing);
     return names;
+}
+
+std::u16string absolutePath(const std::u16string& path)
+{
+    std::error_code failed;
+    const std::filesystem::path full = std::filesystem::absolute(systemPath(path), failed);
+    return failed ? path : pathFromBytes(full.lexically_normal().string());
 }
 
 std::size_t lastSeparator(std::u16string_view path)

@@ -290,6 +290,14 @@ std::vector<std::u16string> databaseNames(const std::u16string& folder)
     return names;
 }
 
+std::u16string absolutePath(const std::u16string& path)
+{
+    std::wstring full(32768, L'\0');
+    const DWORD length =
+        GetFullPathNameW(toWide(path).c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+    return length == 0 || length >= full.size() ? path : fromWide(full.substr(0, length));
+}
+
 std::size_t lastSeparator(std::u16string_view path)
 {
     return path.find_last_of(u"\\/");

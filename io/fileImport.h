@@ -1,0 +1,64 @@
+// Import of files and folders into the current table.
+//
+// Text files (by the extension of their name) become one record each: the title from the name, the link
+// the path. Files of no known kind are passed over. What cannot be read and what is larger than 512 KiB
+// is told to the import log; where a dialog may be shown, large files are asked about instead.
+#pragma once
+
+#include "app/dialogs.h"
+#include "store/notebook.h"
+#include "store/records.h"
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace vellums::io {
+
+enum class FileKind { Other, Text, Word, Excel };
+
+// By the name's extension, in any letter case. A name without a dot, or with its only dot in front, is
+// Other.
+FileKind fileKind(std::u16string_view path);
+
+// The text of a record: control characters and the like replaced, at most one empty line in a row, no
+// blanks at both ends.
+std::u16string importedText(std::u16string_view text);
+
+// What an import tells while it goes on. All may be empty.
+struct ImportEvents {
+    std::function<void(const AddedRecord& record, const std::u16string& path)> added;
+    std::function<void()> stored; // what was added up to now is lasting
+    std::function<void(const std::u16string& message)> logged;
+    std::function<bool()> stop;        // asked before each file; true ends the import
+    std::function<void()> refreshList; // after a folder's duplicates were removed
+};
+
+class FileImport {
+public:
+    // dialogs: null where nothing may be asked. Both must outlive the object.
+    FileImport(const Notebook& notebook, Dialogs* dialogs, ImportEvents events = {});
+
+    // Imports the files in order, on one connection. False: an error ended it, shown in the panel; what
+    // was imported before stays.
+    bool importFiles(const std::vector<std::u16string>& paths);
+    bool importFile(const std::u16string& path) { return importFiles({path}); }
+
+    // Imports everything below the folder without asking, then removes the table's duplicates. False as
+    // above.
+    bool importFolder(const std::u16string& folder);
+
+private:
+    void addFile(Connection& connection, const std::u16string& path);
+    void addTextFile(Connection& connection, const std::u16string& path);
+    bool mayLoad(const std::u16string& path, std::uint64_t size) const;
+    void log(const std::u16string& message) const;
+    bool stopped() const { return events_.stop && events_.stop(); }
+
+    const Notebook& notebook_;
+    Dialogs* dialogs_;
+    ImportEvents events_;
+};
+
+} // namespace vellums::io

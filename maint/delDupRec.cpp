@@ -1,0 +1,90 @@
+#include "maint/delDupRec.h"
+
+#include "app/settings.h"
+#include "platform/files.h"
+#include "platform/text.h"
+#include "store/connectionString.h"
+#include "store/records.h"
+#include "store/safetyCopy.h"
+
+#include <cstdio>
+#include <vector>
+
+namespace vellums::maint {
+namespace {
+
+using platform::decimal;
+
+struct Found {
+    std::vector<std::int32_t> ids; // to be deleted
+    std::size_t total = 0;
+};
+
+// The rows come with the oldest of each digest first.
+Found findDuplicates(Connection& connection, const std::u16string& table)
+{
+    Found found;
+    std::u16string previous;
+    const auto rows = connection.query(u"SELECT ID, VLMD5 FROM [" + table + u"] ORDER BY VLMD5 ASC, VLDATE");
+    while (rows->next()) {
+        ++found.total;
+        const auto* id = std::get_if<std::int32_t>(&rows->value(0));
+        const auto* digest = std::get_if<std::u16string>(&rows->value(1));
+        if (id != nullptr && digest != nullptr && !previous.empty() && *digest == previous)
+            found.ids.push_back(*id);
+        previous = digest == nullptr ? std::u16string() : *digest;
+    }
+    return found;
+}
+
+void copyFirst(const Notebook& notebook)
+{
+    const bool wanted = getPrefValue(notebook.settingsFile, kOptionsSection, u"backup", u"1") != u"0";
+    const std::u16string file = connPart(notebook, notebook.dbConn, ConnPart::FullPath);
+    if (wanted && platform::fileExists(file))
+        makeSafetyCopy(file); // where there is no room, the command goes on without
+}
+
+std::u16string twoDecimals(double value)
+{
+    char digits[64];
+    const int length = std::snprintf(digits, sizeof digits, "%.2f", value);
+    return std::u16string(digits, digits + length);
+}
+
+} // namespace
+
+std::u16string duplicatesText(const Notebook& notebook, std::size_t removed, std::size_t total)
+{
+    const std::u16string n = decimal(static_cast<std::int64_t>(removed));
+    const std::u16string t = decimal(static_cast<std::int64_t>(total));
+    const std::u16string share =
+        twoDecimals(static_cast<double>(removed) * 100.0 / static_cast<double>(total));
+    return notebook.say(n + u" duplicate" + (removed >= 2 ? u"s" : u"") + u" removed from total " + t +
+            u" records (" + share + u"%).",
+        u"已从 " + t + u" 条记录中删除 " + n + u" 条重复项 (" + share + u"%)");
+}
+
+Duplicates delDupRec(const Notebook& notebook, const std::function<void()>& refreshList)
+{
+    Found found;
+    try {
+        found = findDuplicates(*notebook.connect(), notebook.dbTable);
+    } catch (const ProviderError& e) {
+        notebook.status.show(u"delDupRec - " + notebook.dbTable + u" (" + e.description + u")");
+        return {};
+    }
+    Duplicates result{true, 0, found.total};
+    if (!found.ids.empty()) {
+        copyFirst(notebook);
+        result.removed = delRecords(notebook, found.ids);
+        result.done = result.removed == found.ids.size();
+    }
+    if (refreshList)
+        refreshList();
+    if (result.done && result.removed > 0)
+        notebook.status.show(duplicatesText(notebook, result.removed, result.total));
+    return result;
+}
+
+} // namespace vellums::maint

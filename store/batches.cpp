@@ -1,0 +1,43 @@
+#include "store/batches.h"
+
+#include "platform/clock.h"
+
+namespace vellums {
+
+Batches::Batches(Connection& connection, std::function<void()> stored)
+    : connection_(connection)
+    , stored_(std::move(stored))
+{
+}
+
+Batches::~Batches()
+{
+    try {
+        finish();
+    } catch (...) { // the failure that led here has been reported, or will be
+    }
+}
+
+void Batches::step()
+{
+    constexpr std::uint64_t kBatchMs = 500;
+    if (open_ && platform::steadyMs() - openedMs_ >= kBatchMs)
+        finish();
+    if (open_)
+        return;
+    connection_.beginBatch();
+    open_ = true;
+    openedMs_ = platform::steadyMs();
+}
+
+void Batches::finish()
+{
+    if (!open_)
+        return;
+    open_ = false;
+    connection_.endBatch();
+    if (stored_)
+        stored_();
+}
+
+} // namespace vellums
