@@ -1,11 +1,9 @@
 #include "jet/database.h"
 
 #include "jet/sql/parser.h"
+#include "jet/upkeep/checker.h"
 
 namespace vellums::jet {
-
-// Declared in jet/upkeep/.
-std::vector<std::u16string> checkFile(PageFile& file);
 
 Database::Database(std::u16string path)
     : path_(std::move(path))
