@@ -1,0 +1,98 @@
+#include "cli/databaseCommands.h"
+
+#include "cli/output.h"
+#include "cli/session.h"
+#include "platform/files.h"
+#include "platform/text.h"
+#include "store/catalogue.h"
+#include "store/modCreateDB.h"
+
+namespace vellums::cli {
+namespace {
+
+bool isSnippetTableOf(Connection& connection, const std::u16string& table)
+{
+    try {
+        return isSnippetTable(connection, table);
+    } catch (const ProviderError&) {
+        return false;
+    }
+}
+
+void printResult(const jet::Result& result)
+{
+    if (!result.hasRows) {
+        printLine(platform::decimal(result.changedRows));
+        return;
+    }
+    printFields(result.columns);
+    for (const std::vector<Value>& row : result.rows)
+        printRow(row);
+}
+
+// One statement for each line that is not empty.
+std::vector<std::u16string> statementsFromInput()
+{
+    std::vector<std::u16string> statements;
+    for (std::u16string& line : platform::split(readInput(), u"\n")) {
+        if (!line.empty() && line.back() == u'\r')
+            line.pop_back();
+        if (!platform::trimBlanks(line).empty())
+            statements.push_back(unescaped(line));
+    }
+    return statements;
+}
+
+} // namespace
+
+void runCreate(const Arguments& arguments)
+{
+    const std::u16string& file = arguments.values[0];
+    Session session(file);
+    const std::u16string path = platform::absolutePath(file);
+    const std::u16string name = path.substr(platform::lastSeparator(path) + 1);
+    const std::u16string table = arguments.table.value_or(newTableName(name, false));
+    session.notebook().provider->createDatabase(path, table);
+}
+
+void runTables(const Arguments& arguments)
+{
+    const Session session(arguments.values[0]);
+    const auto connection = session.open();
+    const std::vector<SchemaTable> tables = connection->tables();
+    printFields({u"TABLE_NAME", u"SNIPPET"});
+    for (const SchemaTable& table : tables)
+        if (table.type == u"TABLE")
+            printRow({Value(table.name), Value(isSnippetTableOf(*connection, table.name))});
+}
+
+void runSql(const Arguments& arguments)
+{
+    const Session session(arguments.values[0]);
+    const auto connection = session.open();
+    std::vector<std::u16string> statements(arguments.values.begin() + 1, arguments.values.end());
+    if (statements.size() == 1 && statements[0] == u"-")
+        statements = statementsFromInput();
+    bool first = true;
+    for (const std::u16string& statement : statements) {
+        const jet::Result result = asProvider([&] { return connection->database().run(statement); });
+        if (!first)
+            printLine(u"");
+        first = false;
+        printResult(result);
+    }
+}
+
+void runCheck(const Arguments& arguments)
+{
+    const Session session(arguments.values[0]);
+    const auto connection = session.open();
+    const auto faults = asProvider([&] { return connection->database().check(); });
+    for (const std::u16string& fault : faults)
+        printFields({fault});
+    if (!faults.empty())
+        throw Failure{platform::decimal(static_cast<std::int64_t>(faults.size())) +
+            (faults.size() == 1 ? u" fault found." : u" faults found.")};
+}
+
+} // namespace vellums::cli

@@ -1,0 +1,128 @@
+#include "cli/recordCommands.h"
+
+#include "cli/output.h"
+#include "cli/session.h"
+#include "io/modTextUTF.h"
+#include "maint/clsMD5.h"
+#include "maint/delDupRec.h"
+#include "platform/sharedFile.h"
+#include "platform/text.h"
+#include "store/catalogue.h"
+#include "store/headingQuery.h"
+#include "store/records.h"
+#include "store/sqlText.h"
+
+#include <algorithm>
+
+namespace vellums::cli {
+namespace {
+
+using platform::replaceAll;
+
+// Any line end as CR LF, as the texts of records have it.
+std::u16string withLineEnds(std::u16string_view text)
+{
+    return replaceAll(replaceAll(replaceAll(text, u"\r\n", u"\n"), u"\r", u"\n"), u"\n", u"\r\n");
+}
+
+// The searched columns that the table has, in its order.
+std::vector<std::u16string> searchedColumns(
+    Connection& connection, const std::u16string& table, bool titlesOnly)
+{
+    std::vector<std::u16string> columns;
+    for (const std::u16string& name : columnNames(connection, table))
+        if (name == u"VLHEAD" || name == u"VLLINK" || (name == u"VLTEXT" && !titlesOnly))
+            columns.push_back(name);
+    return columns;
+}
+
+void printAll(Recordset& rows)
+{
+    printFields(rows.columns());
+    while (rows.next()) {
+        std::vector<Value> values;
+        for (std::size_t i = 0; i < rows.columns().size(); ++i)
+            values.push_back(rows.value(i));
+        printRow(values);
+    }
+}
+
+std::u16string readText(const std::u16string& path)
+{
+    if (!platform::SharedFile::open(path, platform::SharedFile::Mode::Read))
+        throw Failure{u"File can't be read: " + path};
+    io::Encoding encoding = io::Encoding::Detect;
+    const std::u16string text = io::readTextFile(path, encoding);
+    if (encoding == io::Encoding::Utf32Le || encoding == io::Encoding::Utf32Be)
+        throw Failure{u"File is in UTF-32, which is not supported: " + path};
+    return text;
+}
+
+} // namespace
+
+void runAdd(const Arguments& arguments)
+{
+    Session session(arguments.values[0]);
+    session.chooseTable(arguments.table);
+    NewRecord record;
+    record.text = withLineEnds(readInput());
+    if (arguments.title)
+        record.title = sqlQuoted(replaceAll(withLineEnds(*arguments.title), u"\r\n", u""));
+    const auto added = addRecord(session.notebook(), record);
+    if (!added)
+        session.fail();
+    printLine(platform::decimal(added->id));
+}
+
+void runSearch(const Arguments& arguments)
+{
+    Session session(arguments.values[0]);
+    session.chooseTable(arguments.table);
+    std::u16string words;
+    for (std::size_t i = 1; i < arguments.values.size(); ++i)
+        words += (i == 1 ? u"" : u" ") + arguments.values[i];
+    const auto connection = session.open();
+    HeadingQuery query;
+    query.table = session.notebook().dbTable;
+    query.columns = searchedColumns(*connection, query.table, arguments.titlesOnly);
+    query.pattern = searchPattern(words);
+    query.byTitle = arguments.byTitle;
+    query.ascending = arguments.ascending;
+    printAll(*connection->query(headingStatement(query)));
+}
+
+void runShow(const Arguments& arguments)
+{
+    const auto id = wholeNumber(arguments.values[1]);
+    if (!id)
+        throw UsageError{u"\"" + arguments.values[1] + u"\" is no ID."};
+    Session session(arguments.values[0]);
+    session.chooseTable(arguments.table);
+    const auto connection = session.open();
+    const auto result = asProvider([&] {
+        return connection->database().run(
+            u"SELECT * FROM [" + session.notebook().dbTable + u"] WHERE ID=" + platform::decimal(*id));
+    });
+    if (result.rows.empty())
+        throw Failure{u"There is no record with the ID " + platform::decimal(*id) + u"."};
+    printFields(result.columns);
+    printRow(result.rows[0]);
+}
+
+void runDedupe(const Arguments& arguments)
+{
+    Session session(arguments.values[0]);
+    session.chooseTable(arguments.table);
+    const maint::Duplicates duplicates = maint::delDupRec(session.notebook());
+    if (!duplicates.done)
+        session.fail();
+    if (session.line())
+        printLine(*session.line());
+}
+
+void runDigest(const Arguments& arguments)
+{
+    printLine(maint::clsMD5().MD5(readText(arguments.values[0])));
+}
+
+} // namespace vellums::cli

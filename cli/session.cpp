@@ -1,0 +1,53 @@
+#include "cli/session.h"
+
+#include "platform/files.h"
+#include "platform/programPath.h"
+#include "store/catalogue.h"
+#include "store/embedded/embeddedProvider.h"
+
+namespace vellums::cli {
+
+Session::Session(const std::u16string& file)
+    : file_(platform::absolutePath(file))
+    , provider_(file_)
+    , notebook_(*this)
+{
+    notebook_.appDir = platform::programFolder();
+    notebook_.exeName = platform::programName();
+    const std::u16string own = notebook_.appDir + platform::separator() + notebook_.exeName;
+    notebook_.settingsFile = own + u".ini";
+    notebook_.logFile = own + u".log";
+    notebook_.provider = &provider_;
+    notebook_.dbParent = file_.substr(0, platform::lastSeparator(file_));
+    notebook_.dbConn = u"Data Source=" + file_;
+}
+
+std::unique_ptr<EmbeddedConnection> Session::open() const
+{
+    return std::make_unique<EmbeddedConnection>(file_);
+}
+
+void Session::chooseTable(const std::optional<std::u16string>& table)
+{
+    const std::unique_ptr<EmbeddedConnection> connection = open(); // also to see that the file can be read
+    notebook_.dbTable = table ? *table : firstSnippetTable(*connection);
+    if (notebook_.dbTable.empty())
+        throw Failure{u"There is no snippet table in " + file_ + u"."};
+}
+
+void Session::fail() const
+{
+    throw Failure{line_.value_or(u"The operation failed.")};
+}
+
+std::unique_ptr<Connection> Session::OneFile::open(const std::u16string&) const
+{
+    return std::make_unique<EmbeddedConnection>(file_);
+}
+
+void Session::OneFile::createDatabase(const std::u16string& path, const std::u16string& table) const
+{
+    EmbeddedProvider().createDatabase(path, table);
+}
+
+} // namespace vellums::cli

@@ -1,0 +1,59 @@
+// A database file that a command works on.
+#pragma once
+
+#include "store/embedded/embeddedConnection.h"
+#include "store/notebook.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+
+namespace vellums::cli {
+
+// A failed operation: the sentence for standard error; the exit status is then 1.
+struct Failure {
+    std::u16string sentence;
+};
+
+// The notebook of one database file, served by the embedded engine whatever the file's name.
+class Session : private StatusLine {
+public:
+    // The file as it was named. The program's own files lie beside the program.
+    explicit Session(const std::u16string& file);
+
+    Notebook& notebook() { return notebook_; }
+    // Throws ProviderError.
+    std::unique_ptr<EmbeddedConnection> open() const;
+    // Makes `table` current; without a name the first snippet table. Throws Failure when there is none,
+    // ProviderError.
+    void chooseTable(const std::optional<std::u16string>& table);
+
+    // The last line that a routine showed, or nothing.
+    const std::optional<std::u16string>& line() const { return line_; }
+    // Throws Failure with the line that the failed routine showed.
+    [[noreturn]] void fail() const;
+
+private:
+    // Knows one file, so that no connection string needs to be taken apart.
+    class OneFile : public Provider {
+    public:
+        explicit OneFile(std::u16string file)
+            : file_(std::move(file))
+        {
+        }
+        std::unique_ptr<Connection> open(const std::u16string& connectionString) const override;
+        void createDatabase(const std::u16string& path, const std::u16string& table) const override;
+
+    private:
+        std::u16string file_;
+    };
+
+    void show(const std::u16string& text) override { line_ = text; }
+
+    std::u16string file_; // full path
+    OneFile provider_;
+    Notebook notebook_;
+    std::optional<std::u16string> line_;
+};
+
+} // namespace vellums::cli
