@@ -282,7 +282,8 @@ void removeIdleJournal(const std::u16string& path) noexcept
         if (!platform::fileExists(journal))
             return;
         const File database(path, Access::Write);
-        if (!isHot(File(journal, Access::Read)) && platform::removeFile(journal))
+        const bool hot = isHot(File(journal, Access::Read)); // closed again: an open file is not removed
+        if (!hot && platform::removeFile(journal))
             platform::syncFolderOf(journal);
     } catch (...) { // somebody else is at work; the last one out removes it
     }
