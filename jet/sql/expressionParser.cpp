@@ -8,8 +8,10 @@ namespace vellums::jet::sql {
 
 namespace {
 
-// Deeper expressions would need too much stack to read and to evaluate.
+// Deeper expressions would need too much stack: to evaluate, and to read (one pair of parentheses takes
+// three levels of the parser).
 constexpr int kDeepest = 500;
+constexpr int kDeepestLevel = 200;
 
 Expression make(ExpressionKind kind, Operator op, std::vector<Expression> operands)
 {
@@ -90,7 +92,7 @@ public:
     explicit Level(int& level)
         : level_(level)
     {
-        if (++level_ > kDeepest)
+        if (++level_ > kDeepestLevel)
             throwTooComplex();
     }
     ~Level() { --level_; }
