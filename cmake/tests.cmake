@@ -31,3 +31,14 @@ endfunction()
 foreach(folder platform jet store app search maint io cli)
   test_folder(${folder})
 endforeach()
+
+# The real window, on the screen that the test run provides.
+if(WIN32 AND TARGET Vellums)
+  file(GLOB window_tests CONFIGURE_DEPENDS tests/windows/*Test.cpp)
+  add_executable(windows_tests ${window_tests} tests/windows/driver.cpp)
+  target_link_libraries(windows_tests PRIVATE ui GTest::gmock_main)
+  add_dependencies(windows_tests Vellums)
+  add_test(NAME windows COMMAND windows_tests)
+  set_tests_properties(windows PROPERTIES TIMEOUT 300 RESOURCE_LOCK screen
+    PASS_REGULAR_EXPRESSION "\\[  PASSED  \\]" FAIL_REGULAR_EXPRESSION "\\[  FAILED  \\]")
+endif()
