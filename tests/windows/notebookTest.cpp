@@ -213,7 +213,7 @@ TEST_P(NotebookTest, ImportsWhatTheCommandLineNames)
 }
 
 INSTANTIATE_TEST_SUITE_P(InBothLanguages, NotebookTest, testing::Values(kEnglish, kChinese),
-    [](const auto& info) { return info.param.chinese ? "Chinese" : "English"; });
+    [](const auto& test) { return test.param.chinese ? "Chinese" : "English"; });
 
 class StrangeFolderTest : public testing::Test {
 protected:
