@@ -30,9 +30,6 @@ public:
         return events;
     }
 
-    // A record that is stored and cannot be told must not be followed by more.
-    bool writable() const { return writable_; }
-
     void clearProgress()
     {
         if (std::exchange(progressShown_, false))
@@ -70,7 +67,7 @@ private:
     bool terminal_ = platform::errorsGoToTerminal();
     bool progressShown_ = false;
     std::uint64_t shownMs_ = 0;
-    bool writable_ = true;
+    bool writable_ = true; // a record that cannot be told must not be followed by more
 };
 
 } // namespace
@@ -83,10 +80,12 @@ void runImport(const Arguments& arguments)
     io::FileImport import(session.notebook(), nullptr, report.events());
     bool missing = false;
     std::vector<std::u16string> files;
-    const auto importFiles = [&] {
-        if (!files.empty() && !import.importFiles(std::exchange(files, {})))
+    const auto check = [&](bool done) {
+        report.clearProgress();
+        if (!done)
             session.fail();
     };
+    const auto importFiles = [&] { check(files.empty() || import.importFiles(std::exchange(files, {}))); };
     for (std::size_t i = 1; i < arguments.values.size(); ++i) {
         const std::u16string path = platform::absolutePath(arguments.values[i]);
         if (!platform::folderExists(path)) {
@@ -95,11 +94,9 @@ void runImport(const Arguments& arguments)
             continue;
         }
         importFiles();
-        if (!import.importFolder(path))
-            session.fail();
+        check(import.importFolder(path));
     }
     importFiles();
-    report.clearProgress();
     if (session.line())
         complain(*session.line());
     if (missing)

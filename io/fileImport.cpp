@@ -118,12 +118,19 @@ bool FileImport::importFolder(const std::u16string& folder)
 {
     clsFolderScan scan;
     scan.FullPath = true;
+    scan.Events = true;
+    scan.EntryFound = [&](const clsFolderScan::Entry&) {
+        if (stopped())
+            scan.Abort();
+    };
     scan.ScanFolder(folder);
     Dialogs* const askable = std::exchange(dialogs_, nullptr);
     const bool done = importFiles(scan.Files());
     dialogs_ = askable;
-    // The line that tells the error stays the last one.
-    return done && maint::delDupRec(notebook_, events_.refreshList).done;
+    // After an error its line stays the last one.
+    if (!done || stopped())
+        return done;
+    return maint::delDupRec(notebook_, events_.refreshList).done;
 }
 
 void FileImport::addFile(Connection& connection, const std::u16string& path)

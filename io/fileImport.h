@@ -31,7 +31,7 @@ struct ImportEvents {
     std::function<void(const AddedRecord& record, const std::u16string& path)> added;
     std::function<void()> stored; // what was added up to now is lasting
     std::function<void(const std::u16string& message)> logged;
-    std::function<bool()> stop;        // asked before each file; true ends the import
+    std::function<bool()> stop;        // asked after each entry and before each file; true: the import ends
     std::function<void()> refreshList; // after a folder's duplicates were removed
 };
 

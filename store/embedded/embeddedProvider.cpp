@@ -60,6 +60,10 @@ void EmbeddedProvider::createDatabase(const std::u16string& path, const std::u16
     asProvider([&] {
         if (platform::fileExists(path) || platform::folderExists(path))
             throw jet::Error(3204, jet::kDuplicateSource, u"Database already exists.");
+        const std::size_t cut = platform::lastSeparator(path);
+        if (cut != std::u16string::npos && cut != 0 && !platform::folderExists(path.substr(0, cut + 1)))
+            throw jet::Error(3044, jet::kFail,
+                u"'" + path + u"' is not a valid path. Make sure that the path name is spelled correctly.");
         // Made under another name, so that a database without its table is never found.
         const std::u16string unfinished = path + u".new";
         platform::removeFile(unfinished);

@@ -1,0 +1,169 @@
+#include "store/catalogue.h"
+
+#include "jet/catalogue/blankDatabase.h"
+#include "platform/files.h"
+#include "store/accessFile.h"
+#include "store/connectionString.h"
+#include "store/modCreateDB.h"
+#include "tests/support/testNotebook.h"
+
+#include <gmock/gmock.h>
+
+namespace vellums {
+namespace {
+
+using testing::ElementsAre;
+
+TEST(Catalogue, RecognisesASnippetTableByItsColumns)
+{
+    tests::TestNotebook notes;
+    const char16_t* columns =
+        u"VLHEAD TEXT(255), VLTEXT MEMO, VLTYPE TEXT(255), VLDATE DATETIME, VLLINK TEXT(255)";
+    notes.run(u"CREATE TABLE [Few] (ID COUNTER, " + std::u16string(columns) + u")");
+    notes.run(
+        u"CREATE TABLE [Many] (ID COUNTER, " + std::u16string(columns) + u", VLMD5 TEXT(32), X INTEGER)");
+    notes.run(u"CREATE TABLE [Lower] (id COUNTER, " + std::u16string(columns) + u", vlmd5 TEXT(32))");
+    notes.run(u"CREATE TABLE [Same] (ID COUNTER, " + std::u16string(columns) + u", VLMD5 TEXT(32))");
+    for (const char16_t* table : {u"Few", u"Many", u"Lower", u"Missing", u"MSysObjects"})
+        EXPECT_FALSE(isSnippetTable(*notes, notes->dbConn, table));
+    EXPECT_TRUE(isSnippetTable(*notes, notes->dbConn, u"Notes"));
+    EXPECT_TRUE(isSnippetTable(*notes, notes->dbConn, u"Same"));
+    EXPECT_FALSE(isSnippetTable(*notes, u"Data Source=none.mdb", u"Notes"));
+}
+
+TEST(Catalogue, ListsOrdinaryTables)
+{
+    tests::TestNotebook notes;
+    notes.run(u"CREATE TABLE [Other] (A INTEGER)");
+    EXPECT_EQ(getTables(*notes, notes.file()), u"Notes|Other");
+    EXPECT_EQ(getFirstTable(*notes, notes->dbConn), u"Notes");
+    const std::u16string blank = notes.folder().file(u"blank.mdb");
+    jet::createDatabase(blank, jet::FileFormat::Jet4, 45000);
+    EXPECT_EQ(getTables(*notes, blank), u"");
+    EXPECT_EQ(getFirstTable(*notes, connectionStringFor(*notes, blank)), u"-");
+    EXPECT_EQ(firstSnippetTable(*notes->connect(connectionStringFor(*notes, blank))), u"");
+    EXPECT_EQ(getTables(*notes, notes.folder().file(u"none.mdb")), u"");
+}
+
+TEST(Catalogue, ListsTheFilesOfAFolder)
+{
+    tests::TestNotebook notes;
+    EXPECT_EQ(getDataBaseList(*notes, u""), u"notes.mdb");
+    notes.folder().makeFolder(u"sub");
+    EXPECT_EQ(getDataBaseList(*notes, notes.folder().file(u"sub")), u"");
+    notes.folder().write(u"sub/b.xdb", "");
+    EXPECT_EQ(getDataBaseList(*notes, notes.folder().file(u"sub")), u"b.xdb");
+}
+
+TEST(Catalogue, AddsTheColumnsOfLaterVersions)
+{
+    tests::TestNotebook notes;
+    notes.run(
+        u"CREATE TABLE [Old] (ID COUNTER, VLHEAD TEXT(255), VLTEXT MEMO, VLTYPE TEXT(255), VLDATE DATETIME)");
+    notes.run(u"INSERT INTO [Old] (VLHEAD) VALUES ('x')");
+    const auto connection = notes->connect();
+    EXPECT_EQ(addSnippetColumn(*connection, u"Old", u"VLLINK"), 0);
+    EXPECT_EQ(addSnippetColumn(*connection, u"Old", u"VLMD5"), 0);
+    EXPECT_NE(addSnippetColumn(*connection, u"Old", u"VLMD5"), 0);
+    EXPECT_TRUE(isSnippetTable(*connection, u"Old"));
+    EXPECT_THAT(notes.rows(u"SELECT VLHEAD, VLLINK, VLMD5 FROM [Old]"), ElementsAre(u"x|NULL|NULL"));
+}
+
+struct NameCase {
+    const char16_t* file;
+    const char16_t* english;
+    const char16_t* chinese;
+};
+
+const NameCase kNames[] = {
+    {u"notes.mdb", u"notes", u"notes"},
+    {u"a.b.mdb", u"a", u"a"},
+    {u".x.mdb", u"Memo", u"笔记"},
+    {u"", u"Memo", u"笔记"},
+    {u"notes", u"Memo", u"笔记"},
+};
+
+TEST(CreateDatabase, NamesTheTableAfterTheFile)
+{
+    for (const NameCase& c : kNames) {
+        EXPECT_EQ(newTableName(c.file, false), c.english);
+        EXPECT_EQ(newTableName(c.file, true), c.chinese);
+    }
+}
+
+TEST(CreateDatabase, MakesASnippetTableOnceAndNeverOverAnything)
+{
+    tests::TestNotebook notes;
+    EXPECT_EQ(dbCreateNew(*notes, u""), u"Memo");
+    EXPECT_TRUE(looksLikeAccessFile(notes.folder().file(u"Vellums.mdb")));
+    EXPECT_EQ(dbCreateNew(*notes, u"笔记.accdb"), u"笔记");
+    const std::u16string created = connectionStringFor(*notes, u"笔记.accdb");
+    EXPECT_TRUE(isSnippetTable(*notes, created, u"笔记"));
+
+    const std::string before = tests::bytesOf(notes.file());
+    EXPECT_EQ(dbCreateNew(*notes, u"notes.mdb"), u"");
+    ASSERT_EQ(notes.shown().size(), 1u);
+    EXPECT_TRUE(notes.shown()[0].starts_with(u"dbCreateNew: "));
+    EXPECT_EQ(tests::bytesOf(notes.file()), before);
+
+    notes->dbParent = notes.folder().file(u"none");
+    EXPECT_EQ(dbCreateNew(*notes, u"x.mdb"), u"");
+}
+
+TEST(CreateDatabase, RequiresADate)
+{
+    tests::TestNotebook notes;
+    EXPECT_THROW(notes.run(u"INSERT INTO [Notes] (VLHEAD) VALUES ('x')"), ProviderError);
+    EXPECT_THROW(notes.run(u"INSERT INTO [Notes] (ID, VLDATE) SELECT 1, Now() UNION ALL SELECT 1, Now()"),
+        ProviderError);
+    notes.run(u"INSERT INTO [Notes] (VLDATE) VALUES ('2024-3-5 9:7:3')");
+    EXPECT_THAT(notes.rows(u"SELECT ID, VLHEAD, VLMD5 FROM [Notes]"), ElementsAre(u"1|NULL|NULL"));
+}
+
+struct PartCase {
+    const char16_t* connection;
+    const char16_t* bare;
+    const char16_t* name;
+    const char16_t* path;
+};
+
+// The data folder is D:\x.
+const PartCase kParts[] = {
+    {u"P=1;Data Source=D:\\x\\a.mdb", u"P=1;Data Source=a.mdb", u"a.mdb", u"D:\\x\\a.mdb"},
+    {u"P=1;Data Source=d:\\X\\a.MDB;Q=2", u"P=1;Data Source=a.MDB;Q=2", u"a.MDB", u"d:\\X\\a.MDB"},
+    {u"Data Source=D:\\y.mdb.d\\a.accdb", u"Data Source=D:\\y.mdb.d\\a.accdb", u"a.accdb",
+        u"D:\\y.mdb.d\\a.accdb"},
+    {u"P=1;Q=2", u"P=1;Q=2", u"", u""},
+};
+
+TEST(ConnectionString, IsTakenApart)
+{
+    tests::TestNotebook notes;
+    notes->dbParent = u"D:\\x";
+    if (platform::separator() != u'\\')
+        notes->dbParent = u"D:\\x\\"; // a separator of its own would be added
+    for (const PartCase& c : kParts) {
+        EXPECT_EQ(getConnPart(*notes, c.connection, ConnPart::WithBareName), c.bare);
+        EXPECT_EQ(getConnPart(*notes, c.connection, ConnPart::FileName), c.name);
+        EXPECT_EQ(getConnPart(*notes, c.connection, ConnPart::FullPath), c.path);
+    }
+    EXPECT_EQ(getConnPart(*notes, u"Data Source=a.mdb", ConnPart::FullPath), u"D:\\x\\a.mdb");
+    EXPECT_EQ(notes->dbTable, u"Notes");
+    EXPECT_EQ(getConnPart(*notes, u"Data Source=(LOCAL);X=1", ConnPart::FileName), u"(LOCAL)");
+    EXPECT_EQ(notes->dbTable, u"snippets");
+}
+
+TEST(ConnectionString, IsMadeFromTheTemplateOfTheProvider)
+{
+    tests::TestNotebook notes;
+    EXPECT_EQ(connectionStringFor(*notes, u"D:\\x\\n.ACCDB"),
+        u"Provider=Microsoft.ACE.OLEDB.12.0; Data Source=D:\\x\\n.ACCDB");
+    EXPECT_EQ(connectionStringFor(*notes, u"n.xdb"),
+        u"Provider=Microsoft.ACE.OLEDB.12.0; Data Source=Vellums.accdb");
+    notes->providerId = u"103";
+    EXPECT_EQ(connectionStringFor(*notes, u"D:\\x\\notes.mdb"),
+        u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source=Vellums.mdb");
+}
+
+} // namespace
+} // namespace vellums

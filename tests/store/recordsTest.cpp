@@ -1,0 +1,200 @@
+#include "store/records.h"
+
+#include "platform/clock.h"
+#include "platform/files.h"
+#include "tests/support/testNotebook.h"
+
+#include <gmock/gmock.h>
+
+namespace vellums {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using Lines = std::vector<std::u16string>;
+
+struct TitleCase {
+    const char* why;
+    std::u16string text;
+    std::u16string title;
+};
+
+const TitleCase kTitles[] = {
+    {"one long line is cut at fifty", std::u16string(80, u'x'), std::u16string(50, u'x')},
+    {"a line of fifty stays whole", std::u16string(50, u'x') + u"\r\ny", std::u16string(50, u'x')},
+    {"a line of fifty-one is cut", std::u16string(51, u'x') + u"\r\ny", std::u16string(50, u'x')},
+    {"a short first line is the title", u"Groceries\r\nmilk", u"Groceries"},
+    {"an empty first line gives none", u"\r\nmilk", u""},
+    {"a short text without a line end", u"milk", u"milk"},
+    {"a mail's subject wins", u"From: a\r\nTo: b\r\n主题: Meeting\r\nHello", u"Meeting"},
+    {"a subject at the very start does not count", u"主题: Meeting\r\nHello", u"主题: Meeting"},
+    {"a subject without a line end does not count", u"a 主题: Meeting", u"a 主题: Meeting"},
+    {"an empty text", u"", u""},
+};
+
+TEST(TitleOf, ChoosesTheTitle)
+{
+    for (const TitleCase& c : kTitles)
+        EXPECT_EQ(titleOf(c.text), c.title) << c.why;
+}
+
+class Records : public testing::TestWithParam<const char16_t*> {
+protected:
+    Records()
+        : notes_(GetParam())
+    {
+    }
+
+    std::int32_t add(const std::u16string& text)
+    {
+        const auto added = addRecord(*notes_, {text, std::nullopt, u""});
+        EXPECT_TRUE(added);
+        return added ? added->id : 0;
+    }
+
+    tests::TestNotebook notes_;
+};
+
+INSTANTIATE_TEST_SUITE_P(Formats, Records, testing::Values(u"notes.mdb", u"notes.accdb"),
+    [](const auto& test) { return test.param == std::u16string(u"notes.mdb") ? "mdb" : "accdb"; });
+
+TEST_P(Records, AreAddedCleanedWithTheirDigest)
+{
+    const double before = platform::oleNow();
+    const auto added = addRecord(*notes_, {u"it's  \r\n\r\n\r\n\r\n中文   x", std::nullopt, u"C:\\o'k.txt"});
+    ASSERT_TRUE(added);
+    EXPECT_EQ(added->title, u"it's  ");
+    const auto record = getRecText(*notes_, added->id);
+    ASSERT_TRUE(record);
+    EXPECT_EQ(record->head, u"it's  ");
+    EXPECT_EQ(record->text, u"it's\r\n\r\n中文 x");
+    EXPECT_EQ(record->type, u"");
+    EXPECT_EQ(record->link, u"C:\\o'k.txt");
+    EXPECT_EQ(record->md5.size(), 32u);
+    ASSERT_TRUE(record->date);
+    EXPECT_GE(*record->date, before - 1e-9);
+    EXPECT_LE(*record->date, platform::oleNow() + 1e-9);
+    EXPECT_THAT(notes_.shown(), IsEmpty());
+}
+
+TEST_P(Records, TakeAGivenTitleThatIsQuotedAlready)
+{
+    const auto added = addRecord(*notes_, {u"text", u"it''s", u""});
+    ASSERT_TRUE(added);
+    EXPECT_EQ(added->title, u"it's");
+    EXPECT_THAT(notes_.rows(u"SELECT ID, VLHEAD FROM [Notes]"), ElementsAre(u"1|it's"));
+}
+
+TEST_P(Records, AreRefusedWithATitleThatIsTooLong)
+{
+    EXPECT_FALSE(addRecord(*notes_, {u"text", std::u16string(256, u'x'), u""}));
+    EXPECT_EQ(notes_.shown().size(), 1u);
+    EXPECT_TRUE(addRecord(*notes_, {u"text", std::u16string(255, u'x'), u""}));
+    EXPECT_THAT(notes_.rows(u"SELECT COUNT(*) FROM [Notes]"), ElementsAre(u"1"));
+}
+
+TEST_P(Records, KeepTextsOfMegabytes)
+{
+    std::u16string text;
+    for (int i = 0; text.size() < 1500000; ++i)
+        text += u"line " + std::u16string(static_cast<std::size_t>(i % 40), u'文') + u"'\r\n";
+    const auto record = getRecText(*notes_, add(text));
+    ASSERT_TRUE(record);
+    EXPECT_EQ(record->text, text.substr(0, text.size() - 2));
+}
+
+TEST_P(Records, AreSavedWithoutTouchingTheLink)
+{
+    const auto added = addRecord(*notes_, {u"old", std::nullopt, u"C:\\a.txt"});
+    ASSERT_TRUE(added);
+    notes_.run(u"UPDATE [Notes] SET VLDATE='2001-2-3 4:5:6'");
+    EXPECT_EQ(modRecord(*notes_, added->id, u"a\r\nb'c", u"new\n\n\n\ntext", u"20240305090703"), Saved::Yes);
+    const auto record = getRecText(*notes_, added->id);
+    ASSERT_TRUE(record);
+    EXPECT_EQ(record->head, u"ab'c");
+    EXPECT_EQ(record->text, u"new\r\n\r\ntext");
+    EXPECT_EQ(record->type, u"20240305090703");
+    EXPECT_EQ(record->link, u"C:\\a.txt");
+    EXPECT_GT(record->date.value_or(0), 45000);
+    EXPECT_EQ(modRecord(*notes_, 99, u"a", u"b", u""), Saved::Gone);
+}
+
+TEST_P(Records, AreDuplicatedButForTheirId)
+{
+    const std::int32_t id = add(u"text");
+    notes_.run(u"UPDATE [Notes] SET VLTYPE='20240305090703', VLDATE='2001-2-3 4:5:6', VLLINK='l'");
+    EXPECT_TRUE(dupRecord(*notes_, id));
+    const Lines rows = notes_.rows(u"SELECT VLHEAD, VLTEXT, VLTYPE, VLDATE, VLLINK, VLMD5 FROM [Notes]");
+    ASSERT_EQ(rows.size(), 2u);
+    EXPECT_EQ(rows[0], rows[1]);
+    EXPECT_THAT(notes_.rows(u"SELECT ID FROM [Notes] ORDER BY ID"), ElementsAre(u"1", u"2"));
+}
+
+TEST_P(Records, OnceDeletedAreGone)
+{
+    const std::int32_t first = add(u"one");
+    const std::int32_t second = add(u"two");
+    EXPECT_EQ(delRecords(*notes_, {first, second}), 2u);
+    EXPECT_FALSE(getRecText(*notes_, first));
+    EXPECT_EQ(notes_.shown().size(), 1u) << "the panel says that it is gone";
+    EXPECT_EQ(add(u"three"), 3) << "an ID is not given out again";
+}
+
+TEST_P(Records, StickAndGoBackToTheDateOfTheirSource)
+{
+    const std::u16string source = notes_.folder().write(u"source.txt", "x");
+    const auto linked = addRecord(*notes_, {u"a", std::nullopt, source});
+    const auto lost = addRecord(*notes_, {u"b", std::nullopt, u"C:\\no such file.txt"});
+    const std::int32_t plain = add(u"c");
+    ASSERT_TRUE(linked && lost);
+    notes_.run(u"UPDATE [Notes] SET VLDATE='2001-2-3 4:5:6'");
+    notes_.run(u"UPDATE [Notes] SET VLLINK=NULL WHERE ID=3");
+    const std::vector<std::int32_t> all = {linked->id, lost->id, plain};
+    EXPECT_TRUE(setStickyRecs(*notes_, all));
+    for (const std::u16string& stamp : notes_.rows(u"SELECT VLTYPE FROM [Notes]")) {
+        EXPECT_EQ(stamp.size(), 14u);
+        EXPECT_EQ(stamp.substr(0, 2), u"20");
+    }
+    EXPECT_TRUE(ClearStickyRecs(*notes_, all));
+    EXPECT_THAT(notes_.rows(u"SELECT VLTYPE FROM [Notes]"), ElementsAre(u"", u"", u""));
+    EXPECT_NEAR(getRecText(*notes_, linked->id)->date.value_or(0), *platform::fileModified(source), 1e-5);
+    EXPECT_NEAR(getRecText(*notes_, lost->id)->date.value_or(0), 36925.17, 0.01);
+    EXPECT_NEAR(getRecText(*notes_, plain)->date.value_or(0), 36925.17, 0.01);
+}
+
+TEST_P(Records, AreCopiedWithTheDateOfTheCopy)
+{
+    const std::int32_t id = add(u"one");
+    add(u"two");
+    notes_.run(u"CREATE TABLE [Other] (ID COUNTER, VLHEAD TEXT(255), VLTEXT MEMO, VLTYPE TEXT(255), VLDATE "
+               u"DATETIME, VLLINK TEXT(255), VLMD5 TEXT(32))");
+    notes_.run(u"UPDATE [Notes] SET VLDATE='2001-2-3 4:5:6'");
+    EXPECT_THAT(copyRecords(*notes_, u"Other", {id, 77}), ElementsAre(id)) << "77 is gone";
+    EXPECT_THAT(
+        notes_.rows(u"SELECT VLHEAD, VLTEXT FROM [Other] WHERE VLDATE > 45000"), ElementsAre(u"one|one"));
+    EXPECT_THAT(copyRecords(*notes_, u"Missing", {id}), IsEmpty());
+    EXPECT_EQ(notes_.shown().size(), 1u);
+}
+
+// Every routine has one way out: one line that begins with its name.
+TEST_P(Records, TellWhatFailed)
+{
+    notes_->dbTable = u"Missing";
+    EXPECT_FALSE(addRecord(*notes_, {u"a", std::nullopt, u""}));
+    EXPECT_EQ(modRecord(*notes_, 1, u"", u"", u""), Saved::Failed);
+    EXPECT_FALSE(dupRecord(*notes_, 5));
+    EXPECT_FALSE(delRecord(*notes_, 1));
+    EXPECT_FALSE(getRecText(*notes_, 7));
+    EXPECT_FALSE(setStickyRecs(*notes_, {1}));
+    EXPECT_FALSE(ClearStickyRecs(*notes_, {1}));
+    const std::u16string starts[] = {u"addRecord - ", u"modRecord - ", u"dupRecord - 5 > ", u"delRecord - ",
+        u"getRecText - 7 > ", u"setStickyRecs - ", u"ClearStickyRecs - "};
+    ASSERT_EQ(notes_.shown().size(), std::size(starts));
+    for (std::size_t i = 0; i < std::size(starts); ++i) {
+        EXPECT_TRUE(notes_.shown()[i].starts_with(starts[i])) << i;
+        EXPECT_EQ(notes_.shown()[i].back(), u')');
+    }
+}
+
+} // namespace
+} // namespace vellums
