@@ -32,35 +32,6 @@ void eachMap(TableDefinition& definition, Callback&& callback)
         callback(index.usageMap, index.root);
 }
 
-void appendName(Bytes& bytes, const std::u16string& name)
-{
-    append<std::uint16_t>(bytes, static_cast<std::uint16_t>(name.size() * 2));
-    append(bytes, std::as_bytes(std::span(name.data(), name.size())));
-}
-
-void appendColumn(Bytes& bytes, const Column& column)
-{
-    append<std::uint8_t>(bytes, static_cast<std::uint8_t>(column.type));
-    append<std::uint32_t>(bytes, kRecordMagic);
-    append<std::uint16_t>(bytes, column.number);
-    append<std::uint16_t>(bytes, column.slot);
-    append<std::uint16_t>(bytes, column.position);
-    if (column.type == ColumnType::Decimal) {
-        append<std::uint8_t>(bytes, column.precision);
-        append<std::uint8_t>(bytes, column.scale);
-        append<std::uint16_t>(bytes, 0);
-    } else {
-        append<std::uint16_t>(bytes, column.sortOrder.lcid);
-        append<std::uint8_t>(bytes, 0);
-        append<std::uint8_t>(bytes, column.sortOrder.version);
-    }
-    append<std::uint8_t>(bytes, column.flags);
-    append<std::uint8_t>(bytes, column.moreFlags);
-    append<std::uint32_t>(bytes, 0);
-    append<std::uint16_t>(bytes, column.offset);
-    append<std::uint16_t>(bytes, column.length);
-}
-
 void appendPhysicalIndex(Bytes& bytes, const PhysicalIndex& index)
 {
     append<std::uint32_t>(bytes, kPhysicalMagic);
@@ -159,7 +130,7 @@ void encodeDefinition(TableDefinition& definition, const std::vector<std::uint32
         append<std::uint32_t>(bytes, 0);
     }
     for (const Column& column : definition.columns)
-        appendColumn(bytes, column);
+        appendColumnRecord(bytes, column);
     for (const Column& column : definition.columns)
         appendName(bytes, column.name);
     for (const PhysicalIndex& index : definition.physicalIndexes)

@@ -13,32 +13,6 @@ constexpr std::size_t kColumnsAt = 63;
 constexpr std::size_t kCounterBytes = 12;
 constexpr std::size_t kMaxColumnSlots = 255;
 constexpr std::size_t kMapRow = 69;
-constexpr std::uint32_t kColumnMagic = 1625;
-
-Bytes columnRecord(const Column& column)
-{
-    Bytes record;
-    append<std::uint8_t>(record, static_cast<std::uint8_t>(column.type));
-    append<std::uint32_t>(record, kColumnMagic);
-    append<std::uint16_t>(record, column.number);
-    append<std::uint16_t>(record, column.slot);
-    append<std::uint16_t>(record, column.position);
-    if (column.type == ColumnType::Decimal) {
-        append<std::uint8_t>(record, column.precision);
-        append<std::uint8_t>(record, column.scale);
-        append<std::uint16_t>(record, 0);
-    } else {
-        append<std::uint16_t>(record, column.sortOrder.lcid);
-        append<std::uint8_t>(record, 0);
-        append<std::uint8_t>(record, column.sortOrder.version);
-    }
-    append<std::uint8_t>(record, column.flags);
-    append<std::uint8_t>(record, column.moreFlags);
-    append<std::uint32_t>(record, 0);
-    append<std::uint16_t>(record, column.isFixed() ? column.offset : 0);
-    append<std::uint16_t>(record, column.length);
-    return record;
-}
 
 void insertBytes(Bytes& bytes, std::size_t at, ByteView more)
 {
@@ -81,7 +55,8 @@ void Table::appendColumn(const Column& wanted)
     Column column = wanted;
     column.number = definition_.columnSlots;
     column.slot = definition_.variableSlots;
-    column.offset = static_cast<std::uint16_t>(definition_.fixedLength());
+    if (column.isFixed() && column.type != ColumnType::Boolean)
+        column.offset = static_cast<std::uint16_t>(definition_.fixedLength());
     for (const Column& c : definition_.columns)
         column.position = std::max(column.position, static_cast<std::uint16_t>(c.position + 1));
     if (column.isFixed() && definition_.fixedLength() + fixedSize(column) > 4000)
@@ -99,10 +74,11 @@ void Table::appendColumn(const Column& wanted)
         insertBytes(joined, joined.size() - 2, entry);
     }
     Bytes name;
-    append<std::uint16_t>(name, static_cast<std::uint16_t>(column.name.size() * 2));
-    append(name, std::as_bytes(std::span(column.name.data(), column.name.size())));
+    appendName(name, column.name);
+    Bytes record;
+    appendColumnRecord(record, column);
     insertBytes(joined, endOfNames(joined, namesAt, definition_.columns.size()), name);
-    insertBytes(joined, namesAt, columnRecord(column));
+    insertBytes(joined, namesAt, record);
     store<std::uint16_t>(joined, 41, static_cast<std::uint16_t>(definition_.columnSlots + 1));
     if (!column.isFixed())
         store<std::uint16_t>(joined, 43, static_cast<std::uint16_t>(definition_.variableSlots + 1));

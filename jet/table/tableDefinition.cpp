@@ -17,6 +17,7 @@ constexpr std::size_t kContinuation = kPageSize - 8; // bytes of the definition 
 constexpr std::size_t kMaxColumns = 255;
 constexpr std::size_t kMaxIndexes = 1000; // far above the 32 of the format, which Access itself passes
 constexpr int kIndexSlots = 10;
+constexpr std::uint32_t kRecordMagic = 1625;
 constexpr std::uint32_t kPhysicalMagic = 0x0783;
 constexpr std::uint8_t kKnownIndexFlags = 0x8B;
 constexpr std::uint16_t kNoColumn = 0xFFFF;
@@ -186,6 +187,35 @@ std::size_t TableDefinition::fixedLength() const
         if (column.isFixed() && column.type != ColumnType::Boolean)
             length = std::max(length, column.offset + fixedSize(column));
     return length;
+}
+
+void appendColumnRecord(Bytes& bytes, const Column& column)
+{
+    append<std::uint8_t>(bytes, static_cast<std::uint8_t>(column.type));
+    append<std::uint32_t>(bytes, kRecordMagic);
+    append<std::uint16_t>(bytes, column.number);
+    append<std::uint16_t>(bytes, column.slot);
+    append<std::uint16_t>(bytes, column.position);
+    if (column.type == ColumnType::Decimal) {
+        append<std::uint8_t>(bytes, column.precision);
+        append<std::uint8_t>(bytes, column.scale);
+        append<std::uint16_t>(bytes, 0);
+    } else {
+        append<std::uint16_t>(bytes, column.sortOrder.lcid);
+        append<std::uint8_t>(bytes, 0);
+        append<std::uint8_t>(bytes, column.sortOrder.version);
+    }
+    append<std::uint8_t>(bytes, column.flags);
+    append<std::uint8_t>(bytes, column.moreFlags);
+    append<std::uint32_t>(bytes, 0);
+    append<std::uint16_t>(bytes, column.offset);
+    append<std::uint16_t>(bytes, column.length);
+}
+
+void appendName(Bytes& bytes, std::u16string_view name)
+{
+    append<std::uint16_t>(bytes, static_cast<std::uint16_t>(name.size() * 2));
+    append(bytes, std::as_bytes(std::span(name.data(), name.size())));
 }
 
 TableDefinition readTableDefinition(const PageFile& file, PageNo page)

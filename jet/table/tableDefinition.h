@@ -6,6 +6,7 @@
 #include "jet/file/pageFile.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace vellums::jet {
@@ -81,6 +82,10 @@ struct TableDefinition {
 // Bytes of a value in the fixed area: by the type, for texts and binaries by the column's length. 0 for
 // booleans, which are a bit of the null mask.
 std::size_t fixedSize(const Column& column);
+
+// The 25 bytes that describe a column, and its name as the definition holds it.
+void appendColumnRecord(Bytes& bytes, const Column& column);
+void appendName(Bytes& bytes, std::u16string_view name);
 
 // Throws (damaged file) when any part breaks a rule of the format.
 TableDefinition readTableDefinition(const PageFile& file, PageNo page);

@@ -171,11 +171,13 @@ void addIndexEntry(PageFile& file, TableDefinition& definition, std::size_t at, 
 void removeIndexEntry(PageFile& file, const TableDefinition& definition, const PhysicalIndex& index,
     const RowKey& key, RowRef row)
 {
+    if (key.state == RowKey::State::Absent)
+        return;
     FreePages free(file);
     BTree tree(file, treeOf(definition, index));
     if (key.state == RowKey::State::Encoded && tree.erase(key.bytes, row, free))
         return;
-    if (!tree.eraseByRow(row, free) && key.state != RowKey::State::Absent)
+    if (!tree.eraseByRow(row, free))
         throwDamaged(u"an index lacks a row of its table");
 }
 
