@@ -1,0 +1,191 @@
+#include "io/fileImport.h"
+
+#include "platform/files.h"
+#include "platform/text.h"
+#include "tests/support/ansiCodePage.h"
+#include "tests/support/testNotebook.h"
+
+#include <gmock/gmock.h>
+
+namespace vellums::io {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class AnsweringDialogs : public Dialogs {
+public:
+    Answer answer = Answer::Yes;
+    std::vector<std::u16string> asked;
+
+    Answer askYesNo(const std::u16string& question, QuestionIcon icon) override
+    {
+        EXPECT_EQ(icon, QuestionIcon::Information);
+        asked.push_back(question);
+        return answer;
+    }
+    Answer askYesNoCancel(const std::u16string&) override { return Answer::Cancel; }
+    std::u16string chooseFolder(const std::u16string&) override { return {}; }
+};
+
+struct KindCase {
+    const char16_t* path;
+    FileKind kind;
+};
+
+const KindCase kKinds[] = {
+    {u"a.txt", FileKind::Text},
+    {u"A.B.HTML", FileKind::Text},
+    {u"a.h", FileKind::Text},
+    {u"a.docx", FileKind::Word},
+    {u"a.XLSM", FileKind::Excel},
+    {u"a.exe", FileKind::Other},
+    {u"a.tx", FileKind::Other},
+    {u"a.", FileKind::Other},
+    {u"a.txt,csv", FileKind::Other},
+    {u"README", FileKind::Other},
+    {u".txt", FileKind::Other},
+    {u"..txt", FileKind::Text},
+};
+
+TEST(FileKind, GoesByTheExtensionOfTheName)
+{
+    const std::u16string folder = std::u16string(u"x.txt") + platform::separator();
+    for (const KindCase& c : kKinds) {
+        EXPECT_EQ(fileKind(c.path), c.kind) << testing::PrintToString(std::u16string(c.path));
+        EXPECT_EQ(fileKind(folder + c.path), c.kind) << testing::PrintToString(std::u16string(c.path));
+    }
+}
+
+TEST(ImportedText, HasNoControlCharactersAndNoRunsOfEmptyLines)
+{
+    EXPECT_EQ(importedText(u"  a\fb\tc\r\n\r\n\r\n\r\n\r\nd  "), u"a b\tc\r\n\r\nd");
+    EXPECT_EQ(importedText(u"\r\n\r\n\r\n"), u"\r\n\r\n");
+    EXPECT_EQ(importedText(u"a\n\n\nb"), u"a\n\n\nb");
+}
+
+class Import : public testing::Test {
+protected:
+    std::u16string write(const char16_t* name, std::string_view bytes)
+    {
+        return notes_.folder().write(name, bytes);
+    }
+    std::vector<std::u16string> titles()
+    {
+        return notes_.rows(u"SELECT VLHEAD, VLTEXT FROM [Notes] ORDER BY ID");
+    }
+
+    ImportEvents events()
+    {
+        ImportEvents events;
+        events.added = [this](const AddedRecord& record, const std::u16string& path) {
+            added_.push_back(record.title + u"|" + path);
+        };
+        events.stored = [this] { stored_ = added_.size(); };
+        events.logged = [this](const std::u16string& message) { logged_.push_back(message); };
+        return events;
+    }
+    std::string log() { return tests::bytesOf(notes_->logFile); }
+
+    tests::TestNotebook notes_;
+    AnsweringDialogs dialogs_;
+    std::vector<std::u16string> added_;
+    std::vector<std::u16string> logged_;
+    std::size_t stored_ = 0;
+};
+
+TEST_F(Import, MakesARecordOfATextFile)
+{
+    const std::u16string path = write(u"it's 中.TXT", "\xEF\xBB\xBF  caf\xC3\xA9's\n\n\n\nend ");
+    FileImport import(*notes_, nullptr, events());
+    EXPECT_TRUE(import.importFile(path));
+    const std::u16string cafe = platform::ansiCodePage() == platform::kCodePageUtf8 ? u"café's" : u"caf 's";
+    EXPECT_THAT(titles(), ElementsAre(u"it's 中|" + cafe + u"\r\n\r\nend"));
+    EXPECT_THAT(added_, ElementsAre(u"it's 中|" + path));
+    EXPECT_EQ(stored_, 1u);
+    EXPECT_THAT(notes_.rows(u"SELECT VLLINK FROM [Notes]"), ElementsAre(path));
+    EXPECT_THAT(notes_.shown(), IsEmpty());
+    EXPECT_EQ(log(), "");
+}
+
+TEST_F(Import, PassesOverWhatItDoesNotKnowAndLogsWhatItCannotRead)
+{
+    const std::u16string missing = notes_.folder().file(u"missing.txt");
+    FileImport import(*notes_, nullptr, events());
+    EXPECT_TRUE(import.importFiles({write(u"README", "x"), write(u".profile", "x"), write(u"a.exe", "x"),
+        missing, write(u"empty.txt", "")}));
+    EXPECT_THAT(titles(), ElementsAre(u"empty|"));
+    EXPECT_THAT(logged_, ElementsAre(u"File can't not be retrieved: " + missing));
+    const std::string line = log();
+    EXPECT_EQ(line[19], '\t');
+    EXPECT_EQ(line.find("File can't not be retrieved: "), 20u);
+    EXPECT_EQ(line.substr(line.size() - 2), "\r\n");
+}
+
+TEST_F(Import, AsksAboutLargeFilesOrLogsThem)
+{
+    const std::u16string fits = write(u"fits.txt", std::string(524288, 'x'));
+    const std::u16string large = write(u"large.txt", std::string(524288 + 2621440 + 1024 * 1234, 'x'));
+    FileImport silent(*notes_, nullptr, events());
+    EXPECT_TRUE(silent.importFiles({fits, large}));
+    EXPECT_THAT(added_, SizeIs(1));
+    EXPECT_THAT(logged_, ElementsAre(u"Over Sized:\t" + large));
+
+    FileImport asking(*notes_, &dialogs_, events());
+    dialogs_.answer = Answer::No;
+    EXPECT_TRUE(asking.importFiles({fits, large}));
+    EXPECT_THAT(dialogs_.asked,
+        ElementsAre(
+            u"Are you sure you want to load this large file?\r\n\r\n\r\n" + large + u" (3,794.00KB)"));
+    EXPECT_THAT(added_, SizeIs(2));
+    EXPECT_THAT(logged_, SizeIs(2));
+    dialogs_.answer = Answer::Yes;
+    notes_->chinese = true;
+    EXPECT_TRUE(asking.importFile(large));
+    EXPECT_TRUE(dialogs_.asked.back().starts_with(u"文件过大，请确认是否继续导入?\r\n"));
+    EXPECT_THAT(added_, SizeIs(3));
+}
+
+TEST_F(Import, OfAFolderEndsWithTheRemovalOfDuplicates)
+{
+    notes_.folder().write(u"in/a.txt", "same");
+    notes_.folder().write(u"in/deep/b.txt", "same");
+    notes_.folder().write(u"in/deep/c.log", "other");
+    notes_.folder().write(u"in/deep/d.bin", "x");
+    int refreshed = 0;
+    ImportEvents told = events();
+    told.refreshList = [&] { ++refreshed; };
+    FileImport import(*notes_, &dialogs_, told);
+    EXPECT_TRUE(import.importFolder(notes_.folder().file(u"in")));
+    EXPECT_THAT(added_, SizeIs(3));
+    EXPECT_EQ(stored_, 3u);
+    EXPECT_THAT(titles(), SizeIs(2));
+    EXPECT_EQ(refreshed, 1);
+    EXPECT_THAT(notes_.shown(), ElementsAre(u"1 duplicate removed from total 3 records (33.33%)."));
+    EXPECT_THAT(dialogs_.asked, IsEmpty());
+}
+
+TEST_F(Import, StopsAtAnErrorAndKeepsWhatWasDone)
+{
+    const std::string deep(120, 'd'); // the path is longer than a link may be
+    const std::u16string path = notes_.folder().write(platform::fromUtf8(deep + "/" + deep + "/b.txt"), "1");
+    FileImport import(*notes_, nullptr, events());
+    EXPECT_FALSE(import.importFiles({write(u"a.txt", "1"), path, write(u"c.txt", "2")}));
+    EXPECT_THAT(titles(), ElementsAre(u"a|1"));
+    EXPECT_EQ(stored_, 1u);
+    ASSERT_THAT(notes_.shown(), SizeIs(1));
+    EXPECT_TRUE(notes_.shown()[0].starts_with(u"importFile - " + path + u" > "));
+}
+
+TEST_F(Import, StopsWhenAsked)
+{
+    ImportEvents told = events();
+    told.stop = [this] { return !added_.empty(); };
+    FileImport import(*notes_, nullptr, told);
+    EXPECT_TRUE(import.importFiles({write(u"a.txt", "1"), write(u"b.txt", "2")}));
+    EXPECT_THAT(titles(), ElementsAre(u"a|1"));
+}
+
+} // namespace
+} // namespace vellums::io
