@@ -1,5 +1,7 @@
 #include "jet/catalogue/propertySet.h"
 
+#include "jet/table/tableDefinition.h"
+
 #include "jet/index/collation.h"
 
 #include <algorithm>
@@ -24,12 +26,6 @@ std::u16string textOf(ByteView bytes)
     std::u16string text(bytes.size() / 2, u'\0');
     std::memcpy(text.data(), bytes.data(), text.size() * 2);
     return text;
-}
-
-void appendName(Bytes& bytes, std::u16string_view name)
-{
-    append<std::uint16_t>(bytes, static_cast<std::uint16_t>(name.size() * 2));
-    append(bytes, std::as_bytes(std::span(name.data(), name.size())));
 }
 
 } // namespace
