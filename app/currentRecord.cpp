@@ -97,12 +97,14 @@ bool CurrentRecord::add(const std::u16string& title, const std::u16string& text,
         return false;
     conn_ = there.dbConn;
     table_ = there.dbTable;
+    const std::int32_t idBefore = record_.id;
     record_.id = added->id;
     record_.type.clear();
     record_.date = platform::oleNow();
     window_.txtType.setText(added->title);
     keepAsSaved(window_.txtType.text(), text);
     if (conn_ == notebook_.dbConn && table_ == notebook_.dbTable) {
+        removeHeading(idBefore);
         window_.lstHeads.insert(0, {added->title, added->id});
         window_.lstHeads.select(0);
     }
@@ -116,6 +118,15 @@ void CurrentRecord::renameHeading(std::int32_t id, const std::u16string& title)
     for (int i = 0; i < window_.lstHeads.count(); ++i)
         if (window_.lstHeads.datum(i) == id)
             window_.lstHeads.setText(i, title);
+}
+
+void CurrentRecord::removeHeading(std::int32_t id)
+{
+    std::vector<int> entries;
+    for (int i = 0; i < window_.lstHeads.count(); ++i)
+        if (window_.lstHeads.datum(i) == id)
+            entries.push_back(i);
+    window_.lstHeads.remove(entries);
 }
 
 void CurrentRecord::keepAsSaved(const std::u16string& title, const std::u16string& text)

@@ -84,7 +84,8 @@ void RecordCommands::selectHeading()
         if (answer == Answer::Yes) // saving a new record puts its heading into the list
             showRecordOf(wanted);
     }
-    current_.load(wanted);
+    if (!current_.load(wanted))
+        showRecordOf(current_.id());
 }
 
 // Where the records stand in the list now, ascending.
@@ -120,9 +121,8 @@ void RecordCommands::pasteNew()
 
 void RecordCommands::capture()
 {
-    if (!platform::clipboardHasText() || !leaveRecord())
-        return;
-    if (const std::optional<std::u16string> text = platform::clipboardText())
+    const std::optional<std::u16string> text = platform::clipboardText();
+    if (text && !text->empty() && leaveRecord())
         addFromClipboard(*text, true);
 }
 

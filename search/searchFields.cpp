@@ -36,6 +36,12 @@ void setFields(const Notebook& notebook, MainWindow& window, const std::vector<s
 {
     for (std::size_t i = 0; i < columns.size(); ++i)
         setField(notebook, window, i, columns[i]);
+    // Entries of a wider table before this one keep their state, but nobody sees them.
+    for (std::size_t i = columns.size(); i < window.mnu_AvailFields.size(); ++i) {
+        MenuItem item = window.mnu_AvailFields.at(i);
+        item.visible = false;
+        window.mnu_AvailFields.set(i, item);
+    }
 }
 
 // Adds VLLINK and VLMD5 to a table of an old version; any other table is left as it is. True: columns

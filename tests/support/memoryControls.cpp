@@ -1,0 +1,164 @@
+#include "tests/support/memoryControls.h"
+
+#include "platform/text.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <utility>
+
+namespace vellums::tests {
+
+void MemoryListBox::fill(const std::vector<ListEntry>& entries)
+{
+    entries_.clear();
+    for (const ListEntry& entry : entries)
+        entries_.push_back({entry});
+    current_ = -1;
+}
+
+bool MemoryListBox::holds(int index) const
+{
+    EXPECT_GE(index, 0);
+    EXPECT_LT(index, count());
+    return index >= 0 && index < count();
+}
+
+std::int32_t MemoryListBox::datum(int index) const
+{
+    return holds(index) ? entries_[static_cast<std::size_t>(index)].entry.datum : 0;
+}
+
+void MemoryListBox::insert(int index, const ListEntry& entry)
+{
+    ASSERT_GE(index, 0);
+    ASSERT_LE(index, count());
+    entries_.insert(entries_.begin() + index, Entry{entry});
+    if (current_ >= index)
+        ++current_;
+}
+
+void MemoryListBox::setText(int index, std::u16string_view text)
+{
+    if (holds(index))
+        entries_[static_cast<std::size_t>(index)].entry.text = text;
+}
+
+void MemoryListBox::remove(const std::vector<int>& indexes)
+{
+    EXPECT_TRUE(std::is_sorted(indexes.begin(), indexes.end()));
+    for (auto index = indexes.rbegin(); index != indexes.rend(); ++index) {
+        if (!holds(*index))
+            continue;
+        entries_.erase(entries_.begin() + *index);
+        if (current_ == *index)
+            current_ = -1;
+        else if (current_ > *index)
+            --current_;
+    }
+}
+
+std::vector<int> MemoryListBox::selected() const
+{
+    std::vector<int> indexes;
+    for (int i = 0; i < count(); ++i)
+        if (entries_[static_cast<std::size_t>(i)].selected)
+            indexes.push_back(i);
+    return indexes;
+}
+
+void MemoryListBox::select(int index)
+{
+    click(index == -1 ? std::vector<int>() : std::vector<int>{index});
+}
+
+void MemoryListBox::click(const std::vector<int>& indexes)
+{
+    for (Entry& entry : entries_)
+        entry.selected = false;
+    current_ = -1;
+    for (const int index : indexes) {
+        if (!holds(index))
+            continue;
+        entries_[static_cast<std::size_t>(index)].selected = true;
+        current_ = index;
+    }
+}
+
+std::vector<std::u16string> MemoryListBox::texts() const
+{
+    std::vector<std::u16string> all;
+    for (const Entry& entry : entries_)
+        all.push_back(entry.entry.text);
+    return all;
+}
+
+std::vector<std::int32_t> MemoryListBox::data() const
+{
+    std::vector<std::int32_t> all;
+    for (const Entry& entry : entries_)
+        all.push_back(entry.entry.datum);
+    return all;
+}
+
+void MemoryMenuItems::set(std::size_t index, const MenuItem& item)
+{
+    ASSERT_LE(index, items_.size());
+    if (index == items_.size())
+        items_.push_back(item);
+    else
+        items_[index] = item;
+}
+
+MemoryDialogs::~MemoryDialogs()
+{
+    EXPECT_TRUE(answers_.empty()) << answers_.size() << " answers were not asked for";
+    EXPECT_TRUE(folders_.empty());
+}
+
+Answer MemoryDialogs::next(const std::u16string& question)
+{
+    asked_.push_back(question);
+    if (answers_.empty()) {
+        ADD_FAILURE() << "nobody expected the question " << platform::toUtf8(question);
+        return Answer::Cancel;
+    }
+    const Answer answer = answers_.front();
+    answers_.pop_front();
+    return answer;
+}
+
+Answer MemoryDialogs::askYesNo(const std::u16string& question, QuestionIcon icon)
+{
+    return next(question + u" (Yes/No" + (icon == QuestionIcon::Information ? u", information)" : u")"));
+}
+
+Answer MemoryDialogs::askYesNoCancel(const std::u16string& question)
+{
+    return next(question + u" (Yes/No/Cancel)");
+}
+
+std::u16string MemoryDialogs::chooseFolder(const std::u16string& prompt)
+{
+    asked_.push_back(prompt);
+    if (folders_.empty()) {
+        ADD_FAILURE() << "nobody expected to be asked for a folder: " << platform::toUtf8(prompt);
+        return {};
+    }
+    const std::u16string folder = folders_.front();
+    folders_.pop_front();
+    return folder;
+}
+
+std::vector<std::u16string> MemoryDialogs::asked()
+{
+    return std::exchange(asked_, {});
+}
+
+MainWindow MemoryWindow::ports(StatusLine& status)
+{
+    return {caption, txtKey, txtType, txtShowWrap, lstHeads, lblDate, chkSort, mnu_SortOnTitle, mnu_ezdel,
+        mnu_AvailFields, status, ucStatusRight, dialogs};
+}
+
+} // namespace vellums::tests
