@@ -33,7 +33,7 @@ public:
     void clearProgress()
     {
         if (std::exchange(progressShown_, false))
-            std::fputs("\r\x1b[K", stderr);
+            std::fputs("\r                              \r", stderr);
     }
 
 private:
