@@ -1,4 +1,4 @@
 # The Debian packages that each kind of work needs; read by run, test and bench.
 packages_window="g++ cmake ninja-build mingw-w64 wine wine64 fonts-wine xvfb fonts-wqy-microhei fonts-liberation imagemagick"
-packages_test="$packages_window googletest clang-format python3 git locales mdbtools nodejs npm"
+packages_test="$packages_window googletest clang-format python3 git locales mdbtools nodejs npm manpages-zh"
 packages_bench="g++ cmake ninja-build libsqlite3-dev python3"
