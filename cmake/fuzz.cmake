@@ -1,0 +1,20 @@
+# Targets that take any bytes. As tests they run over their own seeds, changed in the same ways each time;
+# with VELLUMS_FUZZ (Clang, -fsanitize=fuzzer-no-link in CMAKE_CXX_FLAGS) also as fuzz_NAME_search, which
+# looks for new inputs.
+option(VELLUMS_FUZZ "Build the fuzz targets with libFuzzer" OFF)
+add_library(fuzz_support STATIC fuzz/workFile.cpp fuzz/sampleDatabase.cpp)
+target_link_libraries(fuzz_support PUBLIC store)
+foreach(target_and_count database:300 sql:1500 textFile:2000 profile:3000)
+  string(REPLACE ":" ";" target_and_count ${target_and_count})
+  list(GET target_and_count 0 target)
+  list(GET target_and_count 1 count)
+  add_executable(fuzz_${target} fuzz/${target}Target.cpp fuzz/replay.cpp)
+  target_link_libraries(fuzz_${target} PRIVATE fuzz_support)
+  add_test(NAME fuzz.${target} COMMAND fuzz_${target} --mutate ${count})
+  set_tests_properties(fuzz.${target} PROPERTIES TIMEOUT 300 LABELS fuzz)
+  if(VELLUMS_FUZZ)
+    add_executable(fuzz_${target}_search fuzz/${target}Target.cpp)
+    target_link_libraries(fuzz_${target}_search PRIVATE fuzz_support)
+    target_link_options(fuzz_${target}_search PRIVATE -fsanitize=fuzzer)
+  endif()
+endforeach()

@@ -1,0 +1,60 @@
+// The bytes of a database file: opens it, reads every table, checks it and changes it.
+#include "fuzz/sampleDatabase.h"
+#include "fuzz/target.h"
+#include "jet/database.h"
+#include "platform/files.h"
+
+namespace vellums::fuzz {
+namespace {
+
+void run(jet::Database& database, const std::u16string& sql)
+{
+    try {
+        database.run(sql);
+    } catch (const jet::Error&) { // refused
+    }
+}
+
+void useDatabase(const std::u16string& path)
+{
+    jet::Database database(path);
+    database.check();
+    const auto tables = database.tables();
+    for (std::size_t i = 0; i < tables.size() && i < 20; ++i)
+        run(database, u"SELECT * FROM [" + tables[i].name + u"]");
+    run(database, u"SELECT ID, VLHEAD FROM [Notes] WHERE VLTEXT LIKE '%b%' ORDER BY VLHEAD");
+    run(database,
+        u"INSERT INTO [Notes] (VLHEAD, VLTEXT, VLDATE) VALUES ('new', '" + std::u16string(5000, u'n') +
+            u"', '2001-2-3')");
+    run(database, u"UPDATE [Notes] SET VLTEXT='changed' WHERE ID<3");
+    run(database, u"DELETE FROM [Notes] WHERE ID=2");
+}
+
+} // namespace
+
+std::vector<std::string> seeds()
+{
+    std::vector<std::string> all;
+    for (const char16_t* const name : {u"seed.mdb", u"seed.accdb"}) {
+        const std::u16string path = workFile(name);
+        platform::removeFile(path);
+        makeSampleDatabase(path);
+        all.push_back(readWorkFile(path));
+    }
+    return all;
+}
+
+} // namespace vellums::fuzz
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    using namespace vellums;
+    const std::u16string path = fuzz::workFile(u"input.mdb");
+    platform::removeFile(path + u"-journal");
+    fuzz::writeWorkFile(path, data, size);
+    try {
+        fuzz::useDatabase(path);
+    } catch (const jet::Error&) { // refused
+    }
+    return 0;
+}
