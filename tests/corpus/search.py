@@ -3,6 +3,9 @@
 
 search.py VELLUMS-CLI FOLDER KIND: FOLDER holds .txt files in UTF-8, KIND is mdb or accdb. Exit status 1 and
 a line for each difference.
+search.py --patterns: prints what the window is to search for, a line each.
+search.py --window VELLUMS-CLI DATABASE FOUND: checks what the window found in its database; FOUND holds, for
+each of these patterns, a line of IDs.
 """
 import os
 import re
@@ -155,19 +158,47 @@ def check_database(cli, folder, database):
     texts = {number: [folded(field) for field in fields] for number, fields in records.items()}
     for options, patterns in ([], PATTERNS), (["--titles-only"], TITLES_ONLY):
         for words in patterns:
-            find = finder(words)
-            wanted = {n for n, (head, text, link) in texts.items()
-                      if find(head) or find(link) or (not options and find(text))}
             printed = [int(row[0]) for row in program.rows("search", *options, "--", words)]
-            expect(len(printed) == len(set(printed)), f"{words!r}: an ID is printed twice")
-            missing, excess = wanted - set(printed), set(printed) - wanted
-            expect(not missing and not excess,
-                   f"{words!r}: missing {sorted(missing)[:5]} ({len(missing)}), in excess {sorted(excess)[:5]} ({len(excess)})")
-            if not options:
-                print(f"  {words!r}: {len(wanted)}")
+            compare(texts, words, printed, bool(options))
+
+
+def compare(texts, words, found, titles_only):
+    """Holds the IDs found for some words against a search of our own."""
+    find = finder(words)
+    wanted = {n for n, (head, text, link) in texts.items()
+              if find(head) or find(link) or (not titles_only and find(text))}
+    expect(len(found) == len(set(found)), f"{words!r}: an ID is there twice")
+    missing, excess = wanted - set(found), set(found) - wanted
+    expect(not missing and not excess,
+           f"{words!r}: missing {sorted(missing)[:5]} ({len(missing)}), in excess {sorted(excess)[:5]} ({len(excess)})")
+    if not titles_only:
+        print(f"  {words!r}: {len(wanted)}")
+
+
+def window_patterns():
+    return [words for words in PATTERNS if words and "\t" not in words]
+
+
+def check_window(cli, database, found):
+    program = Program(cli, database)
+    rows = program.rows("sql", "SELECT ID, VLHEAD, VLTEXT, VLLINK FROM [Memo]")
+    expect(len(rows) >= FEWEST, f"only {len(rows)} records")
+    program.run("check")
+    texts = {int(row[0]): [folded(field) for field in row[1:]] for row in rows}
+    with open(found, encoding="utf-8") as lines:
+        answers = [line.split() for line in lines]
+    expect(len(answers) == len(window_patterns()), "the window did not search for every pattern")
+    for words, ids in zip(window_patterns(), answers):
+        compare(texts, words, [int(number) for number in ids], False)
 
 
 def main():
+    if sys.argv[1] == "--patterns":
+        print("\n".join(window_patterns()))
+        return
+    if sys.argv[1] == "--window":
+        check_window(os.path.abspath(sys.argv[2]), sys.argv[3], sys.argv[4])
+        sys.exit(1 if failures else 0)
     cli, folder = os.path.abspath(sys.argv[1]), os.path.abspath(sys.argv[2])
     if not os.path.isdir(folder) or len(os.listdir(folder)) < FEWEST:
         print("skipped: there are too few texts")

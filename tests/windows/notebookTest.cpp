@@ -1,5 +1,6 @@
 // The real program, driven as a user does, in both languages.
 #include "jet/database.h"
+#include "tests/windows/builtProgram.h"
 #include "tests/windows/driver.h"
 #include "ui/ids.h"
 
@@ -7,14 +8,6 @@
 
 namespace vellums::tests {
 namespace {
-
-std::wstring builtProgram()
-{
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    const std::wstring self = path;
-    return self.substr(0, self.rfind(L'\\') + 1) + L"Vellums.exe";
-}
 
 struct Texts {
     bool chinese;
