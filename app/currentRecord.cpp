@@ -88,13 +88,15 @@ bool CurrentRecord::add(const std::u16string& title, const std::u16string& text,
 {
     NewRecord record;
     record.text = text;
-    record.link = record_.link;
+    record.link = record_.link.empty() ? window_.chkSort.caption() : record_.link;
     if (!title.empty())
         record.title = sqlQuoted(platform::replaceAll(title, u"\r\n", u""));
     const Notebook there = record_.id < 0 ? notebook_ : origin();
     const std::optional<AddedRecord> added = addRecord(there, record);
     if (!added)
         return false;
+    window_.chkSort.setCaption({});
+    record_.link = record.link;
     conn_ = there.dbConn;
     table_ = there.dbTable;
     const std::int32_t idBefore = record_.id;

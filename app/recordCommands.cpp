@@ -173,9 +173,13 @@ void RecordCommands::deleteSelected()
     const std::size_t deleted = delRecords(notebook_, ids);
     if (deleted == 0)
         return;
-    const std::vector<int> gone =
-        entriesOf({ids.begin(), ids.begin() + static_cast<std::ptrdiff_t>(deleted)});
+    const std::set<std::int32_t> deletedIds(ids.begin(), ids.begin() + static_cast<std::ptrdiff_t>(deleted));
+    const std::vector<int> gone = entriesOf(deletedIds);
     window_.lstHeads.remove(gone);
+    if (deleted < ids.size() && !deletedIds.contains(current_.id())) { // a failure came first: it stays shown
+        showRecordOf(current_.id());
+        return;
+    }
     const int next = gone.empty() ? 0 : std::min(gone.front(), window_.lstHeads.count() - 1);
     if (next < 0) {
         current_.clear();

@@ -25,29 +25,10 @@ constexpr std::uint8_t kCompressedFlag = 0x01;
     throw Error(3319, kErrorsInCommand, u"Size of field '" + column + u"' is too long.");
 }
 
-// Bytes of a value of a type with one length; 0 for the others.
+// The length in the record of a column whose values all have one length; 0 for the others.
 std::uint16_t lengthOf(ColumnType type)
 {
-    switch (type) {
-    case ColumnType::Boolean:
-    case ColumnType::Byte:
-        return 1;
-    case ColumnType::Integer:
-        return 2;
-    case ColumnType::Long:
-    case ColumnType::Single:
-        return 4;
-    case ColumnType::Currency:
-    case ColumnType::Double:
-    case ColumnType::Date:
-        return 8;
-    case ColumnType::Guid:
-        return 16;
-    case ColumnType::Decimal:
-        return 17;
-    default:
-        return 0;
-    }
+    return type == ColumnType::Boolean ? 1 : valueSize(type);
 }
 
 void setTextLength(Column& column, const ColumnSpec& spec)

@@ -26,6 +26,35 @@ enum class ColumnType : std::uint8_t {
     ExtendedDate = 0x14,
 };
 
+// Bytes of a stored value, for types whose values all have one length; 0 for the others and for booleans,
+// which are a bit of the null mask.
+constexpr std::uint8_t valueSize(ColumnType type)
+{
+    switch (type) {
+    case ColumnType::Byte:
+        return 1;
+    case ColumnType::Integer:
+        return 2;
+    case ColumnType::Long:
+    case ColumnType::Complex:
+    case ColumnType::Single:
+        return 4;
+    case ColumnType::Currency:
+    case ColumnType::BigInteger:
+    case ColumnType::Double:
+    case ColumnType::Date:
+        return 8;
+    case ColumnType::Guid:
+        return 16;
+    case ColumnType::Decimal:
+        return 17;
+    case ColumnType::ExtendedDate:
+        return 42;
+    default:
+        return 0;
+    }
+}
+
 inline bool isText(ColumnType type)
 {
     return type == ColumnType::Text || type == ColumnType::Memo;

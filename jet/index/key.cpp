@@ -83,34 +83,6 @@ void appendSegments(Bytes& key, ByteView value, bool ascending)
     }
 }
 
-// Bytes of a stored value of the type; 0: any number.
-std::size_t storedSize(ColumnType type)
-{
-    switch (type) {
-    case ColumnType::Byte:
-        return 1;
-    case ColumnType::Integer:
-        return 2;
-    case ColumnType::Long:
-    case ColumnType::Complex:
-    case ColumnType::Single:
-        return 4;
-    case ColumnType::Currency:
-    case ColumnType::BigInteger:
-    case ColumnType::Double:
-    case ColumnType::Date:
-        return 8;
-    case ColumnType::Guid:
-        return 16;
-    case ColumnType::Decimal:
-        return 17;
-    case ColumnType::ExtendedDate:
-        return 42;
-    default:
-        return 0;
-    }
-}
-
 void appendFixed(Bytes& key, Bytes value, bool ascending)
 {
     if (!ascending)
@@ -120,7 +92,7 @@ void appendFixed(Bytes& key, Bytes value, bool ascending)
 
 bool appendValue(Bytes& key, const KeyColumn& column, const KeyValue& value)
 {
-    const std::size_t size = storedSize(column.type);
+    const std::size_t size = valueSize(column.type);
     if (size != 0 && value.bytes.size() != size)
         return false;
     switch (column.type) {

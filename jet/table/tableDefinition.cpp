@@ -146,31 +146,10 @@ void readLongValueMaps(Reader& reader, TableDefinition& definition)
 
 std::size_t fixedSize(const Column& column)
 {
-    switch (column.type) {
-    case ColumnType::Boolean:
+    if (column.type == ColumnType::Boolean)
         return 0;
-    case ColumnType::Byte:
-        return 1;
-    case ColumnType::Integer:
-        return 2;
-    case ColumnType::Long:
-    case ColumnType::Single:
-    case ColumnType::Complex:
-        return 4;
-    case ColumnType::Currency:
-    case ColumnType::Double:
-    case ColumnType::Date:
-    case ColumnType::BigInteger:
-        return 8;
-    case ColumnType::Guid:
-        return 16;
-    case ColumnType::Decimal:
-        return 17;
-    case ColumnType::ExtendedDate:
-        return 42;
-    default:
-        return column.length;
-    }
+    const std::size_t size = valueSize(column.type);
+    return size == 0 ? column.length : size;
 }
 
 const Column* TableDefinition::columnByNumber(std::uint16_t number) const

@@ -8,6 +8,7 @@
 #include "platform/files.h"
 
 #include "platform/clock.h"
+#include "platform/posix/descriptor.h"
 #include "platform/posix/systemPath.h"
 
 #include <algorithm>
@@ -164,33 +165,17 @@ std::uint64_t File::size() const
 
 std::size_t File::readAt(std::uint64_t offset, std::span<std::byte> buffer) const
 {
-    std::size_t done = 0;
-    while (done < buffer.size()) {
-        const ssize_t got = ::pread(
-            handle_->fd, buffer.data() + done, buffer.size() - done, static_cast<off_t>(offset + done));
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got < 0)
-            fail(errno);
-        if (got == 0)
-            break;
-        done += static_cast<std::size_t>(got);
-    }
+    int error = 0;
+    const std::size_t done = readRange(handle_->fd, offset, buffer, error);
+    if (error != 0)
+        fail(error);
     return done;
 }
 
 void File::writeAt(std::uint64_t offset, std::span<const std::byte> bytes)
 {
-    std::size_t done = 0;
-    while (done < bytes.size()) {
-        const ssize_t put = ::pwrite(
-            handle_->fd, bytes.data() + done, bytes.size() - done, static_cast<off_t>(offset + done));
-        if (put < 0 && errno == EINTR)
-            continue;
-        if (put <= 0)
-            fail(put < 0 ? errno : ENOSPC);
-        done += static_cast<std::size_t>(put);
-    }
+    if (const int error = writeRange(handle_->fd, offset, bytes); error != 0)
+        fail(error);
 }
 
 void File::resize(std::uint64_t size)

@@ -1,6 +1,7 @@
 #include "platform/sharedFile.h"
 
 #include "platform/codePage.h"
+#include "platform/posix/descriptor.h"
 #include "platform/posix/systemPath.h"
 
 #include <cerrno>
@@ -72,32 +73,13 @@ std::optional<std::uint64_t> SharedFile::size() const
 
 std::size_t SharedFile::readAt(std::uint64_t offset, std::span<std::byte> buffer) const
 {
-    std::size_t done = 0;
-    while (done < buffer.size()) {
-        const ssize_t got = ::pread(
-            handle_->fd, buffer.data() + done, buffer.size() - done, static_cast<off_t>(offset + done));
-        if (got < 0 && errno == EINTR)
-            continue;
-        if (got <= 0)
-            break;
-        done += static_cast<std::size_t>(got);
-    }
-    return done;
+    int error = 0;
+    return readRange(handle_->fd, offset, buffer, error);
 }
 
 bool SharedFile::writeAt(std::uint64_t offset, std::span<const std::byte> bytes)
 {
-    std::size_t done = 0;
-    while (done < bytes.size()) {
-        const ssize_t put = ::pwrite(
-            handle_->fd, bytes.data() + done, bytes.size() - done, static_cast<off_t>(offset + done));
-        if (put < 0 && errno == EINTR)
-            continue;
-        if (put <= 0)
-            return false;
-        done += static_cast<std::size_t>(put);
-    }
-    return true;
+    return writeRange(handle_->fd, offset, bytes) == 0;
 }
 
 } // namespace vellums::platform

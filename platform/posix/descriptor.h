@@ -1,0 +1,16 @@
+// Reading and writing whole ranges through a file descriptor, interruptions and short transfers included.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace vellums::platform {
+
+// Gives the number of bytes read, less only at the end or on an error; `error` is then errno, else 0.
+std::size_t readRange(int descriptor, std::uint64_t offset, std::span<std::byte> buffer, int& error);
+
+// 0 when everything was written, else errno.
+int writeRange(int descriptor, std::uint64_t offset, std::span<const std::byte> bytes);
+
+} // namespace vellums::platform
