@@ -35,35 +35,56 @@ struct WideUnits {
     }
 };
 
+// Sixteen bytes of text, compared at once; the compiler uses the machine's vector instructions.
 template <typename Unit>
-constexpr std::size_t kLanes = 8 / sizeof(Unit);
+struct Vector {
+    using Type [[gnu::vector_size(16)]] = Unit;
+};
 template <typename Unit>
-constexpr int kLaneBits = 8 * sizeof(Unit);
-// 1 in every lane.
+using Lanes = typename Vector<Unit>::Type;
 template <typename Unit>
-constexpr std::uint64_t kOnes = ~std::uint64_t{0} / static_cast<Unit>(~Unit{0});
+constexpr std::size_t kLanes = 16 / sizeof(Unit);
 
-template <typename Units>
-std::uint64_t loadLanes(const Units& text, std::size_t at)
+template <typename Unit>
+bool anyLane(const Lanes<Unit>& lanes)
 {
-    std::uint64_t lanes = 0;
-    std::memcpy(&lanes, text.data + at * sizeof(typename Units::Unit), sizeof lanes);
-    return lanes;
+    std::array<std::uint64_t, 2> halves;
+    std::memcpy(halves.data(), &lanes, sizeof halves);
+    return (halves[0] | halves[1]) != 0;
 }
 
-// The top bit of each lane that passes one of the tests. A lane above a passing one may be marked too;
-// what is found is looked at closely anyway.
+// The tests of an anchor, each in all lanes.
 template <typename Unit>
-inline std::uint64_t hits(std::uint64_t lanes, const LikePattern::Anchor& anchor)
-{
-    constexpr std::uint64_t kTops = kOnes<Unit> << (kLaneBits<Unit> - 1);
-    std::uint64_t found = 0;
-    for (std::size_t i = 0; i < anchor.count; ++i) {
-        const std::uint64_t rest = (lanes | anchor.masks[i]) ^ anchor.values[i];
-        found |= (rest - kOnes<Unit>)&~rest & kTops;
+class AnchorScan {
+public:
+    explicit AnchorScan(const LikePattern::Anchor& anchor)
+        : offset_(anchor.offset)
+        , count_(anchor.count)
+    {
+        for (std::size_t i = 0; i < count_; ++i) {
+            masks_[i] = Lanes<Unit>{} + static_cast<Unit>(anchor.masks[i]);
+            values_[i] = Lanes<Unit>{} + static_cast<Unit>(anchor.values[i]);
+        }
     }
-    return found;
-}
+
+    // Sets all bits of the lanes where the piece may begin. The text reaches far enough. (Vectors are not
+    // given back: not every machine can.)
+    template <typename Units>
+    void find(const Units& text, std::size_t at, Lanes<Unit>& found) const
+    {
+        Lanes<Unit> lanes;
+        std::memcpy(&lanes, text.data + (at + offset_) * sizeof(Unit), sizeof lanes);
+        found = (Lanes<Unit>)((lanes | masks_[0]) == values_[0]);
+        for (std::size_t i = 1; i < count_; ++i)
+            found |= (Lanes<Unit>)((lanes | masks_[i]) == values_[i]);
+    }
+
+private:
+    std::size_t offset_;
+    std::size_t count_;
+    std::array<Lanes<Unit>, 4> masks_{};
+    std::array<Lanes<Unit>, 4> values_{};
+};
 
 // How often a unit is met in texts, roughly: the scan looks for the rarest.
 int commonness(char16_t folded)
@@ -76,7 +97,6 @@ int commonness(char16_t folded)
 }
 
 // Puts the units into as few tests as possible: two that differ in one bit share one. False: too many.
-template <typename Unit>
 bool makeTests(std::vector<char16_t> units, LikePattern::Anchor& anchor)
 {
     while (!units.empty()) {
@@ -89,8 +109,8 @@ bool makeTests(std::vector<char16_t> units, LikePattern::Anchor& anchor)
         const unsigned mask = partner == units.end() ? 0u : static_cast<unsigned>(unit ^ *partner);
         if (partner != units.end())
             units.erase(partner);
-        anchor.masks[anchor.count] = mask * kOnes<Unit>;
-        anchor.values[anchor.count] = (unit | mask) * kOnes<Unit>;
+        anchor.masks[anchor.count] = static_cast<char16_t>(mask);
+        anchor.values[anchor.count] = static_cast<char16_t>(unit | mask);
         ++anchor.count;
     }
     return true;
@@ -114,7 +134,7 @@ std::array<LikePattern::Anchor, 2> chooseAnchors(const LikePattern::Piece& piece
             std::erase_if(units, [](char16_t unit) { return unit > 0xFF; });
         LikePattern::Anchor anchor;
         anchor.offset = i;
-        if (!units.empty() && makeTests<Unit>(std::move(units), anchor))
+        if (!units.empty() && makeTests(std::move(units), anchor))
             choices.push_back({commonness(element.unit) + 6 * static_cast<int>(anchor.count), anchor});
     }
     std::stable_sort(
@@ -245,23 +265,28 @@ std::size_t LikePattern::findPiece(
         return kNotFound;
     const std::size_t behind = end - piece.elements.size() + 1; // behind the last place
     const std::array<Anchor, 2>& anchors = sizeof(Unit) == 1 ? piece.narrow : piece.wide;
-    const Anchor one = anchors[0];
-    const Anchor two = anchors[1].count != 0 ? anchors[1] : anchors[0];
     std::size_t at = from;
-    if (one.count != 0) {
-        // Both words of lanes lie inside the text while kStep places are left.
-        for (; at + kStep <= behind; at += kStep) {
-            std::uint64_t found = hits<Unit>(loadLanes(text, at + one.offset), one);
-            if (found == 0)
+    if (anchors[0].count != 0 && behind - from >= kStep) {
+        const AnchorScan<Unit> one(anchors[0]);
+        const AnchorScan<Unit> two(anchors[anchors[1].count != 0 ? 1 : 0]);
+        // The last step may go over places again that were looked at before: so all are.
+        for (bool last = false; !last; at += kStep) {
+            last = at + kStep >= behind;
+            at = last ? behind - kStep : at;
+            Lanes<Unit> found;
+            one.find(text, at, found);
+            if (!anyLane<Unit>(found))
                 continue;
-            found &= hits<Unit>(loadLanes(text, at + two.offset), two);
-            for (; found != 0; found &= found - 1) {
-                const std::size_t place =
-                    at + static_cast<std::size_t>(std::countr_zero(found)) / kLaneBits<Unit>;
-                if (pieceAt(piece, text, place))
-                    return place;
-            }
+            Lanes<Unit> both;
+            two.find(text, at, both);
+            both &= found;
+            if (!anyLane<Unit>(both))
+                continue;
+            for (std::size_t lane = 0; lane < kStep; ++lane)
+                if (both[lane] != 0 && pieceAt(piece, text, at + lane))
+                    return at + lane;
         }
+        return kNotFound;
     }
     for (; at < behind; ++at)
         if (pieceAt(piece, text, at))

@@ -4,7 +4,7 @@
 // A pattern falls apart at its `%` into pieces of fixed length. They are looked for one behind the
 // other, each at its leftmost place, because a later place is never better; a piece at an end of the
 // pattern is tied to that end of the text. A piece is found by looking for two of its rarest units,
-// eight bytes of text at a time, over the bytes as they lie in the file.
+// sixteen bytes of text at a time, over the bytes as they lie in the file.
 #pragma once
 
 #include "jet/table/table.h"
@@ -45,12 +45,12 @@ public:
     };
 
     // One unit of a piece as the scan looks for it: it is there when for one of the tests
-    // (text | mask) == value. Each test stands in all lanes of a 64-bit word.
+    // (text | mask) == value.
     struct Anchor {
         std::size_t offset = 0; // in the piece
         std::size_t count = 0;  // of tests; 0: no such unit
-        std::array<std::uint64_t, 4> masks{};
-        std::array<std::uint64_t, 4> values{};
+        std::array<char16_t, 4> masks{};
+        std::array<char16_t, 4> values{};
     };
 
     struct Piece {
