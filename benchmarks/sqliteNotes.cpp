@@ -33,7 +33,6 @@ SqliteNotes::SqliteNotes(const std::string& path)
     if (opened != SQLITE_OK)
         throw std::runtime_error("cannot open " + path);
     run("PRAGMA synchronous=FULL");
-    run("PRAGMA mmap_size=2000000000");
     run("CREATE TABLE IF NOT EXISTS Memo (ID INTEGER PRIMARY KEY AUTOINCREMENT, VLHEAD TEXT, VLTEXT TEXT, "
         "VLTYPE TEXT, VLDATE TEXT, VLLINK TEXT, VLMD5 TEXT)");
     insert_ =

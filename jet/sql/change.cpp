@@ -24,6 +24,7 @@ public:
         scope_.alias = reference.alias;
         scope_.sortOrder = file.header().sortOrder;
         scope_.now = now;
+        scope_.filePages = file.pageCount();
     }
     Target(const Target&) = delete;
     Target& operator=(const Target&) = delete;
@@ -185,7 +186,7 @@ std::vector<RowRef> matchingRows(const Target& target, std::optional<Expression>
     if (where)
         bind(*where, target.scope());
     const RowFilter filter(target.scope(), where ? &*where : nullptr);
-    return filter.homes(std::numeric_limits<std::int32_t>::max());
+    return filter.homes(kAllRows);
 }
 
 } // namespace

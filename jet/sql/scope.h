@@ -14,6 +14,7 @@ struct Scope {
     std::u16string alias;
     SortOrder sortOrder;
     Date now;
+    PageNo filePages = 0; // how large the file is
     // Where aggregates may stand, the ones found so far; null: an aggregate is an error.
     std::vector<const Expression*>* aggregates = nullptr;
 };

@@ -25,6 +25,7 @@ Select::Select(PageFile& file, SelectStatement& statement, Date now)
 {
     scope_.sortOrder = file.header().sortOrder;
     scope_.now = now;
+    scope_.filePages = file.pageCount();
     openTable(file);
     if (statement_.where)
         bind(*statement_.where, scope_);
@@ -163,34 +164,49 @@ std::vector<RowRef> Select::homes() const
     if (!keys_.empty() || statement_.distinct)
         return sortedHomes();
     const RowFilter filter(scope_, statement_.where ? &*statement_.where : nullptr);
-    return filter.homes(statement_.top.value_or(std::numeric_limits<std::uint64_t>::max()));
+    return filter.homes(statement_.top.value_or(kAllRows));
 }
 
 std::vector<RowRef> Select::sortedHomes() const
 {
+    if (statement_.distinct)
+        return distinctHomes();
+    const RowFilter filter(scope_, statement_.where ? &*statement_.where : nullptr);
+    std::vector<SortedRows> parts;
+    filter.forEachInParts(parts, SortedRows(statement_.top),
+        [&](const Row& row, SortedRows& part) { part.offer(sortKey(row), row.home()); });
+    SortedRows& sorted = parts.front();
+    for (std::size_t i = 1; i < parts.size(); ++i)
+        sorted.append(std::move(parts[i]));
+    return sorted.take();
+}
+
+std::vector<RowRef> Select::distinctHomes() const
+{
     const RowFilter filter(scope_, statement_.where ? &*statement_.where : nullptr);
     SortedRows sorted(keys_.empty() ? std::nullopt : statement_.top);
+    const Evaluator evaluator(scope_);
     std::unordered_set<std::string> seen;
-    std::string key;
     filter.forEach([&](const Row& row) {
-        if (statement_.distinct) {
-            key.clear();
-            const Evaluator evaluator(scope_);
-            for (const Output& output : outputs_)
-                appendSortPart(key, evaluator.value(*output.expression, &row), scope_.sortOrder, false);
-            if (!seen.insert(key).second)
-                return true;
-        }
-        key.clear();
-        for (const Key& part : keys_)
-            appendKeyPart(key, *part.expression, row, part.descending);
-        sorted.offer(key, row.home());
+        std::string key;
+        for (const Output& output : outputs_)
+            appendSortPart(key, evaluator.value(*output.expression, &row), scope_.sortOrder, false);
+        if (seen.insert(std::move(key)).second)
+            sorted.offer(sortKey(row), row.home());
         return true;
     });
     std::vector<RowRef> rows = sorted.take();
     if (keys_.empty() && statement_.top && rows.size() > *statement_.top)
         rows.resize(static_cast<std::size_t>(*statement_.top));
     return rows;
+}
+
+std::string Select::sortKey(const Row& row) const
+{
+    std::string key;
+    for (const Key& part : keys_)
+        appendKeyPart(key, *part.expression, row, part.descending);
+    return key;
 }
 
 void Select::appendKeyPart(

@@ -46,6 +46,8 @@ private:
     void checkAggregates() const;
     void checkDistinctOrder(const OrderItem& item, const Expression& expression) const;
     std::vector<RowRef> sortedHomes() const;
+    std::vector<RowRef> distinctHomes() const;
+    std::string sortKey(const Row& row) const;
     std::vector<RowRef> homes() const;
     void appendKeyPart(std::string& key, const Expression& expression, const Row& row, bool descending) const;
     void runAggregated(const std::function<void(std::vector<Value>)>& callback) const;

@@ -16,11 +16,11 @@ bool SortedRows::before(const Entry& a, const Entry& b)
     return order != 0 ? order < 0 : a.sequence < b.sequence;
 }
 
-void SortedRows::offer(const std::string& key, RowRef home)
+void SortedRows::offer(std::string key, RowRef home)
 {
     if (top_ && (*top_ == 0 || (limit_ && key > *limit_)))
         return;
-    entries_.push_back({key, sequence_++, home});
+    entries_.push_back({std::move(key), sequence_++, home});
     if (!top_ || entries_.size() <= *top_)
         return;
     if (pruneAt_ == 0)
@@ -37,6 +37,16 @@ void SortedRows::prune()
     limit_ = last->key;
     std::erase_if(entries_, [&](const Entry& entry) { return entry.key > *limit_; });
     pruneAt_ = std::max(pruneAt_, 2 * entries_.size());
+}
+
+void SortedRows::append(SortedRows&& other)
+{
+    for (Entry& entry : other.entries_) {
+        entry.sequence += sequence_;
+        entries_.push_back(std::move(entry));
+    }
+    sequence_ += other.sequence_;
+    other.entries_.clear();
 }
 
 std::vector<RowRef> SortedRows::take()

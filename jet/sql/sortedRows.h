@@ -19,7 +19,10 @@ public:
     }
 
     // Offers a row. Rows that tie stay in the order in which they are offered.
-    void offer(const std::string& key, RowRef home);
+    void offer(std::string key, RowRef home);
+
+    // Takes over the rows of another one of the same `top`; they count as offered after those here.
+    void append(SortedRows&& other);
 
     // The rows in their order; the object is empty afterwards.
     std::vector<RowRef> take();

@@ -117,25 +117,50 @@ std::optional<std::size_t> Table::columnIndex(std::u16string_view name) const
 }
 
 Table::Scan::Scan(const Table& table)
+    : Scan(table, UsageMap(table.file_, table.definition_.ownedMap).pages())
+{
+}
+
+Table::Scan::Scan(const Table& table, std::vector<PageNo> pages)
     : table_(table)
-    , pages_(UsageMap(table.file_, table.definition_.ownedMap).pages())
+    , pages_(std::move(pages))
 {
 }
 
 std::optional<Row> Table::Scan::next()
 {
-    for (; pageIndex_ < pages_.size(); ++pageIndex_, row_ = 0) {
-        const PageNo page = pages_[pageIndex_];
-        const DataPage data(table_.file_.read(page));
-        if (data.owner() != table_.definition_.page)
-            throwDamaged(u"a page of a table belongs to another one");
-        while (row_ < data.rowCount()) {
+    for (;;) {
+        while (page_ && row_ < page_->rowCount()) {
             const int row = row_++;
-            if ((data.flags(row) & kMovedHereFlag) == 0)
-                return table_.rowAt({page, static_cast<std::uint8_t>(row)});
+            const std::uint16_t flags = page_->flags(row);
+            if ((flags & kMovedHereFlag) != 0)
+                continue;
+            const RowRef home{pages_[pageIndex_ - 1], static_cast<std::uint8_t>(row)};
+            if (flags == kMovedFlag)
+                return table_.rowAt(home);
+            return Row(table_.file_, table_.definition_, home, page_->bytes(row));
         }
+        if (pageIndex_ == pages_.size())
+            return std::nullopt;
+        page_.emplace(table_.file_.read(pages_[pageIndex_++]));
+        row_ = 0;
+        if (page_->owner() != table_.definition_.page)
+            throwDamaged(u"a page of a table belongs to another one");
     }
-    return std::nullopt;
+}
+
+std::vector<Table::Scan> Table::scans(std::size_t parts) const
+{
+    const std::vector<PageNo> pages = UsageMap(file_, definition_.ownedMap).pages();
+    std::vector<Scan> scans;
+    for (std::size_t part = 0, begin = 0; part < parts; ++part) {
+        const std::size_t end = pages.size() * (part + 1) / parts;
+        scans.emplace_back(*this,
+            std::vector<PageNo>(pages.begin() + static_cast<std::ptrdiff_t>(begin),
+                pages.begin() + static_cast<std::ptrdiff_t>(end)));
+        begin = end;
+    }
+    return scans;
 }
 
 Row Table::rowAt(RowRef home) const

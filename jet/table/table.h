@@ -2,6 +2,7 @@
 // table's indexes, usage maps and counters.
 #pragma once
 
+#include "jet/file/dataPage.h"
 #include "jet/table/tableDefinition.h"
 #include "jet/table/value.h"
 
@@ -78,18 +79,24 @@ public:
                 return;
     }
 
-    // A pass over all rows. The table must not be changed meanwhile.
+    // A pass over all rows, or over those of some pages. The table must not be changed meanwhile.
     class Scan {
     public:
         explicit Scan(const Table& table);
+        Scan(const Table& table, std::vector<PageNo> pages);
         std::optional<Row> next();
 
     private:
         const Table& table_;
         std::vector<PageNo> pages_;
-        std::size_t pageIndex_ = 0;
+        std::size_t pageIndex_ = 0;    // of the page after the current one
+        std::optional<DataPage> page_; // the current one
         int row_ = 0;
     };
+
+    // Passes over up to `parts` pieces of about the same size that together give all rows in the order of
+    // the table. Each may run in a thread of its own.
+    std::vector<Scan> scans(std::size_t parts) const;
 
     // The row with that identity. Throws (damaged file) when there is none.
     Row rowAt(RowRef home) const;

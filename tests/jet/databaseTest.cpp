@@ -303,6 +303,38 @@ TEST_P(DatabaseTest, SearchesTitlesBodiesAndLinks)
         rows(u"SELECT ID FROM Memo WHERE VLHEAD LIKE VLHEAD AND 'garden' LIKE LEFT(VLHEAD,1) & '%'"), "1");
 }
 
+// Large files are looked through in several threads; the order and the errors stay those of one.
+TEST_P(DatabaseTest, FindsTheSameInALargeFile)
+{
+    makeMemo();
+    const std::u16string filler(40000, u'x');
+    constexpr int kRows = 400;
+    db_->beginBatch();
+    for (int i = 1; i <= kRows; ++i)
+        change(u"INSERT INTO Memo (VLHEAD, VLTEXT, VLTYPE) VALUES ('" +
+            std::u16string(i == 390 ? u"bad" : u"7") + u"', '" + filler + (i % 3 == 0 ? u"needle" : u"") +
+            u"', '" + decimal(i % 5) + u"')");
+    db_->endBatch();
+    std::string inOrder;
+    std::string sorted;
+    for (int i = 3; i <= kRows; i += 3)
+        inOrder += (inOrder.empty() ? "" : "/") + std::to_string(i);
+    for (int type = 4, found = 0; type >= 0; --type)
+        for (int i = kRows - kRows % 3; i > 0 && found < 50; i -= 3)
+            if (i % 5 == type && ++found > 0)
+                sorted += (sorted.empty() ? "" : "/") + std::to_string(i);
+    for (int turn = 0; turn < 3; ++turn) {
+        EXPECT_EQ(rows(u"SELECT ID FROM Memo WHERE VLTEXT LIKE '%needle%'"), inOrder);
+        EXPECT_EQ(
+            rows(u"SELECT TOP 50 ID FROM Memo WHERE VLTEXT LIKE '%needle%' ORDER BY VLTYPE DESC, ID DESC"),
+            sorted);
+        EXPECT_EQ(errorOf(u"SELECT ID FROM Memo WHERE VLHEAD+1=8").substr(0, 4), "3464");
+    }
+    EXPECT_EQ(rows(u"SELECT TOP 2 ID FROM Memo WHERE VLTEXT LIKE '%needle'"), "3/6");
+    EXPECT_EQ(change(u"UPDATE Memo SET VLTEXT='' WHERE VLTEXT NOT LIKE '%needle%'"), 267);
+    EXPECT_EQ(rows(u"SELECT COUNT(*) FROM Memo WHERE VLTEXT=''"), "267");
+}
+
 TEST_P(DatabaseTest, InsertSelectReadsBeforeItWrites)
 {
     makeMemo();
