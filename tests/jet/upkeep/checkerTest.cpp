@@ -21,26 +21,29 @@ const std::string& sampleBytes()
         const tests::TemporaryFolder folder;
         const std::u16string path = folder.file(u"sample.accdb");
         createDatabase(path, FileFormat::Ace12, 45000);
-        PageFile file(path, OpenMode::Write);
-        Catalogue catalogue(file);
-        TableSpec spec{u"Notes",
-            {{u"ID", ColumnType::Long}, {u"Head", ColumnType::Text}, {u"Body", ColumnType::Memo}},
-            {{u"ByID", {{u"ID"}}, true}, {u"ByHead", {{u"Head", false}}}}};
-        spec.columns[0].autoNumber = true;
-        catalogue.createTable(spec);
-        spec.name = u"Other";
-        catalogue.createTable(spec);
-        Table notes = catalogue.open(*catalogue.find(u"Notes"));
-        for (std::size_t i = 0; i < 300; ++i)
-            notes.insert({{1, u"head " + std::u16string(i % 40, u'x')}, {2, std::u16string(i * 40, u'b')}});
-        std::vector<RowRef> homes;
-        notes.forEachRow([&](const Row& row) {
-            homes.push_back(row.home());
-            return true;
-        });
-        for (std::size_t i = 0; i < homes.size(); i += 3)
-            notes.update(homes[i], {{1, std::u16string(200, u'y')}});
-        file.commit();
+        { // closed before it is read: on Windows a file that is written is not shared
+            PageFile file(path, OpenMode::Write);
+            Catalogue catalogue(file);
+            TableSpec spec{u"Notes",
+                {{u"ID", ColumnType::Long}, {u"Head", ColumnType::Text}, {u"Body", ColumnType::Memo}},
+                {{u"ByID", {{u"ID"}}, true}, {u"ByHead", {{u"Head", false}}}}};
+            spec.columns[0].autoNumber = true;
+            catalogue.createTable(spec);
+            spec.name = u"Other";
+            catalogue.createTable(spec);
+            Table notes = catalogue.open(*catalogue.find(u"Notes"));
+            for (std::size_t i = 0; i < 300; ++i)
+                notes.insert(
+                    {{1, u"head " + std::u16string(i % 40, u'x')}, {2, std::u16string(i * 40, u'b')}});
+            std::vector<RowRef> homes;
+            notes.forEachRow([&](const Row& row) {
+                homes.push_back(row.home());
+                return true;
+            });
+            for (std::size_t i = 0; i < homes.size(); i += 3)
+                notes.update(homes[i], {{1, std::u16string(200, u'y')}});
+            file.commit();
+        }
         return tests::bytesOf(path);
     }();
     return bytes;
