@@ -305,8 +305,8 @@ void addGlobalSpan(PageFile& file, std::size_t span)
     store<std::uint32_t>(row, 1 + 4 * span, page);
     replaceMapRow(file, kGlobalMap, row);
     const MutableBytes bits = writableBitmap(file, page);
-    const std::uint64_t base = std::uint64_t{span} * kSpan;
-    for (std::uint64_t i = 0; i < kSpan && base + i <= page; ++i)
+    const std::size_t base = span * kSpan;
+    for (std::size_t i = 0; i < kSpan && base + i <= page; ++i)
         setBit(bits, i, false);
     setGlobalBit(file, page, false);
 }
