@@ -2,13 +2,12 @@
 include(GoogleTest)
 add_subdirectory(/usr/src/googletest ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
 file(GLOB support_sources CONFIGURE_DEPENDS tests/support/*.cpp)
-if(support_sources)
-  add_library(test_support STATIC ${support_sources})
-  target_link_libraries(test_support PUBLIC io GTest::gmock)
-else()
-  add_library(test_support INTERFACE)
-  target_link_libraries(test_support INTERFACE io)
-endif()
+add_library(test_support STATIC ${support_sources})
+target_link_libraries(test_support PUBLIC io GTest::gmock)
+target_compile_definitions(test_support PUBLIC
+  VELLUMS_SOURCE_DIR="${PROJECT_SOURCE_DIR}" VELLUMS_BINARY_DIR="${PROJECT_BINARY_DIR}")
+# The tests take longer to compile than to run.
+target_compile_options(test_support PUBLIC -O0 -g1)
 
 function(test_folder folder)
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS tests/${folder}/*.cpp)
@@ -16,8 +15,6 @@ function(test_folder folder)
     return()
   endif()
   add_executable(${folder}_tests ${sources})
-  target_compile_definitions(${folder}_tests PRIVATE
-    VELLUMS_SOURCE_DIR="${PROJECT_SOURCE_DIR}" VELLUMS_BINARY_DIR="${PROJECT_BINARY_DIR}")
   target_link_libraries(${folder}_tests PRIVATE test_support ${ARGN} GTest::gmock_main)
   if(CMAKE_CROSSCOMPILING)
     add_test(NAME ${folder} COMMAND ${folder}_tests)

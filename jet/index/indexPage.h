@@ -30,6 +30,7 @@ inline constexpr std::size_t kEntryArea = 480;
 inline constexpr std::size_t kEntryAreaSize = kPageSize - kEntryArea;
 inline constexpr std::size_t kRowPointer = 4; // bytes of the row pointer behind a key
 inline constexpr std::size_t kChildPointer = 4;
+inline constexpr std::size_t kMaxDepth = 16; // levels; no tree that fits a file has more
 
 // Entries in full, one behind the other, in ascending order.
 class EntryList {

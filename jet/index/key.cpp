@@ -10,7 +10,7 @@ namespace {
 constexpr std::byte kTopBit{0x80};
 constexpr std::size_t kSegment = 8;
 
-Bytes bigEndian(ByteView stored)
+Bytes bigEndianBytes(ByteView stored)
 {
     return {stored.rbegin(), stored.rend()};
 }
@@ -24,7 +24,7 @@ void invert(MutableBytes bytes)
 // Two's complement numbers sort by their bytes once the sign bit is flipped.
 Bytes signedNumber(ByteView stored)
 {
-    Bytes bytes = bigEndian(stored);
+    Bytes bytes = bigEndianBytes(stored);
     bytes[0] ^= kTopBit;
     return bytes;
 }
@@ -32,7 +32,7 @@ Bytes signedNumber(ByteView stored)
 // IEEE numbers: negative ones sort backwards.
 Bytes realNumber(ByteView stored)
 {
-    Bytes bytes = bigEndian(stored);
+    Bytes bytes = bigEndianBytes(stored);
     if ((bytes[0] & kTopBit) == std::byte{})
         bytes[0] ^= kTopBit;
     else

@@ -9,8 +9,6 @@
 namespace vellums::jet {
 namespace {
 
-constexpr std::size_t kMaxDepth = 16;
-
 std::u16string decimal(std::size_t number)
 {
     const std::string digits = std::to_string(number);

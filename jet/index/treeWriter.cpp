@@ -5,7 +5,6 @@
 namespace vellums::jet {
 namespace {
 
-constexpr std::size_t kMaxDepth = 16;
 constexpr std::size_t kLongestNodeEntry = 1200; // three entries always fit on a page
 constexpr std::size_t kPreviousField = 12;
 constexpr std::size_t kNextField = 16;

@@ -1,5 +1,6 @@
 #include "jet/sql/dateText.h"
 
+#include "jet/sql/digits.h"
 #include "platform/clock.h"
 
 #include <algorithm>
@@ -69,11 +70,6 @@ bool isBlank(char16_t c)
     return c == u' ' || (c >= u'\t' && c <= u'\r') || c == 0xA0 || c == 0x1680 ||
         (c >= 0x2000 && c <= 0x200A) || c == 0x2028 || c == 0x2029 || c == 0x202F || c == 0x205F ||
         c == 0x3000;
-}
-
-bool isDigit(char16_t c)
-{
-    return c >= u'0' && c <= u'9';
 }
 
 int daysInMonth(int year, int month)

@@ -1,5 +1,7 @@
 #include "jet/sql/decimalForm.h"
 
+#include "jet/sql/digits.h"
+
 #include <algorithm>
 #include <charconv>
 #include <limits>
@@ -31,11 +33,6 @@ Digits fromInteger(std::string digits, bool negative, int decimals)
     number.digits = std::move(digits);
     normalize(number);
     return number;
-}
-
-bool isDigit(char16_t c)
-{
-    return c >= u'0' && c <= u'9';
 }
 
 std::u16string_view trimmed(std::u16string_view text)

@@ -1,6 +1,7 @@
 #include "jet/sql/lexer.h"
 
 #include "jet/sql/dateText.h"
+#include "jet/sql/digits.h"
 
 #include <charconv>
 #include <limits>
@@ -8,11 +9,6 @@
 namespace vellums::jet::sql {
 
 namespace {
-
-bool isDigit(char16_t c)
-{
-    return c >= u'0' && c <= u'9';
-}
 
 bool isBlank(char16_t c)
 {

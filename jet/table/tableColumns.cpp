@@ -8,9 +8,6 @@
 namespace vellums::jet {
 namespace {
 
-constexpr std::size_t kColumnRecord = 25;
-constexpr std::size_t kColumnsAt = 63;
-constexpr std::size_t kCounterBytes = 12;
 constexpr std::size_t kMaxColumnSlots = 255;
 constexpr std::size_t kMapRow = 69;
 
@@ -63,7 +60,7 @@ void Table::appendColumn(const Column& wanted)
         throw Error(3047, kFail, u"Record is too large.");
 
     Bytes& joined = definition_.joined;
-    const std::size_t recordsAt = kColumnsAt + kCounterBytes * definition_.physicalIndexes.size();
+    const std::size_t recordsAt = kDefinitionHeader + kIndexCounter * definition_.physicalIndexes.size();
     const std::size_t namesAt = recordsAt + kColumnRecord * definition_.columns.size();
     if (isLongValue(column.type)) {
         makeLongValueMaps(file_, definition_, column);

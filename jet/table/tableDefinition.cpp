@@ -7,9 +7,6 @@
 namespace vellums::jet {
 namespace {
 
-constexpr std::size_t kHeaderBytes = 63;
-constexpr std::size_t kCounterBytes = 12;
-constexpr std::size_t kColumnBytes = 25;
 constexpr std::size_t kPhysicalBytes = 52;
 constexpr std::size_t kLogicalBytes = 28;
 constexpr std::size_t kLongValueBytes = 10;
@@ -64,7 +61,7 @@ Bytes joinPages(const PageFile& file, PageNo first, std::vector<PageNo>& pages)
         page = load<std::uint32_t>(bytes, 4);
     }
     const std::size_t length = load<std::uint32_t>(joined, 8);
-    if (length < kHeaderBytes + 2 || length > joined.size())
+    if (length < kDefinitionHeader + 2 || length > joined.size())
         throwDamaged(u"a table definition has a wrong length");
     joined.resize(length);
     return joined;
@@ -203,7 +200,7 @@ TableDefinition readTableDefinition(const PageFile& file, PageNo page)
     definition.page = page;
     definition.joined = joinPages(file, page, definition.pages);
     Reader reader(definition.joined);
-    const ByteView header = reader.take(kHeaderBytes);
+    const ByteView header = reader.take(kDefinitionHeader);
     definition.rowCount = load<std::uint32_t>(header, 16);
     definition.lastAutoNumber = load<std::uint32_t>(header, 20);
     definition.tableType = load<std::uint8_t>(header, 40);
@@ -220,10 +217,10 @@ TableDefinition readTableDefinition(const PageFile& file, PageNo page)
 
     for (std::size_t i = 0; i < physicalCount; ++i) {
         definition.counterOffsets.push_back(reader.offset());
-        reader.take(kCounterBytes);
+        reader.take(kIndexCounter);
     }
     for (std::size_t i = 0; i < columnCount; ++i) {
-        definition.columns.push_back(readColumn(reader.take(kColumnBytes), file.header().sortOrder));
+        definition.columns.push_back(readColumn(reader.take(kColumnRecord), file.header().sortOrder));
         const Column& column = definition.columns.back();
         if (column.number >= definition.columnSlots ||
             (!column.isFixed() && column.type != ColumnType::Boolean &&

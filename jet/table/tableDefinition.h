@@ -96,6 +96,11 @@ void writeDefinitionBytes(PageFile& file, TableDefinition& definition);
 // Changes one number in `joined` and on its page (or pages).
 void patchDefinition(PageFile& file, TableDefinition& definition, std::size_t offset, std::uint32_t number);
 
+// Sizes of the parts of `joined`: the header, then a counter for each physical index, then the columns.
+inline constexpr std::size_t kDefinitionHeader = 63;
+inline constexpr std::size_t kIndexCounter = 12;
+inline constexpr std::size_t kColumnRecord = 25;
+
 // Offsets of counters in `joined`.
 inline constexpr std::size_t kRowCountOffset = 16;
 inline constexpr std::size_t kAutoNumberOffset = 20;

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <unistd.h>
 
 namespace vellums::platform {
 
@@ -12,5 +13,21 @@ std::size_t readRange(int descriptor, std::uint64_t offset, std::span<std::byte>
 
 // 0 when everything was written, else errno.
 int writeRange(int descriptor, std::uint64_t offset, std::span<const std::byte> bytes);
+
+// Closes what it holds.
+struct OwnedDescriptor {
+    int fd = -1;
+    explicit OwnedDescriptor(int raw)
+        : fd(raw)
+    {
+    }
+    OwnedDescriptor(const OwnedDescriptor&) = delete;
+    OwnedDescriptor& operator=(const OwnedDescriptor&) = delete;
+    ~OwnedDescriptor()
+    {
+        if (fd >= 0)
+            ::close(fd);
+    }
+};
 
 } // namespace vellums::platform

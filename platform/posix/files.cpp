@@ -100,21 +100,6 @@ void lockWhole(int fd, Access access)
     }
 }
 
-struct OwnedDescriptor {
-    int fd = -1;
-    explicit OwnedDescriptor(int raw)
-        : fd(raw)
-    {
-    }
-    OwnedDescriptor(const OwnedDescriptor&) = delete;
-    OwnedDescriptor& operator=(const OwnedDescriptor&) = delete;
-    ~OwnedDescriptor()
-    {
-        if (fd >= 0)
-            ::close(fd);
-    }
-};
-
 // Whether the path still means the open file: between opening and locking another process may have
 // replaced or removed it.
 bool stillNamed(const std::string& path, const struct stat& opened)

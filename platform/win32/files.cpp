@@ -2,10 +2,10 @@
 #include "platform/files.h"
 
 #include "platform/clock.h"
+#include "platform/win32/fileRanges.h"
 #include "platform/win32/ownedHandle.h"
 #include "platform/win32/systemPath.h"
 
-#include <algorithm>
 #include <utility>
 
 #include <windows.h>
@@ -59,16 +59,6 @@ OwnedHandle openFile(const std::wstring& path, Access access)
     fail(code);
 }
 
-OVERLAPPED at(std::uint64_t offset)
-{
-    OVERLAPPED place{};
-    place.Offset = static_cast<DWORD>(offset & 0xFFFFFFFFu);
-    place.OffsetHigh = static_cast<DWORD>(offset >> 32);
-    return place;
-}
-
-constexpr std::size_t kMostAtOnce = std::size_t{1} << 28;
-
 } // namespace
 
 struct File::Handle : OwnedHandle {
@@ -97,37 +87,17 @@ std::uint64_t File::size() const
 
 std::size_t File::readAt(std::uint64_t offset, std::span<std::byte> buffer) const
 {
-    std::size_t done = 0;
-    while (done < buffer.size()) {
-        OVERLAPPED place = at(offset + done);
-        DWORD got = 0;
-        const DWORD wanted = static_cast<DWORD>(std::min(buffer.size() - done, kMostAtOnce));
-        if (!ReadFile(handle_->get(), buffer.data() + done, wanted, &got, &place)) {
-            const DWORD code = GetLastError();
-            if (code == ERROR_HANDLE_EOF)
-                break;
-            fail(code);
-        }
-        if (got == 0)
-            break;
-        done += got;
-    }
+    DWORD error = ERROR_SUCCESS;
+    const std::size_t done = readRange(handle_->get(), offset, buffer, error);
+    if (error != ERROR_SUCCESS)
+        fail(error);
     return done;
 }
 
 void File::writeAt(std::uint64_t offset, std::span<const std::byte> bytes)
 {
-    std::size_t done = 0;
-    while (done < bytes.size()) {
-        OVERLAPPED place = at(offset + done);
-        DWORD put = 0;
-        const DWORD wanted = static_cast<DWORD>(std::min(bytes.size() - done, kMostAtOnce));
-        if (!WriteFile(handle_->get(), bytes.data() + done, wanted, &put, &place))
-            fail(GetLastError());
-        if (put == 0)
-            fail(ERROR_DISK_FULL);
-        done += put;
-    }
+    if (const DWORD error = writeRange(handle_->get(), offset, bytes); error != ERROR_SUCCESS)
+        fail(error);
 }
 
 void File::resize(std::uint64_t size)

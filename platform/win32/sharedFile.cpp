@@ -1,26 +1,16 @@
 #include "platform/sharedFile.h"
 
 #include "platform/codePage.h"
+#include "platform/win32/fileRanges.h"
 #include "platform/win32/ownedHandle.h"
 #include "platform/win32/systemPath.h"
 
-#include <algorithm>
 #include <utility>
 
 #include <windows.h>
 
 namespace vellums::platform {
 namespace {
-
-constexpr std::size_t kMostAtOnce = std::size_t{1} << 28;
-
-OVERLAPPED at(std::uint64_t offset)
-{
-    OVERLAPPED place{};
-    place.Offset = static_cast<DWORD>(offset & 0xFFFFFFFFu);
-    place.OffsetHigh = static_cast<DWORD>(offset >> 32);
-    return place;
-}
 
 DWORD disposition(SharedFile::Mode mode)
 {
@@ -76,30 +66,13 @@ std::optional<std::uint64_t> SharedFile::size() const
 
 std::size_t SharedFile::readAt(std::uint64_t offset, std::span<std::byte> buffer) const
 {
-    std::size_t done = 0;
-    while (done < buffer.size()) {
-        OVERLAPPED place = at(offset + done);
-        DWORD got = 0;
-        const DWORD wanted = static_cast<DWORD>(std::min(buffer.size() - done, kMostAtOnce));
-        if (!ReadFile(handle_->get(), buffer.data() + done, wanted, &got, &place) || got == 0)
-            break;
-        done += got;
-    }
-    return done;
+    DWORD error = ERROR_SUCCESS;
+    return readRange(handle_->get(), offset, buffer, error);
 }
 
 bool SharedFile::writeAt(std::uint64_t offset, std::span<const std::byte> bytes)
 {
-    std::size_t done = 0;
-    while (done < bytes.size()) {
-        OVERLAPPED place = at(offset + done);
-        DWORD put = 0;
-        const DWORD wanted = static_cast<DWORD>(std::min(bytes.size() - done, kMostAtOnce));
-        if (!WriteFile(handle_->get(), bytes.data() + done, wanted, &put, &place) || put == 0)
-            return false;
-        done += put;
-    }
-    return true;
+    return writeRange(handle_->get(), offset, bytes) == ERROR_SUCCESS;
 }
 
 } // namespace vellums::platform

@@ -38,7 +38,7 @@ struct Case {
     const char* descending;
 };
 
-const Case kCases[] = {
+const Case kKeyCases[] = {
     {ColumnType::Byte, stored<std::uint8_t>(5), "7F05", "80FA"},
     {ColumnType::Integer, stored<std::int16_t>(-2), "7F7FFE", "808001"},
     {ColumnType::Long, stored<std::int32_t>(1), "7F80000001", "807FFFFFFE"},
@@ -62,7 +62,7 @@ const Case kCases[] = {
 
 TEST(Key, EncodesEachType)
 {
-    for (const Case& c : kCases) {
+    for (const Case& c : kKeyCases) {
         EXPECT_EQ(keyOf(c.type, c.value, true), fromHex(c.ascending)) << c.ascending;
         EXPECT_EQ(keyOf(c.type, c.value, false), fromHex(c.descending)) << c.descending;
     }

@@ -25,7 +25,7 @@ struct DateCase {
 };
 
 // clang-format off
-const DateCase kCases[] = {
+const DateCase kDateCases[] = {
     {u"2024-3-5 9:7:3", u"2024-03-05 09:07:03"},
     {u"2023-13-04 09:30:00", u"2023-04-13 09:30:00"},
     {u"2023-13-45 09:30:00", u"-"},
@@ -70,7 +70,7 @@ const DateCase kCases[] = {
 
 TEST(DateText, ReadsWhatWindowsReads)
 {
-    for (const DateCase& c : kCases)
+    for (const DateCase& c : kDateCases)
         EXPECT_EQ(read(c.text), c.date) << platform::toUtf8(c.text);
 }
 

@@ -50,7 +50,7 @@ struct LikeCase {
 };
 
 // clang-format off
-const LikeCase kCases[] = {
+const LikeCase kLikeCases[] = {
     {u"A note about apples", u"%APPLE%", true},
     {u"A note about apples", u"%apples", true},
     {u"A note about apples", u"apples%", false},
@@ -94,7 +94,7 @@ const LikeCase kCases[] = {
 
 TEST(LikePattern, MatchesByTheRules)
 {
-    for (const LikeCase& c : kCases)
+    for (const LikeCase& c : kLikeCases)
         expectMatch(c.text, c.pattern, c.matches);
 }
 
