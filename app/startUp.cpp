@@ -63,23 +63,23 @@ bool useStoredDatabase(Notebook& notebook)
     return false;
 }
 
-// The first database beside the program; where there is none, a new one.
-void useDatabaseOfProgramFolder(Notebook& notebook)
+// The first database beside the program; where there is none, a new one. True: it was made.
+bool useDatabaseOfProgramFolder(Notebook& notebook)
 {
     notebook.dbParent = notebook.appDir;
     for (const std::u16string& name : platform::databaseNames(notebook.appDir)) {
         if (looksLikeAccessFile(inFolder(notebook.appDir, name))) {
             notebook.dbConn = connectionStringFor(notebook, name);
-            return;
+            return false;
         }
     }
     notebook.dbConn = connectionStringFor(notebook, u"Vellums.mdb");
-    dbCreateNew(notebook, u"");
+    return !dbCreateNew(notebook, u"").empty();
 }
 
 } // namespace
 
-void startUp(Notebook& notebook, const std::u16string& appDir, const std::u16string& exeName)
+bool startUp(Notebook& notebook, const std::u16string& appDir, const std::u16string& exeName)
 {
     notebook.appDir = withoutEnd(appDir);
     notebook.exeName = exeName;
@@ -87,11 +87,11 @@ void startUp(Notebook& notebook, const std::u16string& appDir, const std::u16str
     notebook.logFile = inFolder(notebook.appDir, exeName + u".log");
     notebook.handOverFile = inFolder(notebook.appDir, u"snippet.tmp");
     notebook.chinese = systemLanguage(notebook.settingsFile).chinese;
-    if (!useStoredDatabase(notebook))
-        useDatabaseOfProgramFolder(notebook);
+    const bool created = !useStoredDatabase(notebook) && useDatabaseOfProgramFolder(notebook);
     notebook.dbTable = preference(notebook, u"dbTable", u"");
     if (notebook.dbTable.empty())
         notebook.dbTable = getFirstTable(notebook, notebook.dbConn);
+    return created;
 }
 
 } // namespace vellums

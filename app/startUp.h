@@ -9,7 +9,8 @@
 namespace vellums {
 
 // Fills the notebook for a program that lies in that folder under that name. Creates Vellums.mdb where
-// there is no database at all; a failure to do so is shown in the panel, and the program goes on.
-void startUp(Notebook& notebook, const std::u16string& appDir, const std::u16string& exeName);
+// there is no database at all; a failure to do so is shown in the panel, and the program goes on. True: a
+// database was created, this is a first start.
+bool startUp(Notebook& notebook, const std::u16string& appDir, const std::u16string& exeName);
 
 } // namespace vellums

@@ -8,7 +8,7 @@ set(resources ${PROJECT_SOURCE_DIR}/ui/resources)
 add_library(window_resources OBJECT ${resources}/vellums.rc)
 target_include_directories(window_resources PRIVATE ${PROJECT_SOURCE_DIR} ${resources})
 set_source_files_properties(${resources}/vellums.rc PROPERTIES
-  OBJECT_DEPENDS "${resources}/vellums.ico;${resources}/vellums.manifest;${PROJECT_SOURCE_DIR}/ui/ids.h")
+  OBJECT_DEPENDS "${resources}/vellums.ico;${resources}/table.ico;${resources}/vellums.manifest")
 add_executable(Vellums WIN32 ui/program.cpp platform/win32/entryPoint.cpp $<TARGET_OBJECTS:window_resources>)
 target_link_libraries(Vellums PRIVATE ui)
 target_link_options(Vellums PRIVATE -municode)

@@ -29,11 +29,14 @@ std::u16string showable(std::u16string_view text)
 
 void EditBox::create(HWND parent, int id, Kind kind)
 {
-    const DWORD common = WS_CHILD | WS_VISIBLE | WS_TABSTOP | ES_NOHIDESEL;
-    const DWORD style = kind == Kind::OneLine
-        ? common | ES_AUTOHSCROLL
-        : common | WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL | ES_WANTRETURN;
-    hwnd_ = CreateWindowExW(WS_EX_CLIENTEDGE, L"EDIT", nullptr, style, 0, 0, 0, 0, parent,
+    DWORD style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_BORDER | ES_NOHIDESEL;
+    if (kind == Kind::OneLine)
+        style |= ES_AUTOHSCROLL;
+    else
+        style |= WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL | ES_WANTRETURN;
+    if (kind == Kind::Scrolling)
+        style |= WS_HSCROLL | ES_AUTOHSCROLL;
+    hwnd_ = CreateWindowExW(0, L"EDIT", nullptr, style, 0, 0, 0, 0, parent,
         reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
     SendMessageW(hwnd_, EM_SETLIMITTEXT, 0, 0); // as much as the control can take
 }

@@ -9,8 +9,8 @@ namespace vellums::ui {
 
 class EditBox : public TextBox {
 public:
-    // A box of one line, or of several lines that wrap.
-    enum class Kind { OneLine, Wrapping };
+    // A box of one line, of several lines that wrap, or of several lines that scroll sideways.
+    enum class Kind { OneLine, Wrapping, Scrolling };
     // Makes the control; its parent owns it.
     void create(HWND parent, int id, Kind kind);
     HWND hwnd() const { return hwnd_; }

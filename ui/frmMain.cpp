@@ -4,6 +4,9 @@
 #include "platform/events.h"
 #include "search/searchFields.h"
 #include "ui/ids.h"
+#include "ui/modMouseWheel.h"
+#include "ui/modSetIcon.h"
+#include "ui/systemLook.h"
 #include "ui/wide.h"
 
 #include <windowsx.h>
@@ -26,7 +29,7 @@ void registerClass()
     main.cbSize = sizeof main;
     main.lpfnWndProc = DefWindowProcW; // frmMain takes over once its parts exist
     main.hInstance = GetModuleHandleW(nullptr);
-    main.hIcon = LoadIconW(main.hInstance, MAKEINTRESOURCEW(ID_appIcon));
+    main.hIcon = LoadIconW(main.hInstance, modSetIcon::kProgramIcon);
     main.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     main.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
     main.lpszClassName = kWindowClass;
@@ -37,8 +40,8 @@ void registerClass()
 
 frmMain::frmMain(Notebook& notebook)
     : notebook_(notebook)
-    , ports_{caption_, txtKey_, txtType_, txtShowWrap_, lstHeads_, lblDate_, chkSort_, mnu_SortOnTitle_,
-          mnu_ezdel_, mnu_AvailFields_, ucStatusLeft_, ucStatusRight_, dialogs_}
+    , ports_{caption_, txtKey_, txtType_, text_, lstHeads_, lblDate_, chkSort_, mnu_SortOnTitle_, mnu_ezdel_,
+          mnu_AvailFields_, ucStatusLeft_, ucStatusRight_, dialogs_}
 {
 }
 
@@ -51,29 +54,37 @@ frmMain::~frmMain()
 void frmMain::open(const Opening& opening, int showCommand)
 {
     registerClass();
+    menus_ = std::make_unique<Menus>(notebook_.chinese);
     const HWND window = CreateWindowExW(WS_EX_APPWINDOW, kWindowClass, L"Vellums",
         WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT,
-        nullptr, buildMenuBar(notebook_.chinese).release(), GetModuleHandleW(nullptr), nullptr);
+        nullptr, menus_->takeBar(), GetModuleHandleW(nullptr), nullptr);
     hwnd_ = window;
     SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
     SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(windowProc));
+    scale_ = Scale(dpiOf(window));
+    menus_->setWindow(window);
+    modSetIcon::setIcon(window, modSetIcon::kProgramIcon, false);
     caption_.attach(window);
     dialogs_.setOwner(window);
     accelerators_ = buildAccelerators();
     createControls();
+    prepareMenus();
+    modMouseWheel::hook(window, [this](int index) { display_->clickmnusizes(index); });
     SetWindowPos(window, nullptr, 0, 0, pixels(kWidthTwips), pixels(kHeightTwips), SWP_NOMOVE | SWP_NOZORDER);
+    keepOnScreen(window);
 
     commands_ = std::make_unique<RecordCommands>(notebook_, ports_, moments_);
     moments_.tableOpened.add([this] { rebuildSearchFields(notebook_, ports_); });
-    mnu_SortOnTitle_.setChecked(
-        getPrefValue(notebook_.settingsFile, kOptionsSection, u"obTitle", u"") == u"1");
     const std::u16string startReport = ucStatusLeft_.Caption();
     commands_->start();
     if (!startReport.empty()) // what start-up had to say matters more than the count
         ucStatusLeft_.show(startReport);
+    if (opening.firstStart)
+        ucStatusRight_.show(notebook_.say(u"Type or paste a text, then press Ctrl+S to keep it.",
+            u"请输入或粘贴文本, 然后按 Ctrl+S 保存。"));
     ShowWindow(window, showCommand);
     UpdateWindow(window);
-    SetFocus(lstHeads_.count() > 0 ? lstHeads_.hwnd() : txtShowWrap_.hwnd());
+    SetFocus(lstHeads_.count() > 0 ? lstHeads_.hwnd() : text_.hwnd());
     if (!opening.paths.empty())
         importPaths(opening.paths);
 }
@@ -97,7 +108,7 @@ LRESULT frmMain::onMessage(UINT message, WPARAM wParam, LPARAM lParam)
     switch (message) {
     case WM_SIZE:
         if (wParam != SIZE_MINIMIZED)
-            layOut(LOWORD(lParam), HIWORD(lParam));
+            layOut();
         return 0;
     case WM_GETMINMAXINFO: {
         auto* limits = reinterpret_cast<MINMAXINFO*>(lParam);
@@ -107,6 +118,17 @@ LRESULT frmMain::onMessage(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_DPICHANGED:
         onDpiChanged(HIWORD(wParam), *reinterpret_cast<const RECT*>(lParam));
         return 0;
+    case WM_CTLCOLOREDIT:
+    case WM_CTLCOLORLISTBOX:
+        if (const HBRUSH brush = colourControl(reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam));
+            brush != nullptr)
+            return reinterpret_cast<LRESULT>(brush);
+        break;
+    case WM_SYSCOLORCHANGE:
+    case WM_SETTINGCHANGE:
+        if (display_ != nullptr)
+            display_->systemColoursChanged();
+        break;
     case WM_COMMAND:
         if (onCommand(LOWORD(wParam), HIWORD(wParam)))
             return 0;
@@ -118,10 +140,6 @@ LRESULT frmMain::onMessage(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_CONTEXTMENU:
         onContextMenu(reinterpret_cast<HWND>(wParam), {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
         return 0;
-    case WM_INITMENUPOPUP:
-        CheckMenuItem(reinterpret_cast<HMENU>(wParam), ID_mnu_ezdel,
-            static_cast<UINT>(mnu_ezdel_.checked() ? MF_CHECKED : MF_UNCHECKED));
-        break;
     case WM_MENUSELECT:
         onMenuSelect(LOWORD(wParam), HIWORD(wParam));
         return 0;
@@ -141,6 +159,7 @@ LRESULT frmMain::onMessage(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_QUERYENDSESSION: // the last chance to ask about unsaved text
         return commands_->mayClose() ? TRUE : FALSE;
     case WM_DESTROY:
+        modMouseWheel::unhook(hwnd_);
         PostQuitMessage(0);
         return 0;
     case WM_NCDESTROY:
@@ -156,6 +175,11 @@ bool frmMain::onCommand(int id, int notification)
         if (notification == LBN_SELCHANGE)
             PostMessageW(hwnd_, kHeadingSelected, 0, 0);
         return true;
+    case ID_lstFontNames:
+    case ID_lstFontSizes:
+        if (notification == LBN_SELCHANGE)
+            display_->onListSelection(id);
+        return true;
     case ID_chkSort:
         if (notification == BN_CLICKED)
             commands_->search();
@@ -164,7 +188,10 @@ bool frmMain::onCommand(int id, int notification)
         if (notification == STN_DBLCLK)
             copyDate();
         return true;
-    case ID_lblRemarks:
+    case ID_txtKey:
+    case ID_txtInline:
+        if (notification == EN_SETFOCUS || notification == EN_KILLFOCUS)
+            InvalidateRect(GetDlgItem(hwnd_, id), nullptr, TRUE);
         return true;
     default:
         return onMenuCommand(id);

@@ -5,10 +5,14 @@
 #include "app/mainWindow.h"
 #include "app/recordCommands.h"
 #include "ui/checkItems.h"
+#include "ui/displaySettings.h"
 #include "ui/editBox.h"
+#include "ui/fraSplitter.h"
 #include "ui/headsList.h"
-#include "ui/menuTable.h"
+#include "ui/layout.h"
+#include "ui/menus.h"
 #include "ui/messageDialogs.h"
+#include "ui/recordText.h"
 #include "ui/ucStatus.h"
 #include "ui/windowLabel.h"
 
@@ -21,6 +25,7 @@ namespace vellums::ui {
 // What the window was started with.
 struct Opening {
     std::vector<std::u16string> paths; // imported once the window is shown
+    bool firstStart = false;           // the database is new: greet
 };
 
 // A report line that is connected once the window is there.
@@ -57,23 +62,46 @@ private:
 
     // frmMainControls.cpp
     void createControls();
+    void createHeader();
+    void createBody();
+    void nameControls() const;
+    // What screen readers call what has no label to be seen.
+    std::u16string titleName() const;
+    std::u16string sortName() const;
+    std::u16string headingsName() const;
+    std::u16string textName() const;
+    std::u16string resultsName() const;
     static LRESULT CALLBACK controlProc(
         HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR self);
     bool onControlKey(HWND control, WPARAM key);
+    bool onControlMouse(HWND control, UINT message);
+    HBRUSH colourControl(HDC dc, HWND control);
 
     // frmMainLayout.cpp
-    void layOut(int width, int height);
-    void onDpiChanged(UINT dpi, const RECT& suggested);
+    void layOut();
     void makeFonts();
-    int pixels(int twips) const;
+    void onDpiChanged(UINT dpi, const RECT& suggested);
+    void dragSplitter(int left);
+    void endSplitterDrag();
+    void showList(bool shown);
+    void markListShown();
+    int pixels(int twips) const { return scale_.pixels(twips); }
 
     // frmMainMenus.cpp
+    void prepareMenus();
     bool onCommand(int id, int notification);
     bool onMenuCommand(int id);
+    bool onViewCommand(int id);
+    bool onRecordCommand(int id);
+    bool onArrayCommand(int id);
     void onContextMenu(HWND control, POINT screen);
-    void showSearchOptions();
+    int popUp(HMENU menu, POINT screen);
+    void popUpUnder(HWND label, HMENU menu);
     void onMenuSelect(UINT id, UINT flags);
     void toggleSortOnTitle();
+    void toggleWrap();
+    void toggleOnTop();
+    void onSourceChanged();
     void copyDate();
 
     // frmMainImport.cpp
@@ -84,26 +112,38 @@ private:
 
     Notebook& notebook_;
     HWND hwnd_ = nullptr;
-    UINT dpi_ = 96;
+    Scale scale_;
     HWND focusBefore_ = nullptr; // the control that had the focus when the window lost it
     bool importing_ = false;     // commands wait meanwhile
     bool closing_ = false;       // closed during an import, which ends first
     OwnedFont font_;
+    OwnedBrush focusBrush_;
     OwnedAccelerators accelerators_;
     bool explaining_ = false;       // the left panel explains a menu entry
     std::u16string textBeforeHelp_; // and showed this before
 
-    WindowLabel caption_;
-    WindowLabel lblRemarks_;
-    WindowLabel lblDate_;
-    EditBox txtKey_;
-    EditBox txtType_;
-    EditBox txtShowWrap_;
-    HeadsList lstHeads_;
-    ButtonCheck chkSort_;
+    double splitterLeft_ = kFirstSplitterLeft; // twips
+    double listRight_ = kFirstSplitterLeft;    // where the list ends when it is shown
+    bool listShown_ = true;
+
+    std::unique_ptr<Menus> menus_;
     MenuCheck mnu_SortOnTitle_;
     MenuCheck mnu_ezdel_;
-    StoredItems mnu_AvailFields_;
+    MenuArray mnu_AvailFields_;
+    WindowLabel caption_;
+    WindowLabel lblRemarks_[2];
+    WindowLabel lblDate_;
+    EditBox txtKey_;
+    EditBox txtInline_;
+    EditBox txtType_;
+    RecordText text_;
+    HeadsList lstHeads_;
+    HWND lstInLineSrch_ = nullptr;
+    HWND lblStaticBorder_ = nullptr;
+    HWND shpEdge_ = nullptr;
+    fraSplitter splitter_;
+    std::unique_ptr<DisplaySettings> display_;
+    ButtonCheck chkSort_;
     ucStatus ucStatusLeft_;
     ucStatus ucStatusRight_;
     MessageDialogs dialogs_;

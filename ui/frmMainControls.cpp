@@ -2,7 +2,10 @@
 #include "ui/frmMain.h"
 
 #include "platform/clipboard.h"
+#include "ui/accessibleNames.h"
 #include "ui/ids.h"
+#include "ui/modBorderColor.h"
+#include "ui/systemLook.h"
 #include "ui/wide.h"
 
 #include <commctrl.h>
@@ -12,6 +15,8 @@ namespace {
 
 // Other instances of the program look for the check box by this name.
 constexpr wchar_t kCheckBoxClass[] = L"ThunderRT6CheckBox";
+constexpr COLORREF kFocusColour = RGB(255, 253, 204);
+constexpr COLORREF kPlainColour = RGB(255, 255, 255);
 
 HWND createChild(HWND parent, const wchar_t* windowClass, const std::u16string& text, DWORD style, int id)
 {
@@ -32,26 +37,128 @@ void registerCheckBox()
 
 } // namespace
 
+// In the order of the Tab key.
 void frmMain::createControls()
 {
     registerCheckBox();
-    lblRemarks_.attach(createChild(
-        hwnd_, L"STATIC", notebook_.say(u"Search:", u"搜索:"), SS_NOTIFY | SS_CENTERIMAGE, ID_lblRemarks));
-    txtKey_.create(hwnd_, ID_txtKey, EditBox::Kind::OneLine);
-    chkSort_.attach(createChild(hwnd_, kCheckBoxClass, u"", WS_TABSTOP | BS_AUTOCHECKBOX, ID_chkSort));
-    lblDate_.attach(createChild(hwnd_, L"STATIC", u"", SS_NOTIFY | SS_RIGHT | SS_CENTERIMAGE, ID_lblDate));
-    txtType_.create(hwnd_, ID_txtType, EditBox::Kind::OneLine);
-    lstHeads_.create(hwnd_, ID_lstHeads);
-    txtShowWrap_.create(hwnd_, ID_txtShowWrap, EditBox::Kind::Wrapping);
+    createHeader();
+    createBody();
     ucStatusLeft_.create(hwnd_, ID_ucStatusLeft);
     ucStatusRight_.create(hwnd_, ID_ucStatusRight);
-    for (const HWND control : {txtKey_.hwnd(), txtType_.hwnd(), txtShowWrap_.hwnd(), lstHeads_.hwnd()})
-        SetWindowSubclass(control, controlProc, 1, reinterpret_cast<DWORD_PTR>(this));
+    ucStatusRight_.Change = [this] { onSourceChanged(); };
 
-    const HDC dc = GetDC(hwnd_);
-    dpi_ = static_cast<UINT>(GetDeviceCaps(dc, LOGPIXELSX));
-    ReleaseDC(hwnd_, dc);
+    focusBrush_.reset(CreateSolidBrush(kFocusColour));
+    display_ = std::make_unique<DisplaySettings>(notebook_.settingsFile, *menus_, text_);
+    display_->confirmReset = [this] {
+        return dialogs_.askYesNo(notebook_.say(u"Load default display settings?   ", u"恢复默认显示设置?   "),
+                   QuestionIcon::Question) == Answer::Yes;
+    };
+    display_->coloursChanged = [this] {
+        for (const HWND control : {text_.hwnd(), lstHeads_.hwnd(), lstInLineSrch_})
+            InvalidateRect(control, nullptr, TRUE);
+    };
+    display_->create(hwnd_, scale_.dpi());
+
+    const HWND bordered[] = {txtKey_.hwnd(), txtInline_.hwnd(), txtType_.hwnd(), lstHeads_.hwnd(),
+        text_.wrapping().hwnd(), text_.scrolling().hwnd(), lstInLineSrch_};
+    for (const HWND control : bordered) {
+        modBorderColor::subclass(control);
+        SetWindowSubclass(control, controlProc, 1, reinterpret_cast<DWORD_PTR>(this));
+    }
+    for (const WindowLabel& label : lblRemarks_)
+        SetWindowSubclass(label.hwnd(), controlProc, 1, reinterpret_cast<DWORD_PTR>(this));
+    nameControls();
     makeFonts();
+}
+
+void frmMain::createHeader()
+{
+    lblStaticBorder_ = createChild(hwnd_, L"STATIC", u"", SS_ETCHEDHORZ, ID_lblStaticBorder);
+    lblRemarks_[0].attach(createChild(
+        hwnd_, L"STATIC", notebook_.say(u"Search:", u"搜索:"), SS_NOTIFY | SS_CENTERIMAGE, ID_lblRemarks));
+    txtKey_.create(hwnd_, ID_txtKey, EditBox::Kind::OneLine);
+    lblRemarks_[1].attach(createChild(
+        hwnd_, L"STATIC", notebook_.say(u"Find:", u"查找:"), SS_NOTIFY | SS_CENTERIMAGE, ID_lblRemarks + 1));
+    txtInline_.create(hwnd_, ID_txtInline, EditBox::Kind::OneLine);
+    lblDate_.attach(createChild(hwnd_, L"STATIC", u"", SS_NOTIFY | SS_RIGHT | SS_CENTERIMAGE, ID_lblDate));
+    createUnseenLabel(hwnd_, ID_lblAccessible, titleName());
+    txtType_.create(hwnd_, ID_txtType, EditBox::Kind::OneLine);
+    createUnseenLabel(hwnd_, ID_lblAccessible + 1, sortName());
+    chkSort_.attach(createChild(hwnd_, kCheckBoxClass, u"", WS_TABSTOP | BS_AUTOCHECKBOX, ID_chkSort));
+}
+
+void frmMain::createBody()
+{
+    createUnseenLabel(hwnd_, ID_lblAccessible + 2, headingsName());
+    lstHeads_.create(hwnd_, ID_lstHeads);
+    splitter_.create(hwnd_, ID_fraSplitter);
+    splitter_.Moved = [this](int left) { dragSplitter(left); };
+    splitter_.Released = [this] { endSplitterDrag(); };
+    createUnseenLabel(hwnd_, ID_lblAccessible + 3, textName());
+    text_.create(hwnd_, ID_txtShowWrap, ID_txtShowNoWrap);
+    createUnseenLabel(hwnd_, ID_lblAccessible + 4, resultsName());
+    lstInLineSrch_ = createChild(hwnd_, L"LISTBOX", u"",
+        WS_BORDER | WS_TABSTOP | WS_VSCROLL | WS_DISABLED | LBS_NOTIFY | LBS_HASSTRINGS |
+            LBS_NOINTEGRALHEIGHT,
+        ID_lstInLineSrch);
+    ShowWindow(lstInLineSrch_, SW_HIDE);
+    shpEdge_ = createChild(hwnd_, L"STATIC", u"", SS_ETCHEDHORZ, ID_shpEdge);
+}
+
+std::u16string frmMain::titleName() const
+{
+    return notebook_.say(u"Title", u"标题");
+}
+
+std::u16string frmMain::sortName() const
+{
+    return notebook_.say(u"Oldest first", u"按时间升序");
+}
+
+std::u16string frmMain::headingsName() const
+{
+    return notebook_.say(u"Headings", u"标题列表");
+}
+
+std::u16string frmMain::textName() const
+{
+    return notebook_.say(u"Text", u"正文");
+}
+
+std::u16string frmMain::resultsName() const
+{
+    return notebook_.say(u"Matches", u"匹配结果");
+}
+
+void frmMain::nameControls() const
+{
+    setAccessibleName(txtKey_.hwnd(), notebook_.say(u"Search", u"搜索"));
+    setAccessibleName(txtInline_.hwnd(), notebook_.say(u"Find", u"查找"));
+    setAccessibleName(txtType_.hwnd(), titleName());
+    setAccessibleName(chkSort_.hwnd(), sortName());
+    setAccessibleName(lstHeads_.hwnd(), headingsName());
+    setAccessibleName(text_.wrapping().hwnd(), textName());
+    setAccessibleName(text_.scrolling().hwnd(), textName());
+    setAccessibleName(lstInLineSrch_, resultsName());
+    setAccessibleName(splitter_.hwnd(), notebook_.say(u"Splitter", u"分隔条"));
+}
+
+// The two boxes on top turn pale yellow while they have the focus; text and lists have their own colours.
+HBRUSH frmMain::colourControl(HDC dc, HWND control)
+{
+    if (control == txtKey_.hwnd() || control == txtInline_.hwnd()) {
+        if (isHighContrast())
+            return nullptr;
+        const bool focused = GetFocus() == control;
+        SetTextColor(dc, RGB(0, 0, 0));
+        SetBkColor(dc, focused ? kFocusColour : kPlainColour);
+        return focused ? focusBrush_.get() : static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
+    }
+    if (!text_.holds(control) && control != lstHeads_.hwnd() && control != lstInLineSrch_)
+        return nullptr;
+    SetTextColor(dc, display_->foreColor());
+    SetBkColor(dc, display_->backColor());
+    return display_->backBrush();
 }
 
 // Enter, Esc and Del where they are commands; the boxes' own use of all other keys stays.
@@ -64,7 +171,7 @@ bool frmMain::onControlKey(HWND control, WPARAM key)
         return true;
     }
     if (control == txtType_.hwnd() && key == VK_RETURN) {
-        txtShowWrap_.focus();
+        text_.focus();
         return true;
     }
     if (control == lstHeads_.hwnd() && key == VK_DELETE) {
@@ -79,6 +186,15 @@ bool frmMain::onControlKey(HWND control, WPARAM key)
     return false;
 }
 
+// Menus under the labels.
+bool frmMain::onControlMouse(HWND control, UINT message)
+{
+    if (control != lblRemarks_[0].hwnd())
+        return false;
+    popUpUnder(control, menus_->popUpOf(message == WM_LBUTTONUP ? ID_mnu_switchto : ID_mnu_soPopUp));
+    return true;
+}
+
 LRESULT CALLBACK frmMain::controlProc(
     HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR self)
 {
@@ -87,13 +203,25 @@ LRESULT CALLBACK frmMain::controlProc(
     switch (message) {
     case WM_GETDLGCODE: {
         const auto* key = reinterpret_cast<const MSG*>(lParam);
-        const bool oneLine = window == form->txtKey_.hwnd() || window == form->txtType_.hwnd();
+        const bool oneLine = window == form->txtKey_.hwnd() || window == form->txtType_.hwnd() ||
+            window == form->txtInline_.hwnd();
         if (oneLine && key != nullptr && (key->wParam == VK_RETURN || key->wParam == VK_ESCAPE))
             return DefSubclassProc(window, message, wParam, lParam) | DLGC_WANTALLKEYS;
-        if (window == form->txtShowWrap_.hwnd()) // entering the box does not select its whole text
+        if (form->text_.holds(window)) // entering the box does not select its whole text
             return DefSubclassProc(window, message, wParam, lParam) & ~static_cast<LRESULT>(DLGC_HASSETSEL);
         break;
     }
+    case WM_LBUTTONUP:
+    case WM_RBUTTONUP:
+        if (form->onControlMouse(window, message))
+            return 0;
+        break;
+    case WM_KEYUP:
+        if (wParam == VK_OEM_2 && GetKeyState(VK_CONTROL) < 0 && window == form->txtKey_.hwnd()) {
+            form->popUpUnder(form->lblRemarks_[0].hwnd(), form->menus_->popUpOf(ID_mnu_switchto));
+            return 0;
+        }
+        break;
     case WM_KEYDOWN:
         if (form->onControlKey(window, wParam))
             return 0;
@@ -101,7 +229,7 @@ LRESULT CALLBACK frmMain::controlProc(
     case WM_CHAR: // the keys above were treated already; the box would beep or type them
         if (wParam == kSelectAll)
             return 0;
-        if ((wParam == VK_RETURN || wParam == VK_ESCAPE) && window != form->txtShowWrap_.hwnd())
+        if ((wParam == VK_RETURN || wParam == VK_ESCAPE) && !form->text_.holds(window))
             return 0;
         break;
     case WM_NCDESTROY:

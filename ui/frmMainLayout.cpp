@@ -1,23 +1,16 @@
-// Where the controls stand. Measures are kept in twips and become pixels here, with the window's own
-// dpi.
+// Where the controls stand: the window's part in it; the rules are in layout.h.
 #include "ui/frmMain.h"
 
+#include "ui/ids.h"
 #include "ui/wide.h"
 
-#include <algorithm>
+#include <iterator>
 
 namespace vellums::ui {
 namespace {
 
-constexpr int kTwipsPerInch = 1440;
-constexpr int kGap = 60;
-constexpr int kRowHeight = 345;
-constexpr int kStatusHeight = 330;
-constexpr int kCheckWidth = 240; // the box alone: its caption is never drawn
-constexpr int kDateWidth = 2040;
-constexpr double kStatusShare = 0.382;
-constexpr double kListShare = 0.3;
 constexpr int kFontTenths = 80; // 8 points
+constexpr int kLabelMargin = 8; // pixels behind a text
 
 int textWidth(HWND label, HFONT font, const std::u16string& text)
 {
@@ -32,75 +25,123 @@ int textWidth(HWND label, HFONT font, const std::u16string& text)
 
 } // namespace
 
-int frmMain::pixels(int twips) const
-{
-    return MulDiv(twips, static_cast<int>(dpi_), kTwipsPerInch);
-}
-
 void frmMain::makeFonts()
 {
-    OwnedFont font(CreateFontW(-MulDiv(kFontTenths, static_cast<int>(dpi_), 720), 0, 0, 0, FW_NORMAL, FALSE,
-        FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY,
-        DEFAULT_PITCH | FF_SWISS, L"Tahoma"));
-    for (const HWND control : {lblRemarks_.hwnd(), txtKey_.hwnd(), chkSort_.hwnd(), lblDate_.hwnd(),
-             txtType_.hwnd(), lstHeads_.hwnd(), txtShowWrap_.hwnd()})
+    OwnedFont font(CreateFontW(-MulDiv(kFontTenths, scale_.dpi(), 720), 0, 0, 0, FW_NORMAL, FALSE, FALSE,
+        FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY,
+        DEFAULT_PITCH | FF_SWISS, wide(defaultFontName())));
+    for (const HWND control :
+        {lblRemarks_[0].hwnd(), lblRemarks_[1].hwnd(), txtKey_.hwnd(), txtInline_.hwnd(), chkSort_.hwnd(),
+            lblDate_.hwnd(), txtType_.hwnd(), lstHeads_.hwnd(), lstInLineSrch_})
         SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), TRUE);
     ucStatusLeft_.setFont(font.get());
     ucStatusRight_.setFont(font.get());
     font_ = std::move(font);
 }
 
-void frmMain::layOut(int width, int height)
+void frmMain::layOut()
 {
-    const int gap = pixels(kGap);
-    const int row = pixels(kRowHeight);
-    const int statusTop = height - pixels(kStatusHeight);
-    const int labelWidth = textWidth(lblRemarks_.hwnd(), font_.get(), lblRemarks_.text()) + gap;
-    const int dateLeft = width - gap - pixels(kDateWidth);
-    const int checkLeft = dateLeft - gap - pixels(kCheckWidth);
-    const int keyLeft = gap + labelWidth;
-    const int titleTop = 2 * gap + row;
-    const int bodyTop = titleTop + row + gap;
-    const int listWidth = static_cast<int>(width * kListShare);
-    const int textLeft = gap + listWidth + gap;
-    const int leftPanel = static_cast<int>(width * kStatusShare);
-    const int panelGap = pixels(30);
+    RECT client{};
+    GetClientRect(hwnd_, &client);
+    const double width = scale_.twips(client.right);
+    if (listShown_ && !splitter_.isDragged())
+        splitterLeft_ = splitterInWindow(splitterLeft_, width);
+
+    const auto measured = [this](const WindowLabel& label, const std::u16string& text) {
+        return scale_.twips(textWidth(label.hwnd(), font_.get(), text) + kLabelMargin);
+    };
+    LayoutInput input;
+    input.width = width;
+    input.height = scale_.twips(client.bottom);
+    input.searchLabelWidth = measured(lblRemarks_[0], lblRemarks_[0].text());
+    input.findLabelWidth = measured(lblRemarks_[1], lblRemarks_[1].text());
+    input.dateWidth = measured(lblDate_, u"2009-10-28 19:17:18");
+    input.splitterLeft = splitterLeft_;
+    input.listShown = listShown_;
+    const Layout at = computeLayout(input, scale_);
 
     struct Place {
         HWND window;
-        int x;
-        int y;
-        int width;
-        int height;
+        const RECT& rect;
     };
     const Place places[] = {
-        {lblRemarks_.hwnd(), gap, gap, labelWidth, row},
-        {txtKey_.hwnd(), keyLeft, gap, checkLeft - gap - keyLeft, row},
-        {chkSort_.hwnd(), checkLeft, gap, pixels(kCheckWidth), row},
-        {lblDate_.hwnd(), dateLeft, gap, pixels(kDateWidth), row},
-        {txtType_.hwnd(), gap, titleTop, width - 2 * gap, row},
-        {lstHeads_.hwnd(), gap, bodyTop, listWidth, statusTop - gap - bodyTop},
-        {txtShowWrap_.hwnd(), textLeft, bodyTop, width - gap - textLeft, statusTop - gap - bodyTop},
-        {ucStatusLeft_.hwnd(), 0, statusTop, leftPanel, height - statusTop},
-        {ucStatusRight_.hwnd(), leftPanel + panelGap, statusTop, width - leftPanel - panelGap,
-            height - statusTop},
+        {lblStaticBorder_, at.lblStaticBorder},
+        {lblRemarks_[0].hwnd(), at.lblSearch},
+        {txtKey_.hwnd(), at.txtKey},
+        {lblRemarks_[1].hwnd(), at.lblFind},
+        {txtInline_.hwnd(), at.txtInline},
+        {lblDate_.hwnd(), at.lblDate},
+        {txtType_.hwnd(), at.txtType},
+        {chkSort_.hwnd(), at.chkSort},
+        {lstHeads_.hwnd(), at.lstHeads},
+        {splitter_.hwnd(), at.fraSplitter},
+        {text_.wrapping().hwnd(), at.text},
+        {text_.scrolling().hwnd(), at.text},
+        {lstInLineSrch_, at.lstInLineSrch},
+        {shpEdge_, at.shpEdge},
+        {ucStatusLeft_.hwnd(), at.ucStatusLeft},
+        {ucStatusRight_.hwnd(), at.ucStatusRight},
     };
     HDWP moves = BeginDeferWindowPos(static_cast<int>(std::size(places)));
     for (const Place& place : places)
-        moves = DeferWindowPos(moves, place.window, nullptr, place.x, place.y, std::max(0, place.width),
-            std::max(0, place.height), SWP_NOZORDER | SWP_NOACTIVATE);
+        moves = DeferWindowPos(moves, place.window, nullptr, place.rect.left, place.rect.top,
+            place.rect.right - place.rect.left, place.rect.bottom - place.rect.top,
+            SWP_NOZORDER | SWP_NOACTIVATE);
     EndDeferWindowPos(moves);
 }
 
 void frmMain::onDpiChanged(UINT dpi, const RECT& suggested)
 {
-    dpi_ = dpi;
+    scale_ = Scale(dpi);
     makeFonts();
+    display_->setDpi(scale_.dpi());
     SetWindowPos(hwnd_, nullptr, suggested.left, suggested.top, suggested.right - suggested.left,
         suggested.bottom - suggested.top, SWP_NOZORDER | SWP_NOACTIVATE);
+    layOut();
+}
+
+// At the left edge the list is gone, anywhere else it is there.
+void frmMain::dragSplitter(int left)
+{
     RECT client{};
     GetClientRect(hwnd_, &client);
-    layOut(client.right, client.bottom);
+    splitterLeft_ = splitterInDrag(scale_.twips(left), scale_.twips(client.right));
+    ShowWindow(lstHeads_.hwnd(), splitterLeft_ > 0 ? SW_SHOWNA : SW_HIDE);
+    layOut();
+}
+
+void frmMain::endSplitterDrag()
+{
+    listShown_ = splitterLeft_ > 0;
+    if (listShown_)
+        listRight_ = splitterLeft_;
+    else
+        showList(false);
+    markListShown();
+}
+
+void frmMain::showList(bool shown)
+{
+    listShown_ = shown;
+    const bool hadFocus = GetFocus() == lstHeads_.hwnd();
+    if (shown)
+        splitterLeft_ = listRight_ + 2 * scale_.twipsPerPixel();
+    else
+        splitterLeft_ = 0;
+    ShowWindow(lstHeads_.hwnd(), shown ? SW_SHOWNA : SW_HIDE);
+    ShowWindow(splitter_.hwnd(), shown ? SW_SHOWNA : SW_HIDE);
+    if (!shown && hadFocus)
+        text_.focus();
+    layOut();
+    if (shown)
+        listRight_ = splitterLeft_ - 2 * scale_.twipsPerPixel();
+    markListShown();
+}
+
+void frmMain::markListShown()
+{
+    menus_->setChecked(ID_mnu_hidelst, !listShown_);
+    menus_->setCaption(ID_mnu_top + 9, listShown_ ? u"||" : u"|");
 }
 
 } // namespace vellums::ui

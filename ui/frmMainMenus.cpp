@@ -5,44 +5,75 @@
 #include "platform/files.h"
 #include "search/searchFields.h"
 #include "ui/ids.h"
+#include "ui/menuTable.h"
+#include "ui/modLstRclick.h"
 #include "ui/wide.h"
 
 namespace vellums::ui {
 namespace {
 
-constexpr std::size_t kMostFields = 256;
-
-// Shows a menu of its own and gives the chosen id; 0: none.
-int popUp(HWND owner, HMENU menu, POINT at)
-{
-    SetForegroundWindow(owner);
-    const int id = TrackPopupMenuEx(menu, TPM_RETURNCMD | TPM_RIGHTBUTTON, at.x, at.y, owner, nullptr);
-    PostMessageW(owner, WM_NULL, 0, 0);
-    return id;
-}
+constexpr int kMostFields = 256;
 
 } // namespace
+
+void frmMain::prepareMenus()
+{
+    mnu_SortOnTitle_.attach(*menus_, ID_mnu_SortOnTitle);
+    mnu_ezdel_.attach(*menus_, ID_mnu_ezdel);
+    mnu_AvailFields_.attach(
+        menus_->popUpOf(ID_mnu_soPopUp), ID_mnu_AvailFields, kMostFields, ID_mnu_SortOnTitle);
+    menus_->setChecked(ID_mnu_chkwrap, true);
+    mnu_SortOnTitle_.setChecked(
+        getPrefValue(notebook_.settingsFile, kOptionsSection, u"obTitle", u"") == u"1");
+}
 
 bool frmMain::onMenuCommand(int id)
 {
     if (importing_ && id != ID_mnu_quit) // commands wait until the import is done
         return true;
+    return onViewCommand(id) || onRecordCommand(id) || onArrayCommand(id);
+}
+
+bool frmMain::onViewCommand(int id)
+{
     switch (id) {
-    case ID_mnu_Paste:
-        commands_->capture();
-        return true;
     case ID_mnu_srchfield:
         txtKey_.focus();
         txtKey_.selectAll();
         return true;
-    case ID_mnu_import:
-        importFolder();
+    case ID_mnu_chkwrap:
+    case ID_mnu_top + 8:
+        toggleWrap();
+        return true;
+    case ID_mnu_hidelst:
+    case ID_mnu_top + 9:
+        showList(!listShown_);
         return true;
     case ID_mnu_ezdel:
         mnu_ezdel_.setChecked(!mnu_ezdel_.checked());
         return true;
+    case ID_mnu_ontop:
+        toggleOnTop();
+        return true;
+    case ID_mnu_SortOnTitle:
+        toggleSortOnTitle();
+        return true;
     case ID_mnu_quit:
         PostMessageW(hwnd_, WM_CLOSE, 0, 0);
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool frmMain::onRecordCommand(int id)
+{
+    switch (id) {
+    case ID_mnu_Paste:
+        commands_->capture();
+        return true;
+    case ID_mnu_import:
+        importFolder();
         return true;
     case ID_mnu_remdups:
         removeDuplicates();
@@ -68,55 +99,66 @@ bool frmMain::onMenuCommand(int id)
     case ID_mnu_top + 7:
         commands_->reload();
         return true;
-    case ID_mnu_SortOnTitle:
-        toggleSortOnTitle();
-        return true;
     default:
-        if (id < ID_mnu_AvailFields ||
-            static_cast<std::size_t>(id - ID_mnu_AvailFields) >= mnu_AvailFields_.size())
-            return false;
-        toggleSearchField(ports_, static_cast<std::size_t>(id - ID_mnu_AvailFields));
-        return true;
+        return false;
     }
+}
+
+// Entries of the arrays.
+bool frmMain::onArrayCommand(int id)
+{
+    if (mnu_AvailFields_.owns(id))
+        toggleSearchField(ports_, static_cast<std::size_t>(id - ID_mnu_AvailFields));
+    else if (id >= ID_mnu_fonts && id < ID_mnu_RegExChar)
+        display_->chooseFont(id - ID_mnu_fonts);
+    else if (id >= ID_mnu_sizes && id < ID_mnu_fonts)
+        display_->clickmnusizes(id - ID_mnu_sizes);
+    else
+        return false;
+    return true;
+}
+
+// Shows a menu and carries out what was chosen.
+int frmMain::popUp(HMENU menu, POINT screen)
+{
+    SetForegroundWindow(hwnd_);
+    const int id =
+        TrackPopupMenuEx(menu, TPM_RETURNCMD | TPM_RIGHTBUTTON, screen.x, screen.y, hwnd_, nullptr);
+    PostMessageW(hwnd_, WM_NULL, 0, 0);
+    if (id != 0)
+        onMenuCommand(id);
+    return id;
+}
+
+// At the label's left edge, just below it.
+void frmMain::popUpUnder(HWND label, HMENU menu)
+{
+    RECT rect{};
+    GetWindowRect(label, &rect);
+    const OwnedMenu copy = menus_->copyOf(menu); // the menu itself may hang on the bar
+    popUp(copy.get(), {rect.left, rect.bottom});
 }
 
 void frmMain::onContextMenu(HWND control, POINT screen)
 {
-    const bool byKeyboard = screen.x == -1 && screen.y == -1;
-    if (control == lstHeads_.hwnd()) {
-        if (byKeyboard) {
-            RECT rect{};
-            SendMessageW(control, LB_GETITEMRECT, static_cast<WPARAM>(std::max(0, lstHeads_.current())),
-                reinterpret_cast<LPARAM>(&rect));
-            screen = {rect.left, rect.bottom};
-            ClientToScreen(control, &screen);
-        } else if (const int entry = lstHeads_.entryAt(screen); entry >= 0) {
-            if (SendMessageW(control, LB_GETSEL, static_cast<WPARAM>(entry), 0) <= 0) {
-                lstHeads_.select(entry);
-                commands_->selectHeading();
-            }
-        }
-        const OwnedMenu menu = buildListPopup(notebook_.chinese);
-        onMenuCommand(popUp(hwnd_, menu.get(), screen));
-    } else if (control == lblRemarks_.hwnd()) {
-        showSearchOptions();
+    if (control != lstHeads_.hwnd())
+        return;
+    if (screen.x == -1 && screen.y == -1) { // from the keyboard
+        RECT rect{};
+        SendMessageW(control, LB_GETITEMRECT, static_cast<WPARAM>(std::max(0, lstHeads_.current())),
+            reinterpret_cast<LPARAM>(&rect));
+        screen = {rect.left, rect.bottom};
+        ClientToScreen(control, &screen);
+    } else {
+        POINT at = screen;
+        ScreenToClient(control, &at);
+        const std::vector<int> before = lstHeads_.selected();
+        const double perPixel = scale_.twipsPerPixel();
+        modLstRclick::selectItemUnderPoint(control, at.x * perPixel, at.y * perPixel, perPixel, perPixel);
+        if (lstHeads_.selected() != before)
+            commands_->selectHeading();
     }
-}
-
-void frmMain::showSearchOptions()
-{
-    const OwnedMenu menu(CreatePopupMenu());
-    for (std::size_t i = 0; i < mnu_AvailFields_.size() && i < kMostFields; ++i) {
-        const MenuItem& item = mnu_AvailFields_.at(i);
-        if (item.visible)
-            AppendMenuW(menu.get(), static_cast<UINT>(item.checked ? MF_CHECKED : MF_UNCHECKED),
-                ID_mnu_AvailFields + i, wide(item.caption));
-    }
-    AppendMenuW(menu.get(), static_cast<UINT>(mnu_SortOnTitle_.checked() ? MF_CHECKED : MF_UNCHECKED),
-        ID_mnu_SortOnTitle, wide(notebook_.say(u"Order by &Title", u"标题排序")));
-    RECT label{};
-    GetWindowRect(lblRemarks_.hwnd(), &label);
-    onMenuCommand(popUp(hwnd_, menu.get(), {label.left, label.bottom}));
+    popUp(menus_->popUpOf(ID_mnu_lstPopUp), screen);
 }
 
 // Menu-bar entries have no tooltips: the left panel says what they do while they are highlighted.
@@ -133,6 +175,28 @@ void frmMain::onMenuSelect(UINT id, UINT flags)
         ucStatusLeft_.setCaption(help);
     else if (std::exchange(explaining_, false))
         ucStatusLeft_.setCaption(textBeforeHelp_);
+}
+
+void frmMain::toggleWrap()
+{
+    const bool wraps = !menus_->isChecked(ID_mnu_chkwrap);
+    menus_->setChecked(ID_mnu_chkwrap, wraps);
+    menus_->setCaption(ID_mnu_top + 8, wraps ? u"Z" : u"Ξ");
+    text_.setWraps(wraps, true);
+}
+
+void frmMain::toggleOnTop()
+{
+    const bool onTop = !menus_->isChecked(ID_mnu_ontop);
+    menus_->setChecked(ID_mnu_ontop, onTop);
+    SetWindowPos(hwnd_, onTop ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+}
+
+// The tool item "O" is there while the link names a file.
+void frmMain::onSourceChanged()
+{
+    const std::u16string link = ucStatusRight_.Caption();
+    menus_->showSourceItem(!link.empty() && platform::fileExists(link));
 }
 
 void frmMain::toggleSortOnTitle()

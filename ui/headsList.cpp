@@ -31,9 +31,9 @@ private:
 
 void HeadsList::create(HWND parent, int id)
 {
-    const DWORD style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_VSCROLL | LBS_NOTIFY | LBS_EXTENDEDSEL |
-        LBS_NOINTEGRALHEIGHT | LBS_HASSTRINGS;
-    hwnd_ = CreateWindowExW(WS_EX_CLIENTEDGE, L"LISTBOX", nullptr, style, 0, 0, 0, 0, parent,
+    const DWORD style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_BORDER | WS_VSCROLL | LBS_NOTIFY |
+        LBS_EXTENDEDSEL | LBS_NOINTEGRALHEIGHT | LBS_HASSTRINGS;
+    hwnd_ = CreateWindowExW(0, L"LISTBOX", nullptr, style, 0, 0, 0, 0, parent,
         reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
 }
 
@@ -109,21 +109,6 @@ void HeadsList::select(int index)
         return;
     SendMessageW(hwnd_, LB_SETSEL, TRUE, index);
     SendMessageW(hwnd_, LB_SETCARETINDEX, static_cast<WPARAM>(index), FALSE);
-}
-
-int HeadsList::entryAt(POINT screen) const
-{
-    POINT client = screen;
-    ScreenToClient(hwnd_, &client);
-    for (int i = static_cast<int>(SendMessageW(hwnd_, LB_GETTOPINDEX, 0, 0)); i < count(); ++i) {
-        RECT rect{};
-        SendMessageW(hwnd_, LB_GETITEMRECT, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&rect));
-        if (PtInRect(&rect, client))
-            return i;
-        if (rect.top > client.y)
-            break;
-    }
-    return -1;
 }
 
 } // namespace vellums::ui

@@ -24,9 +24,6 @@ public:
     std::u16string tag() const override { return tag_; }
     void setTag(std::u16string_view tag) override { tag_ = tag; }
 
-    // The entry at a place on the screen; -1: none.
-    int entryAt(POINT screen) const;
-
 private:
     HWND hwnd_ = nullptr;
     std::u16string tag_;

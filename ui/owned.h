@@ -56,6 +56,13 @@ struct FontKind {
 };
 using OwnedFont = Owned<FontKind>;
 
+struct BrushKind {
+    using Raw = HBRUSH;
+    static Raw none() noexcept { return nullptr; }
+    static void giveBack(Raw brush) noexcept { DeleteObject(brush); }
+};
+using OwnedBrush = Owned<BrushKind>;
+
 struct AcceleratorKind {
     using Raw = HACCEL;
     static Raw none() noexcept { return nullptr; }

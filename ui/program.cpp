@@ -32,7 +32,7 @@ int programMain(const std::vector<std::u16string>& /*arguments*/, const std::u16
     notebook.provider = &provider;
     ui::frmMain window(notebook);
     status.target = &window.statusLine();
-    startUp(notebook, platform::programFolder(), platform::programName());
-    window.open({parseCommandLine(commandLine).paths}, SW_SHOWNORMAL);
+    const bool firstStart = startUp(notebook, platform::programFolder(), platform::programName());
+    window.open({parseCommandLine(commandLine).paths, firstStart}, SW_SHOWNORMAL);
     return ui::runWindow(window);
 }

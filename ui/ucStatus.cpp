@@ -140,6 +140,8 @@ void ucStatus::setCaption(const std::u16string& caption)
     setWindowText(lblCaption_, caption);
     setWindowText(hwnd_, caption); // screen readers and scripts ask the panel itself
     updateTooltip();
+    if (Change)
+        Change();
 }
 
 void ucStatus::setAlignment(vellums::ui::Alignment alignment)

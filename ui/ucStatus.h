@@ -48,6 +48,8 @@ public:
     std::function<void()> Click;
     std::function<void()> DblClick;
     std::function<void(int button, int shift, int x, int y)> MouseUp;
+    // Raised when the text has changed.
+    std::function<void()> Change;
 
     // Colours, font ("name,height in pixels"), caption and alignment; the caption is written but not read
     // back, it is filled at run time.

@@ -1,0 +1,58 @@
+#include "ui/frmInput.h"
+
+#include "ui/dialogTemplate.h"
+#include "ui/ids.h"
+#include "ui/modSetIcon.h"
+#include "ui/wide.h"
+#include "ui/windowText.h"
+
+namespace vellums::ui {
+namespace {
+
+struct Question {
+    const InputTexts& texts;
+    std::u16string answer;
+};
+
+void start(HWND dialog, const Question& question)
+{
+    SetWindowLongPtrW(dialog, DWLP_USER, reinterpret_cast<LONG_PTR>(&question));
+    modSetIcon::setIcon(dialog, modSetIcon::kTableIcon, false);
+    const HWND box = GetDlgItem(dialog, ID_frmInput_text);
+    setWindowText(box, question.texts.prefilled);
+    SendMessageW(box, EM_SETSEL, 0, -1);
+    SetFocus(box);
+}
+
+INT_PTR CALLBACK inputProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == WM_INITDIALOG) {
+        start(dialog, *reinterpret_cast<Question*>(lParam));
+        return FALSE; // the focus is where it belongs
+    }
+    if (message != WM_COMMAND || (LOWORD(wParam) != IDOK && LOWORD(wParam) != IDCANCEL))
+        return FALSE;
+    if (LOWORD(wParam) == IDOK)
+        reinterpret_cast<Question*>(GetWindowLongPtrW(dialog, DWLP_USER))->answer =
+            windowText(GetDlgItem(dialog, ID_frmInput_text));
+    EndDialog(dialog, LOWORD(wParam));
+    return TRUE;
+}
+
+} // namespace
+
+std::u16string frmInput(HWND owner, const InputTexts& texts)
+{
+    constexpr DWORD kButton = WS_TABSTOP;
+    DialogTemplate dialog(texts.caption, 190, 62, u"Tahoma", 8);
+    dialog.add(DialogControl::Label, ID_frmInput_label, texts.label, SS_LEFT, 8, 8, 174, 9);
+    dialog.add(
+        DialogControl::Edit, ID_frmInput_text, u"", WS_TABSTOP | WS_BORDER | ES_AUTOHSCROLL, 8, 20, 174, 13);
+    dialog.add(DialogControl::Button, IDOK, texts.ok, kButton | BS_DEFPUSHBUTTON, 76, 41, 50, 14);
+    dialog.add(DialogControl::Button, IDCANCEL, texts.cancel, kButton | BS_PUSHBUTTON, 132, 41, 50, 14);
+    Question question{texts, {}};
+    dialog.run(owner, inputProc, reinterpret_cast<LPARAM>(&question));
+    return question.answer;
+}
+
+} // namespace vellums::ui

@@ -1,0 +1,74 @@
+#include "ui/recordText.h"
+
+#include "ui/wide.h"
+#include "ui/windowText.h"
+
+#include <cmath>
+
+namespace vellums::ui {
+namespace {
+
+// The first character of the line at the top of the box.
+DWORD firstShown(HWND box)
+{
+    const LRESULT line = SendMessageW(box, EM_GETFIRSTVISIBLELINE, 0, 0);
+    return static_cast<DWORD>(SendMessageW(box, EM_LINEINDEX, static_cast<WPARAM>(line), 0));
+}
+
+void scrollTo(HWND box, DWORD character)
+{
+    const LRESULT line = SendMessageW(box, EM_LINEFROMCHAR, character, 0);
+    const LRESULT top = SendMessageW(box, EM_GETFIRSTVISIBLELINE, 0, 0);
+    SendMessageW(box, EM_LINESCROLL, 0, line - top);
+}
+
+} // namespace
+
+void RecordText::create(HWND parent, int wrappingId, int scrollingId)
+{
+    txtShowWrap_.create(parent, wrappingId, EditBox::Kind::Wrapping);
+    txtShowNoWrap_.create(parent, scrollingId, EditBox::Kind::Scrolling);
+    ShowWindow(txtShowNoWrap_.hwnd(), SW_HIDE);
+}
+
+void RecordText::setWraps(bool wraps, bool withFocus)
+{
+    if (wraps == wraps_)
+        return;
+    const HWND from = hwnd();
+    const bool focused = withFocus || GetFocus() == from;
+    wraps_ = wraps;
+    const HWND to = hwnd();
+
+    setWindowText(to, windowText(from));
+    DWORD start = 0;
+    DWORD end = 0;
+    SendMessageW(from, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
+    SendMessageW(to, EM_SETSEL, start, static_cast<LPARAM>(end));
+    const DWORD top = firstShown(from);
+
+    ShowWindow(to, SW_SHOW);
+    ShowWindow(from, SW_HIDE);
+    setWindowText(from, {}); // one copy of a large text is enough
+    if (focused)
+        SetFocus(to);
+    SendMessageW(to, EM_SCROLLCARET, 0, 0);
+    scrollTo(to, top);
+}
+
+void RecordText::setFont(const std::u16string& name, double points, int dpi)
+{
+    const int height = -static_cast<int>(std::lround(points * dpi / 72));
+    LOGFONTW now{};
+    if (font_.get() != nullptr && GetObjectW(font_.get(), sizeof now, &now) != 0 && now.lfHeight == height &&
+        lstrcmpiW(now.lfFaceName, wide(name)) == 0)
+        return;
+    OwnedFont font(CreateFontW(height, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
+        OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY, DEFAULT_PITCH | FF_DONTCARE, wide(name)));
+    for (const HWND box : {txtShowWrap_.hwnd(), txtShowNoWrap_.hwnd()})
+        SendMessageW(box, WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), TRUE);
+    SendMessageW(hwnd(), EM_SCROLLCARET, 0, 0);
+    font_ = std::move(font);
+}
+
+} // namespace vellums::ui
