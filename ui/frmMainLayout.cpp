@@ -128,11 +128,11 @@ void frmMain::showList(bool shown)
         splitterLeft_ = listRight_ + 2 * scale_.twipsPerPixel();
     else
         splitterLeft_ = 0;
+    layOut();
     ShowWindow(lstHeads_.hwnd(), shown ? SW_SHOWNA : SW_HIDE);
     ShowWindow(splitter_.hwnd(), shown ? SW_SHOWNA : SW_HIDE);
     if (!shown && hadFocus)
         text_.focus();
-    layOut();
     if (shown)
         listRight_ = splitterLeft_ - 2 * scale_.twipsPerPixel();
     markListShown();

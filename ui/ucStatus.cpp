@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+#include <utility>
+
 #include <windowsx.h>
 
 #include <commctrl.h>
@@ -91,8 +93,9 @@ void ucStatus::create(HWND parent, int id)
     SetWindowLongPtrW(lblCaption_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
     labelBefore_ = reinterpret_cast<WNDPROC>(
         SetWindowLongPtrW(lblCaption_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(labelProc)));
+    // Without an owner: windows that own others are not always raised above all.
     tooltip_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
-        WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, 0, 0, 0, 0, hwnd_, nullptr, program, nullptr);
+        WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, 0, 0, 0, 0, nullptr, nullptr, program, nullptr);
     TTTOOLINFOW tool{};
     tool.cbSize = TTTOOLINFOW_V1_SIZE;
     tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
@@ -230,6 +233,9 @@ LRESULT ucStatus::onPanel(UINT message, WPARAM wParam, LPARAM lParam)
         return paintLabel(reinterpret_cast<HDC>(wParam));
     case WM_SYSCOLORCHANGE:
         setBackColor(backColor_);
+        return 0;
+    case WM_DESTROY:
+        DestroyWindow(std::exchange(tooltip_, nullptr));
         return 0;
     }
     return DefWindowProcW(hwnd_, message, wParam, lParam);

@@ -149,6 +149,53 @@ void Program::press(int id, WPARAM key) const
     PostMessageW(control(id), WM_KEYUP, key, static_cast<LPARAM>(0xC0000001));
 }
 
+void Program::type(int id, WORD key, bool ctrl, bool shift) const
+{
+    // The focus of another process is changed by a thread that shares its input.
+    const DWORD thread = GetWindowThreadProcessId(window_, nullptr);
+    SetForegroundWindow(window_);
+    AttachThreadInput(GetCurrentThreadId(), thread, TRUE);
+    SetFocus(control(id));
+    AttachThreadInput(GetCurrentThreadId(), thread, FALSE);
+    std::vector<INPUT> events;
+    const auto add = [&events](WORD virtualKey, DWORD flags) {
+        INPUT event{};
+        event.type = INPUT_KEYBOARD;
+        event.ki.wVk = virtualKey;
+        event.ki.dwFlags = flags;
+        events.push_back(event);
+    };
+    if (ctrl)
+        add(VK_CONTROL, 0);
+    if (shift)
+        add(VK_SHIFT, 0);
+    add(key, 0);
+    add(key, KEYEVENTF_KEYUP);
+    if (shift)
+        add(VK_SHIFT, KEYEVENTF_KEYUP);
+    if (ctrl)
+        add(VK_CONTROL, KEYEVENTF_KEYUP);
+    SendInput(static_cast<UINT>(events.size()), events.data(), sizeof(INPUT));
+}
+
+RECT Program::place(int id) const
+{
+    RECT rect{};
+    GetWindowRect(control(id), &rect);
+    MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&rect), 2);
+    return rect;
+}
+
+bool Program::isShown(int id) const
+{
+    return IsWindowVisible(control(id)) != FALSE;
+}
+
+LRESULT Program::ask(int id, UINT message, WPARAM wParam, LPARAM lParam) const
+{
+    return send(control(id), message, wParam, lParam);
+}
+
 void Program::command(int id) const
 {
     PostMessageW(window_, WM_COMMAND, static_cast<WPARAM>(id), 0);

@@ -34,6 +34,14 @@ public:
     void setText(int id, const std::u16string& text) const;
     void press(int id, WPARAM key) const; // a key without modifiers
     void command(int id) const;           // as from a menu; posted
+    // Types a key on the keyboard of the screen, with the modifiers held; the window is brought to the
+    // front and the control gets the focus before.
+    void type(int id, WORD key, bool ctrl = false, bool shift = false) const;
+    // Where a control stands in the window, in pixels.
+    RECT place(int id) const;
+    bool isShown(int id) const;
+    // What a message to a control answers.
+    LRESULT ask(int id, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
     // Selects entries and tells the window, as a click does.
     void selectEntry(int listId, int index) const;
     void addToSelection(int listId, int index) const;

@@ -321,28 +321,5 @@ TEST_F(StrangeFolderTest, AKilledImportLeavesASoundFile)
     }
 }
 
-TEST_F(StrangeFolderTest, TheControlsFollowTheWindowsSize)
-{
-    Program program(folder.executable());
-    for (const SIZE size : {SIZE{700, 500}, SIZE{1100, 800}}) {
-        SetWindowPos(program.window(), nullptr, 0, 0, size.cx, size.cy, SWP_NOZORDER);
-        RECT client{};
-        GetClientRect(program.window(), &client);
-        const auto placed = [&](int id) {
-            RECT rect{};
-            GetWindowRect(program.control(id), &rect);
-            MapWindowPoints(nullptr, program.window(), reinterpret_cast<POINT*>(&rect), 2);
-            return rect;
-        };
-        ASSERT_TRUE(eventually([&] { return placed(ID_ucStatusRight).right == client.right; }));
-        EXPECT_EQ(placed(ID_ucStatusLeft).bottom, client.bottom);
-        EXPECT_NEAR(placed(ID_ucStatusLeft).right, client.right * 0.382, 1.5);
-        EXPECT_GT(placed(ID_txtShowWrap).left, placed(ID_lstHeads).right);
-        EXPECT_LE(placed(ID_txtShowWrap).right, client.right);
-        EXPECT_LE(placed(ID_lstHeads).bottom, placed(ID_ucStatusLeft).top);
-        EXPECT_LE(placed(ID_lblDate).right, client.right);
-    }
-}
-
 } // namespace
 } // namespace vellums::tests
