@@ -1,5 +1,5 @@
 // Starts the program on a folder of texts, runs a search, saves a picture, and says what it saw.
-// Usage: showcase.exe Vellums.exe FOLDER WORDS PICTURE.bmp
+// Usage: showcase.exe Vellums.exe FOLDER WORDS PICTURE.bmp [PICTURE-WITHOUT-LIST.bmp]
 #include "tests/windows/driver.h"
 #include "ui/ids.h"
 
@@ -22,8 +22,8 @@ void print(const char* what, const std::u16string& text)
 int wmain(int argumentCount, wchar_t** arguments)
 {
     using namespace vellums::tests;
-    if (argumentCount != 5) {
-        std::puts("Usage: showcase.exe Vellums.exe FOLDER WORDS PICTURE.bmp");
+    if (argumentCount != 5 && argumentCount != 6) {
+        std::puts("Usage: showcase.exe Vellums.exe FOLDER WORDS PICTURE.bmp [PICTURE-WITHOUT-LIST.bmp]");
         return 2;
     }
     Program program(arguments[1], L"\"" + std::wstring(arguments[2]) + L"\"");
@@ -50,7 +50,13 @@ int wmain(int argumentCount, wchar_t** arguments)
     SetForegroundWindow(program.window());
     UpdateWindow(program.window());
     Sleep(300); // for the picture: the screen is drawn a moment later
-    const bool saved = savePicture(program.window(), arguments[4]);
+    bool saved = savePicture(program.window(), arguments[4]);
+    if (argumentCount == 6) {
+        program.command(ID_mnu_hidelst);
+        eventually([&] { return !program.isShown(ID_lstHeads); });
+        Sleep(300);
+        saved = savePicture(program.window(), arguments[5]) && saved;
+    }
     program.close();
     return saved ? 0 : 1;
 }

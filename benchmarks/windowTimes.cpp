@@ -1,0 +1,150 @@
+// What the window costs beside the bare calls of the system, and how soon the program can be used.
+//
+//   windowTimes Vellums.exe FOLDER
+//
+// Fills 32,767 headings and sets a text of a million characters, each beside the same calls without
+// anything around them; starts the program on an empty notebook in FOLDER beside the system's notepad.
+#include "tests/windows/driver.h"
+#include "ui/editBox.h"
+#include "ui/headsList.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+
+namespace {
+
+using namespace vellums;
+using Clock = std::chrono::steady_clock;
+
+constexpr int kRuns = 11;
+constexpr int kHeadings = 32767;
+
+template <typename Work>
+double milliseconds(Work&& work)
+{
+    const auto begin = Clock::now();
+    work();
+    return std::chrono::duration<double, std::milli>(Clock::now() - begin).count();
+}
+
+double median(std::vector<double> times)
+{
+    std::sort(times.begin(), times.end());
+    return times[times.size() / 2];
+}
+
+// Both in turns.
+template <typename Own, typename Bare>
+void compare(const char* what, Own&& own, const char* yardstick, Bare&& bare)
+{
+    std::vector<double> ours;
+    std::vector<double> theirs;
+    for (int i = 0; i < kRuns; ++i) {
+        ours.push_back(own());
+        theirs.push_back(bare());
+    }
+    std::printf("%-34s %8.1f ms   %-28s %8.1f ms   ratio %5.2f\n", what, median(ours), yardstick,
+        median(theirs), median(ours) / median(theirs));
+    std::fflush(stdout);
+}
+
+void bareFill(HWND list, const std::vector<ListEntry>& entries)
+{
+    SendMessageW(list, WM_SETREDRAW, FALSE, 0);
+    SendMessageW(list, LB_RESETCONTENT, 0, 0);
+    SendMessageW(list, LB_INITSTORAGE, entries.size(), static_cast<LPARAM>(entries.size() * 64));
+    for (std::size_t i = 0; i < entries.size(); ++i) {
+        SendMessageW(list, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(entries[i].text.c_str()));
+        SendMessageW(list, LB_SETITEMDATA, i, entries[i].datum);
+    }
+    SendMessageW(list, WM_SETREDRAW, TRUE, 0);
+}
+
+void measureControls()
+{
+    const HWND parent = CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 900, 700,
+        nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
+    ui::HeadsList list;
+    list.create(parent, 1);
+    MoveWindow(list.hwnd(), 0, 0, 300, 600, TRUE);
+    std::vector<ListEntry> entries;
+    for (int i = 0; i < kHeadings; ++i)
+        entries.push_back({u"Heading of a note 标题 " + std::u16string(i % 20, u'x'), i});
+    compare(
+        "32,767 headings, our list", [&] { return milliseconds([&] { list.fill(entries); }); },
+        "bare list-box calls", [&] { return milliseconds([&] { bareFill(list.hwnd(), entries); }); });
+
+    ui::EditBox box;
+    box.create(parent, 2, ui::EditBox::Kind::Wrapping);
+    MoveWindow(box.hwnd(), 300, 0, 500, 600, TRUE);
+    std::u16string text;
+    while (text.size() < 1000000)
+        text += u"A line of a long text, as people keep them: 中文 and Latin.\r\n";
+    compare(
+        "a million characters, our box", [&] { return milliseconds([&] { box.setText(text); }); },
+        "bare SetWindowTextW",
+        [&] {
+            return milliseconds(
+                [&] { SetWindowTextW(box.hwnd(), reinterpret_cast<const wchar_t*>(text.c_str())); });
+        });
+    DestroyWindow(parent);
+}
+
+// Until a visible window of the process answers messages.
+double startTime(const std::wstring& commandLine)
+{
+    std::wstring line = commandLine;
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION process{};
+    const double time = milliseconds([&] {
+        CreateProcessW(
+            nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process);
+        struct Search {
+            DWORD process;
+            HWND window;
+        } search{process.dwProcessId, nullptr};
+        while (search.window == nullptr) {
+            EnumWindows(
+                [](HWND window, LPARAM parameter) CALLBACK -> BOOL {
+                    auto* wanted = reinterpret_cast<Search*>(parameter);
+                    DWORD owner = 0;
+                    GetWindowThreadProcessId(window, &owner);
+                    if (owner == wanted->process && IsWindowVisible(window) && GetMenu(window) != nullptr)
+                        wanted->window = window;
+                    return wanted->window == nullptr;
+                },
+                reinterpret_cast<LPARAM>(&search));
+            if (search.window == nullptr)
+                Sleep(1);
+        }
+        DWORD_PTR answer = 0;
+        SendMessageTimeoutW(search.window, WM_NULL, 0, 0, SMTO_NORMAL, 20000, &answer);
+    });
+    TerminateProcess(process.hProcess, 0);
+    WaitForSingleObject(process.hProcess, 5000);
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+    return time;
+}
+
+} // namespace
+
+int wmain(int count, wchar_t** arguments)
+{
+    if (count != 3) {
+        std::puts("Usage: windowTimes Vellums.exe FOLDER");
+        return 2;
+    }
+    std::printf("medians of %d runs in turns\n", kRuns);
+    measureControls();
+    const std::wstring program = std::wstring(arguments[2]) + L"\\Vellums.exe";
+    CopyFileW(arguments[1], program.c_str(), FALSE);
+    startTime(L"\"" + program + L"\""); // makes the notebook
+    startTime(L"notepad.exe");
+    compare(
+        "start to a usable window", [&] { return startTime(L"\"" + program + L"\""); },
+        "the system's notepad", [] { return startTime(L"notepad.exe"); });
+    return 0;
+}
