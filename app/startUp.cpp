@@ -79,13 +79,16 @@ void useDatabaseOfProgramFolder(Notebook& notebook)
 
 } // namespace
 
-void startUp(Notebook& notebook, const std::u16string& appDir, const std::u16string& exeName)
+void startUp(Notebook& notebook, const std::u16string& appDir, const std::u16string& exeName,
+    const std::function<void(Notebook&)>& chooseProvider)
 {
     notebook.appDir = withoutEnd(appDir);
     notebook.exeName = exeName;
     notebook.settingsFile = inFolder(notebook.appDir, exeName + u".ini");
     notebook.logFile = inFolder(notebook.appDir, exeName + u".log");
     notebook.handOverFile = inFolder(notebook.appDir, u"snippet.tmp");
+    if (chooseProvider)
+        chooseProvider(notebook);
     notebook.chinese = systemLanguage(notebook.settingsFile).chinese;
     if (!useStoredDatabase(notebook))
         useDatabaseOfProgramFolder(notebook);

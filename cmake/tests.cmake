@@ -9,17 +9,37 @@ target_compile_definitions(test_support PUBLIC
 # The tests take longer to compile than to run.
 target_compile_options(test_support PUBLIC -O0 -g1)
 
+# Under Windows the notebook's tests have a main of their own, which runs them through the ADO client as
+# well, against doubles of the objects that Access brings.
+set(notebook_folders store app search maint io)
+if(WIN32)
+  add_library(ado_doubles STATIC tests/ado/adoDoubles.cpp tests/ado/adoxDoubles.cpp tests/ado/daoDouble.cpp
+    tests/ado/double.cpp tests/ado/registration.cpp tests/ado/variantOfValue.cpp)
+  target_link_libraries(ado_doubles PUBLIC store)
+  add_library(notebook_main STATIC tests/ado/client/main.cpp)
+  target_link_libraries(notebook_main PUBLIC ado_doubles test_support)
+endif()
+
 function(test_folder folder)
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS tests/${folder}/*.cpp)
   if(NOT sources)
     return()
   endif()
   add_executable(${folder}_tests ${sources})
-  target_link_libraries(${folder}_tests PRIVATE test_support ${ARGN} GTest::gmock_main)
+  set(main GTest::gmock_main)
+  if(WIN32 AND folder IN_LIST notebook_folders)
+    set(main notebook_main)
+  endif()
+  target_link_libraries(${folder}_tests PRIVATE test_support ${ARGN} ${main})
   if(CMAKE_CROSSCOMPILING)
     add_test(NAME ${folder} COMMAND ${folder}_tests)
     set_tests_properties(${folder} PROPERTIES TIMEOUT 300 PASS_REGULAR_EXPRESSION "\\[  PASSED  \\]"
       FAIL_REGULAR_EXPRESSION "\\[  FAILED  \\]")
+    if(main STREQUAL notebook_main)
+      add_test(NAME ${folder}_ado COMMAND ${folder}_tests --client=ado)
+      set_tests_properties(${folder}_ado PROPERTIES TIMEOUT 300 RESOURCE_LOCK classes LABELS ado
+        PASS_REGULAR_EXPRESSION "\\[  PASSED  \\]" FAIL_REGULAR_EXPRESSION "\\[  FAILED  \\]")
+    endif()
   else()
     gtest_discover_tests(${folder}_tests PROPERTIES TIMEOUT 300)
   endif()
