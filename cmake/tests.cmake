@@ -49,6 +49,16 @@ foreach(folder platform jet store app search maint io cli)
   test_folder(${folder})
 endforeach()
 
+# The ADO client itself, and the routine for late-bound COM.
+if(WIN32)
+  file(GLOB ado_tests CONFIGURE_DEPENDS tests/ado/*Test.cpp)
+  add_executable(ado_tests ${ado_tests})
+  target_link_libraries(ado_tests PRIVATE ado_doubles test_support GTest::gmock_main)
+  add_test(NAME ado COMMAND ado_tests)
+  set_tests_properties(ado PROPERTIES TIMEOUT 300 RESOURCE_LOCK classes LABELS ado
+    PASS_REGULAR_EXPRESSION "\\[  PASSED  \\]" FAIL_REGULAR_EXPRESSION "\\[  FAILED  \\]")
+endif()
+
 # What independent readers of Access files find in ours and in those of other programs. Skipped where a
 # reader or the files are absent.
 if(NOT CMAKE_CROSSCOMPILING)

@@ -1,6 +1,7 @@
 #include "tests/ado/adoxDoubles.h"
 
 #include "platform/clock.h"
+#include "platform/files.h"
 #include "platform/text.h"
 #include "tests/ado/adoDoubles.h"
 
@@ -10,6 +11,7 @@ namespace {
 using platform::Variant;
 
 constexpr std::int32_t kNullable = 2; // a bit of Attributes
+constexpr HRESULT kDuplicateSource = -2147217897;
 
 [[noreturn]] void refuseItem()
 {
@@ -138,6 +140,8 @@ void CatalogDouble::create(const std::u16string& connectionString)
         provider == u"Microsoft.Jet.OLEDB.4.0" && keyword(connectionString, u"Jet OLEDB:Engine Type") == u"5";
     if (!jet4 && provider != u"Microsoft.ACE.OLEDB.12.0")
         refuse(3706, u"Provider cannot be found. It may not be properly installed.");
+    if (platform::fileExists(path))
+        refuse(kDuplicateSource, u"Database already exists.");
     jet::createDatabase(path, jet4 ? jet::FileFormat::Jet4 : jet::FileFormat::Ace12, platform::oleNow());
     connect(connectionString);
 }
