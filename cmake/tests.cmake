@@ -13,9 +13,6 @@ target_compile_options(test_support PUBLIC -O0 -g1)
 # well, against doubles of the objects that Access brings.
 set(notebook_folders store app search maint io)
 if(WIN32)
-  add_library(ado_doubles STATIC tests/ado/adoDoubles.cpp tests/ado/adoxDoubles.cpp tests/ado/daoDouble.cpp
-    tests/ado/double.cpp tests/ado/registration.cpp tests/ado/variantOfValue.cpp)
-  target_link_libraries(ado_doubles PUBLIC store)
   add_library(notebook_main STATIC tests/ado/client/main.cpp)
   target_link_libraries(notebook_main PUBLIC ado_doubles test_support)
 endif()
