@@ -91,6 +91,15 @@ TEST_F(AdoProviders, MeetAStrictDouble)
     EXPECT_EQ(refused([&] { connection.call(u"Close"); }), 3704);
     const ComObject command = ComObject::create(u"ADODB.Command");
     EXPECT_EQ(refused([&] { command.call(u"Execute"); }), 3709);
+
+    const ComObject catalogue = ComObject::create(u"ADOX.Catalog");
+    catalogue.call(u"Create", {u"Provider=Microsoft.ACE.OLEDB.12.0;Data Source=" + path(u"a.mdb")});
+    const ComObject table = ComObject::create(u"ADOX.Table");
+    table.put(u"Name", u"T");
+    table.getObject(u"Columns").call(u"Append", {u"A", 202});
+    catalogue.getObject(u"Tables").call(u"Append", {table});
+    const ComObject appended = table.getObject(u"Columns").item(u"A");
+    EXPECT_EQ(refused([&] { appended.put(u"Attributes", 3); }), 3219) << "too late";
 }
 
 struct CompactCase {
