@@ -79,13 +79,16 @@ bool useDatabaseOfProgramFolder(Notebook& notebook)
 
 } // namespace
 
-bool startUp(Notebook& notebook, const std::u16string& appDir, const std::u16string& exeName)
+bool startUp(Notebook& notebook, const std::u16string& appDir, const std::u16string& exeName,
+    const std::function<void(Notebook&)>& chooseProvider)
 {
     notebook.appDir = withoutEnd(appDir);
     notebook.exeName = exeName;
     notebook.settingsFile = inFolder(notebook.appDir, exeName + u".ini");
     notebook.logFile = inFolder(notebook.appDir, exeName + u".log");
     notebook.handOverFile = inFolder(notebook.appDir, u"snippet.tmp");
+    if (chooseProvider)
+        chooseProvider(notebook);
     notebook.chinese = systemLanguage(notebook.settingsFile).chinese;
     const bool created = !useStoredDatabase(notebook) && useDatabaseOfProgramFolder(notebook);
     notebook.dbTable = preference(notebook, u"dbTable", u"");

@@ -101,6 +101,7 @@ std::u16string generalHelp()
         u"  --             what follows is no option\n\n"
         u"Texts are UTF-8. Rows are separated by tabs under a line of column names; \\t \\n \\r \\\\ stand\n"
         u"for tab, line feed, carriage return and backslash, \\N for no value.\n"
+        u"The program's own engine serves every database, whether Access is installed or not.\n"
         u"Exit status: 0 done, 1 failed (a line on standard error says why), 2 wrong usage.\n";
 }
 

@@ -50,4 +50,9 @@ void Session::OneFile::createDatabase(const std::u16string& path, const std::u16
     EmbeddedProvider().createDatabase(path, table);
 }
 
+void Session::OneFile::compact(const std::u16string& source, const std::u16string& destination) const
+{
+    EmbeddedProvider().compact(source, destination);
+}
+
 } // namespace vellums::cli

@@ -43,6 +43,7 @@ private:
         }
         std::unique_ptr<Connection> open(const std::u16string& connectionString) const override;
         void createDatabase(const std::u16string& path, const std::u16string& table) const override;
+        void compact(const std::u16string& source, const std::u16string& destination) const override;
 
     private:
         std::u16string file_;

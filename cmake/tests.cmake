@@ -9,17 +9,34 @@ target_compile_definitions(test_support PUBLIC
 # The tests take longer to compile than to run.
 target_compile_options(test_support PUBLIC -O0 -g1)
 
+# Under Windows the notebook's tests have a main of their own, which runs them through the ADO client as
+# well, against doubles of the objects that Access brings.
+set(notebook_folders store app search maint io)
+if(WIN32)
+  add_library(notebook_main STATIC tests/ado/client/main.cpp)
+  target_link_libraries(notebook_main PUBLIC ado_doubles test_support)
+endif()
+
 function(test_folder folder)
   file(GLOB_RECURSE sources CONFIGURE_DEPENDS tests/${folder}/*.cpp)
   if(NOT sources)
     return()
   endif()
   add_executable(${folder}_tests ${sources})
-  target_link_libraries(${folder}_tests PRIVATE test_support ${ARGN} GTest::gmock_main)
+  set(main GTest::gmock_main)
+  if(WIN32 AND folder IN_LIST notebook_folders)
+    set(main notebook_main)
+  endif()
+  target_link_libraries(${folder}_tests PRIVATE test_support ${ARGN} ${main})
   if(CMAKE_CROSSCOMPILING)
     add_test(NAME ${folder} COMMAND ${folder}_tests)
     set_tests_properties(${folder} PROPERTIES TIMEOUT 300 PASS_REGULAR_EXPRESSION "\\[  PASSED  \\]"
       FAIL_REGULAR_EXPRESSION "\\[  FAILED  \\]")
+    if(main STREQUAL notebook_main)
+      add_test(NAME ${folder}_ado COMMAND ${folder}_tests --client=ado)
+      set_tests_properties(${folder}_ado PROPERTIES TIMEOUT 300 RESOURCE_LOCK classes LABELS ado
+        PASS_REGULAR_EXPRESSION "\\[  PASSED  \\]" FAIL_REGULAR_EXPRESSION "\\[  FAILED  \\]")
+    endif()
   else()
     gtest_discover_tests(${folder}_tests PROPERTIES TIMEOUT 300)
   endif()
@@ -28,6 +45,16 @@ endfunction()
 foreach(folder platform jet store app search maint io cli)
   test_folder(${folder})
 endforeach()
+
+# The ADO client itself, and the routine for late-bound COM.
+if(WIN32)
+  file(GLOB ado_tests CONFIGURE_DEPENDS tests/ado/*Test.cpp)
+  add_executable(ado_tests ${ado_tests})
+  target_link_libraries(ado_tests PRIVATE ado_doubles test_support GTest::gmock_main)
+  add_test(NAME ado COMMAND ado_tests)
+  set_tests_properties(ado PROPERTIES TIMEOUT 300 RESOURCE_LOCK classes LABELS ado
+    PASS_REGULAR_EXPRESSION "\\[  PASSED  \\]" FAIL_REGULAR_EXPRESSION "\\[  FAILED  \\]")
+endif()
 
 # What independent readers of Access files find in ours and in those of other programs. Skipped where a
 # reader or the files are absent.

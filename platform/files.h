@@ -80,6 +80,9 @@ std::optional<std::uint64_t> fileSize(const std::u16string& path);
 std::optional<double> fileModified(const std::u16string& path);
 // False when it could not be removed; a missing file counts as removed.
 bool removeFile(const std::u16string& path);
+// Copies the bytes into a new file, flushed to the disk. Throws FileError (Exists, too); an unfinished
+// copy may be left.
+void copyFile(const std::u16string& from, const std::u16string& to);
 // Moves over an existing file, atomically, flushed to the disk. Throws FileError.
 void replaceFile(const std::u16string& from, const std::u16string& to);
 // Makes the entry of a new or removed file in its folder last; nothing to do on Windows.

@@ -30,7 +30,7 @@ struct ProviderError : std::exception {
     std::int32_t number;        // as Err.Number would show it
 };
 
-// What a statement gave back, read forward once.
+// What a statement gave back, read forward once, while its connection is open.
 class Recordset {
 public:
     virtual ~Recordset() = default;
@@ -51,7 +51,8 @@ public:
     virtual ~Connection() = default;
     // Runs one statement that gives rows. Throws ProviderError.
     virtual std::unique_ptr<Recordset> query(std::u16string_view sql) = 0;
-    // Runs one statement; gives the number of rows it changed. Throws ProviderError.
+    // Runs one statement; gives the number of rows it changed, -1 where a provider does not tell. Throws
+    // ProviderError.
     virtual std::int32_t execute(std::u16string_view sql) = 0;
     // The tables in the order of the provider's schema. Throws ProviderError.
     virtual std::vector<SchemaTable> tables() = 0;
@@ -71,6 +72,9 @@ public:
     // Makes a database file (full path) with one empty snippet table, whole or not at all. Throws
     // ProviderError.
     virtual void createDatabase(const std::u16string& path, const std::u16string& table) const = 0;
+    // Writes a compacted copy of a database file. Both are full paths; the destination must not exist.
+    // Throws ProviderError; the source is as it was, an unfinished destination may be left.
+    virtual void compact(const std::u16string& source, const std::u16string& destination) const = 0;
 };
 
 } // namespace vellums

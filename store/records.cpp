@@ -59,8 +59,12 @@ std::u16string textOf(const Value& value)
 std::int32_t lastIdentity(Connection& connection)
 {
     const auto rows = connection.query(u"SELECT @@IDENTITY");
-    const auto* number = rows->next() ? std::get_if<std::int32_t>(&rows->value(0)) : nullptr;
-    return number == nullptr ? 0 : *number;
+    if (!rows->next())
+        return 0;
+    if (const auto* number = std::get_if<std::int32_t>(&rows->value(0)))
+        return *number;
+    const auto* wide = std::get_if<jet::Decimal>(&rows->value(0)); // of a server
+    return wide != nullptr && wide->scale == 0 ? static_cast<std::int32_t>(wide->magnitude[3]) : 0;
 }
 
 std::u16string stampNow()

@@ -1,9 +1,10 @@
 // The window program.
 #include "app/commandLine.h"
+#include "app/engines.h"
 #include "app/startUp.h"
 #include "platform/entryPoint.h"
 #include "platform/programPath.h"
-#include "store/embedded/embeddedProvider.h"
+#include "store/ado/adoProvider.h"
 #include "ui/frmMain.h"
 
 #include <commctrl.h>
@@ -11,10 +12,18 @@
 
 namespace {
 
-// OLE for the folder dialog, for as long as the program runs.
+// OLE for the folder dialog and for installed providers, for as long as the program runs.
 struct Ole {
-    Ole() { OleInitialize(nullptr); }
-    ~Ole() { OleUninitialize(); }
+    Ole()
+        : result(OleInitialize(nullptr))
+    {
+    }
+    ~Ole()
+    {
+        if (SUCCEEDED(result))
+            OleUninitialize();
+    }
+    HRESULT result;
 };
 
 } // namespace
@@ -26,13 +35,14 @@ int programMain(const std::vector<std::u16string>& /*arguments*/, const std::u16
     const INITCOMMONCONTROLSEX controls{sizeof controls, ICC_WIN95_CLASSES | ICC_STANDARD_CLASSES};
     InitCommonControlsEx(&controls);
 
-    const EmbeddedProvider provider;
+    Engines engines({[](const std::u16string& id) { return AdoProvider::usable(id); },
+        [](const std::u16string& id) { return std::make_unique<AdoProvider>(id); }});
     ui::LateStatus status;
     Notebook notebook(status);
-    notebook.provider = &provider;
     ui::frmMain window(notebook);
     status.target = &window.statusLine();
-    const bool firstStart = startUp(notebook, platform::programFolder(), platform::programName());
+    const bool firstStart = startUp(notebook, platform::programFolder(), platform::programName(),
+        [&](Notebook& started) { engines.serve(started); });
     window.open({parseCommandLine(commandLine).paths, firstStart}, SW_SHOWNORMAL);
     return ui::runWindow(window);
 }

@@ -81,4 +81,9 @@ void EmbeddedProvider::createDatabase(const std::u16string& path, const std::u16
     });
 }
 
+void EmbeddedProvider::compact(const std::u16string&, const std::u16string&) const
+{
+    throw ProviderError(u"The embedded engine cannot compact databases yet.", jet::kFail);
+}
+
 } // namespace vellums

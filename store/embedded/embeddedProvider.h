@@ -11,6 +11,7 @@ public:
     std::unique_ptr<Connection> open(const std::u16string& connectionString) const override;
     // .accdb files get the ACE format, all others that of Jet 4.
     void createDatabase(const std::u16string& path, const std::u16string& table) const override;
+    void compact(const std::u16string& source, const std::u16string& destination) const override;
 };
 
 } // namespace vellums

@@ -8,7 +8,7 @@
 #include "platform/text.h"
 #include "store/catalogue.h"
 #include "store/connectionString.h"
-#include "store/embedded/embeddedProvider.h"
+#include "tests/support/client.h"
 #include "tests/support/temporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -49,7 +49,7 @@ protected:
     }
 
     tests::TemporaryFolder folder_;
-    EmbeddedProvider provider_;
+    const Provider& provider_ = tests::client();
     std::u16string appDir_ = folder_.makeFolder(u"app");
     Texts shown_;
 

@@ -31,8 +31,8 @@ TestNotebook::TestNotebook(const std::u16string& fileName, const std::u16string&
     : file_(folder_.file(fileName))
     , notebook_(*this)
 {
-    provider_.createDatabase(file_, table);
-    notebook_.provider = &provider_;
+    client().createDatabase(file_, table);
+    notebook_.provider = &client();
     notebook_.appDir = folder_.path();
     notebook_.exeName = u"Vellums";
     notebook_.settingsFile = folder_.file(u"Vellums.ini");

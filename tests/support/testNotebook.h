@@ -1,8 +1,8 @@
-// A notebook with a database of its own, served by the embedded engine.
+// A notebook with a database of its own, served by the client that the tests run through.
 #pragma once
 
-#include "store/embedded/embeddedProvider.h"
 #include "store/notebook.h"
+#include "tests/support/client.h"
 #include "tests/support/temporaryFolder.h"
 
 #include <string>
@@ -35,7 +35,6 @@ private:
 
     TemporaryFolder folder_;
     std::u16string file_;
-    EmbeddedProvider provider_;
     Notebook notebook_;
     std::vector<std::u16string> shown_;
 };

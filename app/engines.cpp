@@ -1,0 +1,43 @@
+#include "app/engines.h"
+
+#include "app/settings.h"
+#include "platform/registry.h"
+#include "platform/text.h"
+
+namespace vellums {
+namespace {
+
+constexpr std::u16string_view kAceProvider = u"Microsoft.ACE.OLEDB.12.0";
+constexpr std::u16string_view kAceClassKey =
+    u"SOFTWARE\\Classes\\CLSID\\{3BE786A0-0366-4F5C-9434-25CF162E475E}";
+
+} // namespace
+
+std::u16string detectedProviderId(std::u16string_view registeredName)
+{
+    return registeredName == kAceProvider ? u"104" : u"103";
+}
+
+EngineChoice chooseEngine(std::u16string_view wish, const std::u16string& detectedId,
+    const std::function<bool(const std::u16string&)>& usable)
+{
+    if (platform::equalNoCase(wish, u"embedded"))
+        return {};
+    if (platform::equalNoCase(wish, u"ado") || usable(detectedId))
+        return {false, detectedId};
+    return {};
+}
+
+void Engines::serve(Notebook& notebook)
+{
+    const std::u16string wish = getPrefValue(notebook.settingsFile, kOptionsSection, u"engine", u"auto");
+    // The view of this program's own bitness, which is the one that creates objects in it.
+    const platform::RegistryText registered =
+        platform::readRegistry(platform::RegistryRoot::LocalMachine, kAceClassKey, u"");
+    const EngineChoice choice = chooseEngine(wish, detectedProviderId(registered.text), installed_.usable);
+    notebook.providerId = choice.providerId;
+    chosen_ = choice.embedded ? nullptr : installed_.make(choice.providerId);
+    notebook.provider = chosen_ ? chosen_.get() : &embedded_;
+}
+
+} // namespace vellums

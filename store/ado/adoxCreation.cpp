@@ -1,0 +1,132 @@
+#include "store/ado/adoxCreation.h"
+
+#include "platform/files.h"
+#include "store/ado/adoState.h"
+#include "store/ado/sourceValue.h"
+#include "store/ado/throughCom.h"
+
+namespace vellums {
+namespace {
+
+using platform::ComObject;
+
+// Types and attributes as ADOX numbers them.
+constexpr std::int32_t kInteger = 3;
+constexpr std::int32_t kDate = 7;
+constexpr std::int32_t kText = 202;
+constexpr std::int32_t kMemo = 203;
+constexpr std::int32_t kFixedNullable = 3;
+
+struct SnippetColumn {
+    const char16_t* name;
+    std::int32_t type;
+    std::int32_t size; // 0: the provider's default
+};
+
+// Those behind ID.
+constexpr SnippetColumn kColumns[] = {
+    {u"VLHEAD", kText, 0},
+    {u"VLTEXT", kMemo, 0},
+    {u"VLTYPE", kText, 0},
+    {u"VLDATE", kDate, 0},
+    {u"VLLINK", kText, 0},
+    {u"VLMD5", kText, 32},
+};
+
+std::u16string creationString(std::u16string_view providerId, const std::u16string& path)
+{
+    if (providerId == u"103")
+        return u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + sourceValue(path) +
+            u";Jet OLEDB:Engine Type=5;";
+    return u"Provider=Microsoft.ACE.OLEDB.12.0;Data Source=" + sourceValue(path);
+}
+
+// A catalogue. Its connection, which would keep the file open, is closed by the destructor.
+class OpenCatalogue {
+public:
+    OpenCatalogue()
+        : catalogue_(ComObject::create(u"ADOX.Catalog"))
+    {
+    }
+    OpenCatalogue(const OpenCatalogue&) = delete;
+    OpenCatalogue& operator=(const OpenCatalogue&) = delete;
+    ~OpenCatalogue()
+    {
+        try {
+            closeAdo(catalogue_.getObject(u"ActiveConnection"));
+        } catch (...) { // there is none
+        }
+    }
+    const ComObject& operator*() const { return catalogue_; }
+    const ComObject* operator->() const { return &catalogue_; }
+
+private:
+    ComObject catalogue_;
+};
+
+// The provider's own properties are there only once the column knows its catalogue.
+void appendId(const ComObject& catalogue, const ComObject& columns)
+{
+    const ComObject id = ComObject::create(u"ADOX.Column");
+    id.put(u"Name", u"ID");
+    id.put(u"Type", kInteger);
+    id.putRef(u"ParentCatalog", catalogue);
+    id.getObject(u"Properties").item(u"Autoincrement").put(u"Value", true);
+    columns.call(u"Append", {id});
+}
+
+void appendIndex(const ComObject& table)
+{
+    const ComObject index = ComObject::create(u"ADOX.Index");
+    index.put(u"Name", u"VLIDX");
+    index.put(u"Unique", true);
+    index.getObject(u"Columns").call(u"Append", {u"ID"});
+    table.getObject(u"Indexes").call(u"Append", {index});
+}
+
+// VLDATE keeps its attributes: it is made without the nullable flag.
+void appendColumn(const ComObject& columns, const SnippetColumn& column)
+{
+    if (column.size == 0)
+        columns.call(u"Append", {column.name, column.type});
+    else
+        columns.call(u"Append", {column.name, column.type, column.size});
+    if (column.type == kText || column.type == kMemo)
+        columns.item(column.name).put(u"Attributes", kFixedNullable);
+}
+
+void appendTable(const ComObject& catalogue, const std::u16string& name)
+{
+    const ComObject table = ComObject::create(u"ADOX.Table");
+    table.put(u"Name", name);
+    table.putRef(u"ParentCatalog", catalogue);
+    const ComObject columns = table.getObject(u"Columns");
+    appendId(catalogue, columns);
+    appendIndex(table);
+    for (const SnippetColumn& column : kColumns)
+        appendColumn(columns, column);
+    catalogue.getObject(u"Tables").call(u"Append", {table});
+}
+
+} // namespace
+
+void createWithAdox(std::u16string_view providerId, const std::u16string& path, const std::u16string& table)
+{
+    const std::u16string connectionString = creationString(providerId, path);
+    bool made = false;
+    try {
+        throughCom([&] {
+            const OpenCatalogue catalogue;
+            catalogue->call(u"Create", {connectionString});
+            made = true;
+            catalogue->put(u"ActiveConnection", connectionString);
+            appendTable(*catalogue, table);
+        });
+    } catch (...) {
+        if (made)
+            platform::removeFile(path);
+        throw;
+    }
+}
+
+} // namespace vellums

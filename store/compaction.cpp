@@ -1,0 +1,139 @@
+#include "store/compaction.h"
+
+#include "platform/files.h"
+#include "platform/text.h"
+#include "store/accessFile.h"
+
+namespace vellums {
+namespace {
+
+// A file that is removed when the work is over, however it ends.
+class PassingFile {
+public:
+    explicit PassingFile(std::u16string path)
+        : path_(std::move(path))
+    {
+        platform::removeFile(path_); // of a run that was cut off
+    }
+    PassingFile(const PassingFile&) = delete;
+    PassingFile& operator=(const PassingFile&) = delete;
+    ~PassingFile() { platform::removeFile(path_); }
+    const std::u16string& path() const { return path_; }
+
+private:
+    std::u16string path_;
+};
+
+struct Sizes {
+    std::uint64_t before = 0;
+    std::uint64_t after = 0;
+};
+
+struct NotCompacted {
+    std::u16string reason;
+};
+
+std::u16string temporaryPath(const Notebook& notebook)
+{
+    std::u16string path = notebook.appDir;
+    if (!path.empty() && platform::lastSeparator(path) != path.size() - 1)
+        path += platform::separator();
+    return path + u"temp.cdb";
+}
+
+std::u16string reasonOf(const Notebook& notebook, platform::FileFault fault)
+{
+    using platform::FileFault;
+    switch (fault) {
+    case FileFault::NotFound:
+    case FileFault::FolderNotFound:
+        return notebook.say(u"The file is not there.", u"文件不存在。");
+    case FileFault::InUse:
+        return notebook.say(u"Another program has the file open.", u"另一程序正在使用该文件。");
+    case FileFault::DiskFull:
+        return notebook.say(u"The disk is full.", u"磁盘已满。");
+    default:
+        return notebook.say(u"The file cannot be written.", u"无法写入该文件。");
+    }
+}
+
+// The replacement is put beside the database, so that it takes its place in one step. While it is
+// copied nobody can change the database behind its back.
+void replaceDatabase(const std::u16string& file, const std::u16string& compacted)
+{
+    const PassingFile replacement(file + u".compacted");
+    {
+        const platform::File unchanged(file, platform::Access::Read);
+        platform::copyFile(compacted, replacement.path());
+    }
+    platform::replaceFile(replacement.path(), file);
+    platform::syncFolderOf(file);
+}
+
+Sizes compact(const Notebook& notebook, const std::u16string& file)
+{
+    const std::size_t dot = file.rfind(u'.');
+    const std::u16string extension =
+        dot == std::u16string::npos ? u"" : platform::lowerCase(std::u16string_view(file).substr(dot + 1));
+    if (extension != u"mdb" && extension != u"accdb")
+        throw NotCompacted{
+            notebook.say(u"Only .mdb and .accdb files can be compacted.", u"只能整理 .mdb 和 .accdb 文件。")};
+    const auto before = platform::fileSize(file);
+    if (!before)
+        throw platform::FileError{platform::FileFault::NotFound, 0};
+    platform::clearAttributes(file);
+    const PassingFile compacted(temporaryPath(notebook));
+    notebook.provider->compact(file, compacted.path());
+    const auto after = platform::fileSize(compacted.path());
+    if (!after || !looksLikeAccessFile(compacted.path()))
+        throw NotCompacted{notebook.say(u"The compacted copy is no database.", u"整理后的文件不是数据库。")};
+    replaceDatabase(file, compacted.path());
+    return {*before, *after};
+}
+
+std::u16string heading(const Notebook& notebook, bool done)
+{
+    return done ? notebook.say(u"Database file compacted:", u"数据库文件整理完毕:")
+                : notebook.say(u"Database file not compacted:", u"数据库文件整理失败:");
+}
+
+Compaction failure(const Notebook& notebook, const std::u16string& file, const std::u16string& reason)
+{
+    return {false, heading(notebook, false) + u"\r\n" + file + u"\r\n" + reason};
+}
+
+} // namespace
+
+std::u16string kilobytes(std::uint64_t bytes)
+{
+    constexpr std::uint64_t kUnit = 1024;
+    const std::uint64_t rest = bytes % kUnit;
+    std::uint64_t hundredths = (rest * 100 + kUnit / 2) / kUnit;
+    std::uint64_t whole = bytes / kUnit;
+    if (hundredths == 100) {
+        hundredths = 0;
+        ++whole;
+    }
+    std::u16string digits = platform::decimal(static_cast<std::int64_t>(whole));
+    for (std::size_t at = digits.size(); at > 3;)
+        digits.insert(at -= 3, u",");
+    return digits + u"." + platform::decimal(static_cast<std::int64_t>(hundredths), 2) + u"KB";
+}
+
+Compaction compactDatabase(const Notebook& notebook, const std::u16string& file)
+{
+    try {
+        const Sizes sizes = compact(notebook, file);
+        return {true,
+            heading(notebook, true) + u"\r\n" + file + u"\r\n" + kilobytes(sizes.before) + u" -> " +
+                kilobytes(sizes.after) + u"."};
+    } catch (const ProviderError& e) {
+        return failure(notebook, file, e.description + u" (" + platform::decimal(e.number) + u")");
+    } catch (const platform::FileError& e) {
+        return failure(notebook, file, reasonOf(notebook, e.fault));
+    } catch (const NotCompacted& e) {
+        return failure(notebook, file, e.reason);
+    }
+}
+
+} // namespace vellums

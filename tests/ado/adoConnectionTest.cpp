@@ -1,0 +1,205 @@
+#include "store/ado/adoConnection.h"
+
+#include "jet/database.h"
+#include "platform/files.h"
+#include "platform/text.h"
+#include "store/connectionString.h"
+#include "store/records.h"
+#include "tests/ado/adoFixture.h"
+
+namespace vellums::tests::ado {
+namespace {
+
+using testing::AllOf;
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class AdoConnections : public WithAccess {
+protected:
+    void fill(int rows)
+    {
+        jet::Database database(notes.file());
+        database.beginBatch();
+        for (int i = 1; i <= rows; ++i)
+            database.run(
+                u"INSERT INTO [Notes] (VLHEAD, VLDATE) VALUES ('row " + platform::decimal(i) + u"', 1)");
+        database.endBatch();
+    }
+
+    TestNotebook notes;
+};
+
+TEST_F(AdoConnections, AskInTheDocumentedWay)
+{
+    const std::string opened = "Connection.ConnectionString/4('" +
+        platform::toUtf8(expandedConnection(*notes, notes->dbConn)) + "')";
+    fill(1);
+    EXPECT_THAT(callsOf([&] { notes.rows(u"SELECT ID, VLHEAD FROM [Notes]"); }),
+        ElementsAre(opened, "Connection.Open/1()", "Command.ActiveConnection/8(object)",
+            "Command.CommandType/4(1)", "Command.CommandText/4('SELECT ID, VLHEAD FROM [Notes]')",
+            "Command.Execute/1()", "Recordset.State/2()", "Recordset.Fields/2()", "Fields.Count/2()",
+            "Fields.Item/3(0)", "Field.Name/2()", "Field.Type/2()", "Fields.Item/3(1)", "Field.Name/2()",
+            "Field.Type/2()", "Recordset.EOF/2()", "Recordset.GetRows/1(2000)", "Recordset.EOF/2()",
+            "Recordset.State/2()", "Recordset.Close/1()", "Connection.State/2()", "Connection.Close/1()"));
+    EXPECT_THAT(callsOf([&] { notes.run(u"UPDATE [Notes] SET VLTEXT='x'"); }),
+        AllOf(Contains("Command.ActiveConnection/8(object)"),
+            Contains("Command.Execute/1(out, missing, 129)")));
+    EXPECT_THAT(callsOf([&] { notes->connect()->tables(); }), Contains("Connection.OpenSchema/1(20)"));
+    EXPECT_THAT(
+        callsOf([&] { notes.rows(u"SELECT VLTEXT FROM [Notes]"); }), Contains("Recordset.GetRows/1(50)"))
+        << "rows with memos come in smaller blocks";
+}
+
+TEST_F(AdoConnections, KnowTheIdentityThatTheyHaveGiven)
+{
+    fill(4);
+    const auto connection = notes->connect();
+    EXPECT_EQ(connection->execute(u"INSERT INTO [Notes] (VLDATE) VALUES (1)"), 1);
+    const auto rows = connection->query(u"SELECT @@IDENTITY");
+    ASSERT_TRUE(rows->next());
+    EXPECT_EQ(rows->value(0), Value(std::int32_t{5}));
+    EXPECT_EQ(world().connections(), 1);
+    EXPECT_EQ(connection->execute(u"DELETE FROM [Notes] WHERE ID > 1"), 4);
+    EXPECT_EQ(connection->execute(u"CREATE TABLE [Other] (A INTEGER)"), 0);
+}
+
+TEST_F(AdoConnections, GiveEveryRowOnceWhateverTheBlocks)
+{
+    fill(4001);
+    for (const int count : {0, 1, 1999, 2000, 2001, 4000, 4001}) {
+        const auto connection = notes->connect();
+        const auto rows = connection->query(
+            u"SELECT ID, VLHEAD FROM [Notes] WHERE ID <= " + platform::decimal(count) + u" ORDER BY ID");
+        EXPECT_THAT(rows->columns(), ElementsAre(u"ID", u"VLHEAD"));
+        int seen = 0;
+        while (rows->next()) {
+            ++seen;
+            ASSERT_EQ(rows->value(0), Value(std::int32_t{seen}));
+            ASSERT_EQ(rows->value(1), Value(u"row " + platform::decimal(seen)));
+        }
+        EXPECT_EQ(seen, count);
+        EXPECT_FALSE(rows->next()) << "the end stays the end";
+    }
+}
+
+// Every column type, NULL in each of them, and a date before 1900: as the embedded client reads them.
+TEST_F(AdoConnections, ReadWhatTheEmbeddedClientReads)
+{
+    notes.run(u"CREATE TABLE [All] (A COUNTER, B BYTE, C SMALLINT, D INTEGER, E REAL, F DOUBLE, G CURRENCY, "
+              u"H DATETIME, "
+              u"I BIT, J TEXT(50), K MEMO, L DECIMAL(18, 4))");
+    notes.run(
+        u"INSERT INTO [All] (B, C, D, E, F, G, H, I, J, K, L) VALUES (200, -30000, -2000000000, 1.5, -2.25, "
+        u"-12.3456, '1850-3-5 6:00:00', -1, 'it''s 中文', '', -1.5)");
+    notes.run(u"INSERT INTO [All] (D) VALUES (NULL)");
+    const std::u16string sql = u"SELECT * FROM [All] ORDER BY A";
+    const auto ado = notes->connect();
+    const auto own = EmbeddedProvider().open(expandedConnection(*notes, notes->dbConn));
+    const auto adoRows = ado->query(sql);
+    const auto ownRows = own->query(sql);
+    ASSERT_EQ(adoRows->columns(), ownRows->columns());
+    for (int row = 1; row <= 2; ++row) {
+        ASSERT_TRUE(adoRows->next() && ownRows->next());
+        for (std::size_t i = 0; i < ownRows->columns().size(); ++i) {
+            EXPECT_EQ(adoRows->value(i), ownRows->value(i)) << row << platform::toUtf8(ownRows->columns()[i]);
+            const bool always = i == 0 || ownRows->columns()[i] == u"I"; // the number, and booleans
+            EXPECT_EQ(isNull(adoRows->value(i)), row == 2 && !always);
+        }
+    }
+}
+
+TEST_F(AdoConnections, CarryTextsOfMegabytes)
+{
+    std::u16string text;
+    for (int i = 0; text.size() < 3000000; ++i)
+        text += u"line " + platform::decimal(i) + u" 中文 ''\r\n";
+    notes.run(u"INSERT INTO [Notes] (VLDATE, VLTEXT) VALUES (1, '" + text + u"')");
+    EXPECT_EQ(notes.rows(u"SELECT VLTEXT FROM [Notes]").at(0), platform::replaceAll(text, u"''", u"'"));
+}
+
+struct BadString {
+    const char16_t* connection;
+    const char* number;
+};
+
+const BadString kBadStrings[] = {
+    {u"Data Source=x.mdb", "(-2147467259)"}, // no provider
+    {u"Provider=No.Such.Provider;Data Source=x.mdb", "(3706)"},
+    {u"Provider=Other.Bitness;Data Source=x.mdb", "(-2147221164)"},
+    {u"Provider=Microsoft.ACE.OLEDB.12.0;Data Source=C:\\no\\such.mdb", "(-2147467259)"},
+    {u"Provider=SQLOLEDB.1;Data Source=(LOCAL)\\X;Initial Catalog=V", "(-2147467259)"},
+    {u"", "(-2147467259)"},
+};
+
+TEST_F(AdoConnections, ThatFailToOpenLeaveOneLineAndNothingElse)
+{
+    const std::u16string good = notes->dbConn;
+    std::size_t lines = 0;
+    for (const BadString& bad : kBadStrings) {
+        notes->dbConn = bad.connection;
+        EXPECT_FALSE(addRecord(*notes, {u"text", std::nullopt, u""}));
+        ASSERT_EQ(notes.shown().size(), ++lines);
+        EXPECT_THAT(
+            platform::toUtf8(notes.shown().back()), AllOf(HasSubstr("addRecord - "), HasSubstr(bad.number)));
+        EXPECT_EQ(world().alive, 0);
+        EXPECT_EQ(world().connections(), 0);
+        notes->dbConn = good;
+        EXPECT_TRUE(addRecord(*notes, {u"text", std::nullopt, u""})) << "the next operation works";
+    }
+    EXPECT_EQ(getRecText(*notes, 6)->text, u"text");
+}
+
+TEST_F(AdoConnections, TellWhatTheyCannotRead)
+{
+    fill(1);
+    notes->dbTable = u"Gone";
+    EXPECT_FALSE(getRecText(*notes, 1));
+    notes->dbTable = u"Notes";
+    {
+        const platform::File held(notes.file(), platform::Access::Write);
+        EXPECT_FALSE(getRecText(*notes, 1));
+    }
+    EXPECT_TRUE(getRecText(*notes, 1));
+    ASSERT_EQ(notes.shown().size(), 2u);
+    EXPECT_THAT(platform::toUtf8(notes.shown()[0]),
+        AllOf(HasSubstr("getRecText - 1 > "), HasSubstr("'Gone'"), HasSubstr("(-2147217865)")));
+    EXPECT_THAT(platform::toUtf8(notes.shown()[1]), HasSubstr("(-2147467259)"));
+}
+
+TEST_F(AdoConnections, FindAFileWhoseNameHoldsASeparator)
+{
+    notes.folder().makeFolder(u"a;b");
+    provider.createDatabase(notes.folder().file(u"a;b/c.mdb"), u"T");
+    notes->dbConn = connectionStringFor(*notes, notes.folder().file(u"a;b/c.mdb"));
+    EXPECT_THAT(notes.rows(u"SELECT COUNT(*) FROM [T]"), ElementsAre(u"0"));
+}
+
+// The doubles must be able to catch these mistakes.
+TEST_F(AdoConnections, WouldLoseTheIdentityThroughAPlainPut)
+{
+    using platform::ComObject;
+    const ComObject connection = ComObject::create(u"ADODB.Connection");
+    connection.call(u"Open", {expandedConnection(*notes, notes->dbConn)});
+    const ComObject command = ComObject::create(u"ADODB.Command");
+    const auto identityAfterInsert = [&] {
+        command.put(u"CommandText", u"INSERT INTO [Notes] (VLDATE) VALUES (1)");
+        command.call(u"Execute");
+        const ComObject select = ComObject::create(u"ADODB.Command");
+        select.putRef(u"ActiveConnection", connection);
+        select.put(u"CommandText", u"SELECT @@IDENTITY");
+        const ComObject rows = select.call(u"Execute").toObject();
+        const platform::Variant block = rows.call(u"GetRows", {1});
+        EXPECT_THROW(rows.call(u"GetRows", {1}), platform::ComError) << "there is no row left";
+        return static_cast<VARIANT*>(block.raw().parray->pvData)->lVal;
+    };
+    command.put(u"ActiveConnection", connection);
+    EXPECT_EQ(world().connections(), 2);
+    EXPECT_EQ(identityAfterInsert(), 0);
+    command.putRef(u"ActiveConnection", connection);
+    EXPECT_EQ(world().connections(), 1);
+    EXPECT_EQ(identityAfterInsert(), 2);
+}
+
+} // namespace
+} // namespace vellums::tests::ado

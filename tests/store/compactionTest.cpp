@@ -1,0 +1,146 @@
+#include "store/compaction.h"
+
+#include "platform/files.h"
+#include "platform/text.h"
+#include "store/records.h"
+#include "tests/support/testNotebook.h"
+
+#include <gmock/gmock.h>
+
+#include <functional>
+
+namespace vellums {
+namespace {
+
+using testing::ElementsAre;
+
+// Compacts as the test says; everything else is done by the client of the tests.
+class Compactor : public Provider {
+public:
+    std::unique_ptr<Connection> open(const std::u16string& connectionString) const override
+    {
+        return tests::client().open(connectionString);
+    }
+    void createDatabase(const std::u16string&, const std::u16string&) const override { }
+    void compact(const std::u16string& source, const std::u16string& destination) const override
+    {
+        work(source, destination);
+    }
+    std::function<void(const std::u16string&, const std::u16string&)> work = platform::copyFile;
+};
+
+class CompactionTest : public testing::Test {
+protected:
+    CompactionTest()
+    {
+        notes_->provider = &compactor_;
+        notes_->appDir = notes_.folder().makeFolder(u"program");
+        added_ = addRecord(*notes_, {u"kept", std::nullopt, u""}).has_value();
+        before_ = tests::bytesOf(notes_.file());
+    }
+    ~CompactionTest() override
+    {
+        EXPECT_THAT(notes_.rows(u"SELECT VLTEXT FROM [Notes]"), ElementsAre(u"kept"));
+        EXPECT_FALSE(platform::fileExists(notes_.file() + u".compacted"));
+        EXPECT_FALSE(platform::fileExists(temporary()));
+    }
+    std::u16string temporary() const { return notes_.folder().file(u"program/temp.cdb"); }
+    // Fails, with the reason as the report's last line, and leaves the database as it was.
+    void expectFailure(const std::u16string& reason)
+    {
+        const Compaction result = compactDatabase(*notes_, notes_.file());
+        EXPECT_FALSE(result.done);
+        const std::u16string head =
+            notes_->chinese ? u"数据库文件整理失败:" : u"Database file not compacted:";
+        EXPECT_EQ(platform::toUtf8(result.report),
+            platform::toUtf8(head + u"\r\n" + notes_.file() + u"\r\n" + reason));
+        EXPECT_EQ(tests::bytesOf(notes_.file()), before_);
+    }
+
+    tests::TestNotebook notes_;
+    Compactor compactor_;
+    bool added_ = false;
+    std::string before_;
+};
+
+TEST_F(CompactionTest, PutsTheCopyInThePlaceOfTheFile)
+{
+    notes_.folder().write(u"program/temp.cdb", "of a run that was cut off");
+    notes_.folder().setReadOnly(u"notes.mdb", true);
+    compactor_.work = [&](const std::u16string& source, const std::u16string& destination) {
+        EXPECT_EQ(source, notes_.file());
+        EXPECT_EQ(destination, temporary());
+        platform::copyFile(source, destination);
+        platform::File copy(destination, platform::Access::Write);
+        copy.resize(copy.size() + 4096); // to be told from the old one
+    };
+    const Compaction result = compactDatabase(*notes_, notes_.file());
+    EXPECT_TRUE(result.done);
+    EXPECT_EQ(tests::bytesOf(notes_.file()).size(), before_.size() + 4096);
+    EXPECT_EQ(platform::toUtf8(result.report),
+        platform::toUtf8(u"Database file compacted:\r\n" + notes_.file() + u"\r\n" +
+            kilobytes(before_.size()) + u" -> " + kilobytes(before_.size() + 4096) + u"."));
+    notes_->chinese = true;
+    EXPECT_TRUE(compactDatabase(*notes_, notes_.file()).report.starts_with(u"数据库文件整理完毕:\r\n"));
+    platform::File(notes_.file(), platform::Access::Write).resize(before_.size()); // for the checker
+    EXPECT_TRUE(added_);
+}
+
+TEST_F(CompactionTest, LeavesTheFileWhereTheEngineFails)
+{
+    compactor_.work = [](const std::u16string&, const std::u16string& destination) {
+        platform::File(destination, platform::Access::Create).resize(10);
+        throw ProviderError(u"Unrecognized database format.", 3343);
+    };
+    expectFailure(u"Unrecognized database format. (3343)");
+    notes_->chinese = true;
+    expectFailure(u"Unrecognized database format. (3343)");
+    compactor_.work = [](const std::u16string&, const std::u16string&) {};
+    expectFailure(u"整理后的文件不是数据库。");
+    compactor_.work = [](const std::u16string&, const std::u16string& destination) {
+        platform::File(destination, platform::Access::Create).resize(4096);
+    };
+    notes_->chinese = false;
+    expectFailure(u"The compacted copy is no database.");
+}
+
+TEST_F(CompactionTest, DoesNotReplaceAFileThatSomebodyHasOpened)
+{
+    std::optional<platform::File> held;
+    compactor_.work = [&](const std::u16string& source, const std::u16string& destination) {
+        platform::copyFile(source, destination);
+        held.emplace(source, platform::Access::Write);
+    };
+    const Compaction result = compactDatabase(*notes_, notes_.file());
+    held.reset();
+    EXPECT_FALSE(result.done);
+    EXPECT_TRUE(result.report.ends_with(u"\r\nAnother program has the file open."));
+    EXPECT_EQ(tests::bytesOf(notes_.file()), before_);
+}
+
+TEST_F(CompactionTest, RefusesWhatIsNoAccessFile)
+{
+    for (const char16_t* name : {u"b.xdb", u"mdb", u"c.mdb.bak"}) {
+        const std::u16string file = notes_.folder().write(name, "x");
+        EXPECT_FALSE(compactDatabase(*notes_, file).done);
+        EXPECT_EQ(tests::bytesOf(file), "x");
+    }
+    EXPECT_TRUE(compactDatabase(*notes_, notes_.folder().file(u"none.mdb"))
+                    .report.ends_with(u"\r\nThe file is not there."));
+    EXPECT_FALSE(platform::fileExists(notes_.folder().file(u"none.mdb")));
+}
+
+TEST(Kilobytes, HaveTwoDecimalsAndThousandsSeparators)
+{
+    const struct {
+        std::uint64_t bytes;
+        const char16_t* text;
+    } cases[] = {{0, u"0.00KB"}, {1, u"0.00KB"}, {6, u"0.01KB"}, {1019, u"1.00KB"}, {2048, u"2.00KB"},
+        {467456, u"456.50KB"}, {1263616, u"1,234.00KB"}, {1073741824, u"1,048,576.00KB"},
+        {1099511627264, u"1,073,741,823.50KB"}};
+    for (const auto& c : cases)
+        EXPECT_EQ(kilobytes(c.bytes), c.text);
+}
+
+} // namespace
+} // namespace vellums
