@@ -71,6 +71,7 @@ struct MenuItem {
     std::u16string tag;
     bool checked = false;
     bool visible = false;
+    bool enabled = true;
 };
 
 class MenuItems {
@@ -80,6 +81,14 @@ public:
     virtual const MenuItem& at(std::size_t index) const = 0;
     // index == size() adds an entry.
     virtual void set(std::size_t index, const MenuItem& item) = 0;
+};
+
+// A menu or an entry that can be grey.
+class Switchable {
+public:
+    virtual ~Switchable() = default;
+    virtual bool enabled() const = 0;
+    virtual void setEnabled(bool enabled) = 0;
 };
 
 } // namespace vellums

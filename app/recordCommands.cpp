@@ -10,6 +10,8 @@
 namespace vellums {
 namespace {
 
+constexpr std::int32_t kNoRecord = -1;
+
 std::u16string saveQuestion(const Notebook& notebook)
 {
     return notebook.say(u"Save changes to the current snippet?", u"是否保存当前记录所作修改?");
@@ -56,14 +58,27 @@ void RecordCommands::reload()
 
 void RecordCommands::refresh()
 {
+    fillList(kNoRecord);
+}
+
+void RecordCommands::refreshKeeping(std::int32_t id)
+{
+    fillList(id);
+}
+
+// Runs the query and shows the wanted record, or the first one where the list lacks it.
+void RecordCommands::fillList(std::int32_t wanted)
+{
     if (!dbQuery(notebook_, window_, searchPattern(window_.txtKey.text())))
         return;
     const int count = window_.lstHeads.count();
     if (count == 0) {
         current_.clear();
     } else {
-        window_.lstHeads.select(0);
-        if (!current_.load(window_.lstHeads.datum(0)))
+        const std::vector<int> entries = entriesOf({wanted});
+        const int entry = entries.empty() ? 0 : entries.front();
+        window_.lstHeads.select(entry);
+        if (!current_.load(window_.lstHeads.datum(entry)))
             return; // its error is the last line shown
     }
     notebook_.status.show(foundText(notebook_, count));
@@ -173,25 +188,28 @@ void RecordCommands::deleteSelected()
     const std::size_t deleted = delRecords(notebook_, ids);
     if (deleted == 0)
         return;
-    const std::set<std::int32_t> deletedIds(ids.begin(), ids.begin() + static_cast<std::ptrdiff_t>(deleted));
-    const std::vector<int> gone = entriesOf(deletedIds);
+    const bool whole = deleted == ids.size();
+    if (takeFromList({ids.begin(), ids.begin() + static_cast<std::ptrdiff_t>(deleted)}, !whole) && whole)
+        notebook_.status.show(
+            notebook_.say(platform::decimal(static_cast<std::int64_t>(deleted)) + u" record(s) deleted.",
+                u"已删除 " + platform::decimal(static_cast<std::int64_t>(deleted)) + u" 条记录"));
+}
+
+bool RecordCommands::takeFromList(const std::set<std::int32_t>& ids, bool afterFailure)
+{
+    const std::vector<int> gone = entriesOf(ids);
     window_.lstHeads.remove(gone);
-    if (deleted < ids.size() && !deletedIds.contains(current_.id())) { // a failure came first: it stays shown
+    if (afterFailure && !ids.contains(current_.id())) {
         showRecordOf(current_.id());
-        return;
+        return true;
     }
     const int next = gone.empty() ? 0 : std::min(gone.front(), window_.lstHeads.count() - 1);
     if (next < 0) {
         current_.clear();
-    } else {
-        window_.lstHeads.select(next);
-        if (!current_.load(window_.lstHeads.datum(next)))
-            return;
+        return true;
     }
-    if (deleted == ids.size())
-        notebook_.status.show(
-            notebook_.say(platform::decimal(static_cast<std::int64_t>(deleted)) + u" record(s) deleted.",
-                u"已删除 " + platform::decimal(static_cast<std::int64_t>(deleted)) + u" 条记录"));
+    window_.lstHeads.select(next);
+    return current_.load(window_.lstHeads.datum(next));
 }
 
 void RecordCommands::save()

@@ -33,8 +33,15 @@ public:
     bool leaveRecord();
     // Fills the list again without asking: after an import or a maintenance command.
     void refresh();
+    // The same, but this record stays selected and is loaded anew where the list still has it.
+    void refreshKeeping(std::int32_t id);
+    // Takes records that are gone out of the list and shows the one that took the place of the first, or
+    // the last. After a failure the shown record stays if it is still there. False: a record could not be
+    // loaded, and the panel says why.
+    bool takeFromList(const std::set<std::int32_t>& ids, bool afterFailure);
 
 private:
+    void fillList(std::int32_t wanted);
     void showRecordOf(std::int32_t id);
     std::vector<int> entriesOf(const std::set<std::int32_t>& ids) const;
     void addFromClipboard(const std::u16string& text, bool fromClipboard);

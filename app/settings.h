@@ -2,6 +2,8 @@
 // changes; a missing file yields every default.
 #pragma once
 
+#include "store/notebook.h"
+
 #include <string>
 #include <string_view>
 
@@ -16,5 +18,9 @@ std::u16string getPrefValue(const std::u16string& settingsFile, std::u16string_v
 // False when the file cannot be written.
 bool setPrefValue(const std::u16string& settingsFile, std::u16string_view section, std::u16string_view key,
     std::u16string_view value);
+
+// Stores which database and table are open: dbConn, dbParent and dbTable. A table that stands for none
+// ("-") is stored as an empty name. False when the file cannot be written.
+bool storeDatabaseChoice(const Notebook& notebook);
 
 } // namespace vellums

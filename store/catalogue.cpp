@@ -74,16 +74,23 @@ std::u16string getDataBaseList(const Notebook& notebook, const std::u16string& f
     return joined;
 }
 
-std::u16string firstSnippetTable(Connection& connection)
+std::vector<std::u16string> snippetTables(Connection& connection)
 {
+    std::vector<std::u16string> found;
     for (const std::u16string& name : ordinaryTables(connection)) {
         try {
             if (isSnippetTable(connection, name))
-                return name;
+                found.push_back(name);
         } catch (const ProviderError&) { // a table that cannot be read is not offered
         }
     }
-    return {};
+    return found;
+}
+
+std::u16string firstSnippetTable(Connection& connection)
+{
+    const std::vector<std::u16string> tables = snippetTables(connection);
+    return tables.empty() ? std::u16string() : tables.front();
 }
 
 std::int32_t addSnippetColumn(

@@ -26,6 +26,10 @@ std::u16string getDataBaseList(const Notebook& notebook, const std::u16string& f
 // The first snippet table of a connection; empty when there is none. Throws ProviderError.
 std::u16string firstSnippetTable(Connection& connection);
 
+// All snippet tables of a connection, in the order of the schema; tables that cannot be read are left out.
+// Throws ProviderError.
+std::vector<std::u16string> snippetTables(Connection& connection);
+
 // Column names of a table as the database reports them. Throws ProviderError.
 std::vector<std::u16string> columnNames(Connection& connection, const std::u16string& table);
 

@@ -3,7 +3,41 @@
 #include "platform/files.h"
 #include "platform/text.h"
 
+#include <algorithm>
+
 namespace vellums {
+namespace {
+
+constexpr std::int32_t kFail = -2147467259;   // as the providers number a path they refuse
+constexpr std::size_t kLongestFileName = 200; // leaves room for what is put beside the file
+
+bool mayStandInFileName(char16_t unit)
+{
+    return unit >= u' ' && std::u16string_view(u"\\/:*?\"<>|").find(unit) == std::u16string_view::npos;
+}
+
+// CON, NUL, COM1 ... are devices on Windows, whatever extension follows.
+bool isDeviceName(std::u16string_view fileName)
+{
+    const std::u16string stem = platform::lowerCase(fileName.substr(0, fileName.find(u'.')));
+    constexpr std::u16string_view kDevices[] = {u"con", u"prn", u"aux", u"nul"};
+    if (std::find(std::begin(kDevices), std::end(kDevices), stem) != std::end(kDevices))
+        return true;
+    return stem.size() == 4 && (stem.starts_with(u"com") || stem.starts_with(u"lpt")) && stem[3] >= u'1' &&
+        stem[3] <= u'9';
+}
+
+void refuseBadFileName(const std::u16string& fileName)
+{
+    const bool good = fileName.size() <= kLongestFileName &&
+        std::all_of(fileName.begin(), fileName.end(), mayStandInFileName) &&
+        fileName.find_first_not_of(u" .") != std::u16string::npos && fileName.back() != u' ' &&
+        fileName.back() != u'.' && !isDeviceName(fileName);
+    if (!good)
+        throw ProviderError(u"'" + fileName + u"' is not a valid file name.", kFail);
+}
+
+} // namespace
 
 std::u16string newTableName(std::u16string_view fileName, bool chinese)
 {
@@ -21,6 +55,8 @@ std::u16string dbCreateNew(const Notebook& notebook, const std::u16string& fileN
         path += platform::separator();
     path += fileName.empty() ? u"Vellums.mdb" : fileName;
     try {
+        if (!fileName.empty())
+            refuseBadFileName(fileName);
         notebook.provider->createDatabase(path, table);
         return table;
     } catch (const ProviderError& e) {

@@ -207,16 +207,22 @@ std::optional<SnippetRecord> getRecText(Connection& connection, const std::u16st
 bool setStickyRecs(const Notebook& notebook, const std::vector<std::int32_t>& ids)
 {
     return reporting(notebook, u"setStickyRecs - ", [&](Connection& connection) {
-        for (const std::int32_t id : ids)
+        Batches batches(connection);
+        for (const std::int32_t id : ids) {
+            batches.step();
             connection.execute(
                 u"UPDATE [" + notebook.dbTable + u"] SET VLTYPE='" + stampNow() + u"'" + whereId(id));
+        }
+        batches.finish();
     });
 }
 
 bool ClearStickyRecs(const Notebook& notebook, const std::vector<std::int32_t>& ids)
 {
     return reporting(notebook, u"ClearStickyRecs - ", [&](Connection& connection) {
+        Batches batches(connection);
         for (const std::int32_t id : ids) {
+            batches.step();
             const std::u16string table = u"[" + notebook.dbTable + u"]";
             connection.execute(u"UPDATE " + table + u" SET VLTYPE=''" + whereId(id));
             const auto rows = connection.query(u"SELECT VLLINK FROM " + table + whereId(id));
@@ -227,24 +233,29 @@ bool ClearStickyRecs(const Notebook& notebook, const std::vector<std::int32_t>& 
                 connection.execute(
                     u"UPDATE " + table + u" SET VLDATE='" + sqlDate(*modified) + u"'" + whereId(id));
         }
+        batches.finish();
     });
 }
 
-std::vector<std::int32_t> copyRecords(
+CopiedRecords copyRecords(
     const Notebook& notebook, const std::u16string& target, const std::vector<std::int32_t>& ids)
 {
-    std::vector<std::int32_t> copied;
-    reporting(notebook, u"copyRecords - ", [&](Connection& connection) {
+    CopiedRecords copied;
+    std::vector<std::int32_t> written;
+    copied.failed = !reporting(notebook, u"copyRecords - ", [&](Connection& connection) {
+        const std::u16string columns(kColumns);
+        Batches batches(connection, [&] { copied.ids = written; });
         for (const std::int32_t id : ids) {
-            const std::u16string columns(kColumns);
+            batches.step();
             const std::int32_t count = connection.execute(u"INSERT INTO [" + target + u"] (" + columns +
                 u") SELECT " + columns + u" FROM [" + notebook.dbTable + u"]" + whereId(id));
             if (count == 0) // gone meanwhile
                 continue;
             const std::int32_t copy = lastIdentity(connection);
             connection.execute(u"UPDATE [" + target + u"] SET VLDATE = '" + sqlNow() + u"'" + whereId(copy));
-            copied.push_back(id);
+            written.push_back(id);
         }
+        batches.finish();
     });
     return copied;
 }

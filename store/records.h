@@ -60,9 +60,15 @@ std::optional<SnippetRecord> getRecText(Connection& connection, const std::u16st
 [[nodiscard]] bool setStickyRecs(const Notebook& notebook, const std::vector<std::int32_t>& ids);
 [[nodiscard]] bool ClearStickyRecs(const Notebook& notebook, const std::vector<std::int32_t>& ids);
 
-// Copies records into another table of the database; the copies are dated now. Gives the IDs that were
-// copied: those before the first failure, without those that were gone.
-std::vector<std::int32_t> copyRecords(
+// What became of copying: the IDs that were copied and are lasting, in their order. Records that were gone
+// are left out and are no failure.
+struct CopiedRecords {
+    std::vector<std::int32_t> ids;
+    bool failed = false; // the panel says why; what was copied before stays
+};
+
+// Copies records into another table of the database; the copies are dated now.
+CopiedRecords copyRecords(
     const Notebook& notebook, const std::u16string& target, const std::vector<std::int32_t>& ids);
 
 } // namespace vellums

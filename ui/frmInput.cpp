@@ -10,7 +10,7 @@ namespace vellums::ui {
 namespace {
 
 struct Question {
-    const InputTexts& texts;
+    const NameForm& form;
     std::u16string answer;
 };
 
@@ -19,7 +19,7 @@ void start(HWND dialog, const Question& question)
     SetWindowLongPtrW(dialog, DWLP_USER, reinterpret_cast<LONG_PTR>(&question));
     modSetIcon::setIcon(dialog, modSetIcon::kTableIcon, false);
     const HWND box = GetDlgItem(dialog, ID_frmInput_text);
-    setWindowText(box, question.texts.prefilled);
+    setWindowText(box, question.form.text);
     SendMessageW(box, EM_SETSEL, 0, -1);
     SetFocus(box);
 }
@@ -41,17 +41,17 @@ INT_PTR CALLBACK inputProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lPar
 
 } // namespace
 
-std::u16string frmInput(HWND owner, const InputTexts& texts)
+std::u16string frmInput::ask(const NameForm& form)
 {
     constexpr DWORD kButton = WS_TABSTOP;
-    DialogTemplate dialog(texts.caption, 190, 62, u"Tahoma", 8);
-    dialog.add(DialogControl::Label, ID_frmInput_label, texts.label, SS_LEFT, 8, 8, 174, 9);
+    DialogTemplate dialog(form.caption, 190, 62, u"Tahoma", 8);
+    dialog.add(DialogControl::Label, ID_frmInput_label, form.label, SS_LEFT, 8, 8, 174, 9);
     dialog.add(
         DialogControl::Edit, ID_frmInput_text, u"", WS_TABSTOP | WS_BORDER | ES_AUTOHSCROLL, 8, 20, 174, 13);
-    dialog.add(DialogControl::Button, IDOK, texts.ok, kButton | BS_DEFPUSHBUTTON, 76, 41, 50, 14);
-    dialog.add(DialogControl::Button, IDCANCEL, texts.cancel, kButton | BS_PUSHBUTTON, 132, 41, 50, 14);
-    Question question{texts, {}};
-    dialog.run(owner, inputProc, reinterpret_cast<LPARAM>(&question));
+    dialog.add(DialogControl::Button, IDOK, form.accept, kButton | BS_DEFPUSHBUTTON, 76, 41, 50, 14);
+    dialog.add(DialogControl::Button, IDCANCEL, form.cancel, kButton | BS_PUSHBUTTON, 132, 41, 50, 14);
+    Question question{form, {}};
+    dialog.run(owner_, inputProc, reinterpret_cast<LPARAM>(&question));
     return question.answer;
 }
 

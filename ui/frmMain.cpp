@@ -66,6 +66,7 @@ void frmMain::open(const Opening& opening, int showCommand)
     modSetIcon::setIcon(window, modSetIcon::kProgramIcon, false);
     caption_.attach(window);
     dialogs_.setOwner(window);
+    input_.setOwner(window);
     accelerators_ = buildAccelerators();
     createControls();
     prepareMenus();
@@ -74,9 +75,14 @@ void frmMain::open(const Opening& opening, int showCommand)
     keepOnScreen(window);
 
     commands_ = std::make_unique<RecordCommands>(notebook_, ports_, moments_);
+    tables_ = std::make_unique<TableCommands>(
+        notebook_, ports_, *commands_, TableMenus{mnu_availdb_, mnu_switchto_, input_});
+    list_ = std::make_unique<ListCommands>(
+        notebook_, ports_, *commands_, ListMenus{mnu_avtables_, mnu_moverec_});
     moments_.tableOpened.add([this] { rebuildSearchFields(notebook_, ports_); });
     const std::u16string startReport = ucStatusLeft_.Caption();
     commands_->start();
+    tables_->rebuildMenu();
     if (!startReport.empty()) // what start-up had to say matters more than the count
         ucStatusLeft_.show(startReport);
     if (opening.firstStart)

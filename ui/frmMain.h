@@ -2,11 +2,14 @@
 // the notebook lives here.
 #pragma once
 
+#include "app/listCommands.h"
 #include "app/mainWindow.h"
 #include "app/recordCommands.h"
+#include "app/tableCommands.h"
 #include "ui/checkItems.h"
 #include "ui/displaySettings.h"
 #include "ui/editBox.h"
+#include "ui/frmInput.h"
 #include "ui/fraSplitter.h"
 #include "ui/headsList.h"
 #include "ui/layout.h"
@@ -93,6 +96,7 @@ private:
     bool onMenuCommand(int id);
     bool onViewCommand(int id);
     bool onRecordCommand(int id);
+    bool onTableCommand(int id);
     bool onArrayCommand(int id);
     void onContextMenu(HWND control, POINT screen);
     int popUp(HMENU menu, POINT screen);
@@ -109,6 +113,7 @@ private:
     void importPaths(const std::vector<std::u16string>& paths);
     void refreshKeeping(const std::u16string& report);
     void removeDuplicates();
+    void compactData();
 
     Notebook& notebook_;
     HWND hwnd_ = nullptr;
@@ -130,6 +135,10 @@ private:
     MenuCheck mnu_SortOnTitle_;
     MenuCheck mnu_ezdel_;
     MenuArray mnu_AvailFields_;
+    MenuArray mnu_availdb_;
+    MenuArray mnu_avtables_;
+    MenuSwitch mnu_switchto_;
+    MenuSwitch mnu_moverec_;
     WindowLabel caption_;
     WindowLabel lblRemarks_[2];
     WindowLabel lblDate_;
@@ -147,9 +156,12 @@ private:
     ucStatus ucStatusLeft_;
     ucStatus ucStatusRight_;
     MessageDialogs dialogs_;
+    frmInput input_;
     MainWindow ports_;
     Moments moments_;
     std::unique_ptr<RecordCommands> commands_;
+    std::unique_ptr<TableCommands> tables_;
+    std::unique_ptr<ListCommands> list_;
 };
 
 // Treats the messages of this thread until the window is closed; gives the exit status.

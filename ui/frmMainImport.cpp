@@ -1,9 +1,11 @@
-// Importing files and folders, and removing duplicates, from the window.
+// Importing files and folders, removing duplicates and compacting, from the window.
 #include "ui/frmMain.h"
 
 #include "io/fileImport.h"
 #include "maint/delDupRec.h"
 #include "platform/files.h"
+#include "store/compaction.h"
+#include "store/connectionString.h"
 
 namespace vellums::ui {
 
@@ -59,6 +61,16 @@ void frmMain::removeDuplicates()
 {
     if (commands_->leaveRecord())
         maint::delDupRec(notebook_, [this] { commands_->refresh(); });
+}
+
+// Unsaved text is no obstacle: the file that is replaced holds none of it.
+void frmMain::compactData()
+{
+    const std::u16string file = connPart(notebook_, notebook_.dbConn, ConnPart::FullPath);
+    const HCURSOR before = SetCursor(LoadCursorW(nullptr, IDC_WAIT));
+    const Compaction result = compactDatabase(notebook_, file);
+    SetCursor(before);
+    dialogs_.tell(result.report, result.done);
 }
 
 } // namespace vellums::ui

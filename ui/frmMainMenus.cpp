@@ -13,6 +13,7 @@ namespace vellums::ui {
 namespace {
 
 constexpr int kMostFields = 256;
+constexpr int kMostTables = 2000;
 
 } // namespace
 
@@ -20,8 +21,14 @@ void frmMain::prepareMenus()
 {
     mnu_SortOnTitle_.attach(*menus_, ID_mnu_SortOnTitle);
     mnu_ezdel_.attach(*menus_, ID_mnu_ezdel);
-    mnu_AvailFields_.attach(
-        menus_->popUpOf(ID_mnu_soPopUp), ID_mnu_AvailFields, kMostFields, ID_mnu_SortOnTitle);
+    mnu_switchto_.attach(*menus_, ID_mnu_switchto);
+    mnu_moverec_.attach(*menus_, ID_mnu_moverec);
+    mnu_AvailFields_.attach(menus_->popUpOf(ID_mnu_soPopUp), ID_mnu_AvailFields, kMostFields,
+        MenuArray::Captions::Marked, ID_mnu_SortOnTitle);
+    mnu_availdb_.attach(
+        menus_->popUpOf(ID_mnu_switchto), ID_mnu_availdb, kMostTables, MenuArray::Captions::Names);
+    mnu_avtables_.attach(
+        menus_->popUpOf(ID_mnu_moverec), ID_mnu_avtables, kMostTables, MenuArray::Captions::Names);
     menus_->setChecked(ID_mnu_chkwrap, true);
     mnu_SortOnTitle_.setChecked(
         getPrefValue(notebook_.settingsFile, kOptionsSection, u"obTitle", u"") == u"1");
@@ -31,7 +38,7 @@ bool frmMain::onMenuCommand(int id)
 {
     if (importing_ && id != ID_mnu_quit) // commands wait until the import is done
         return true;
-    return onViewCommand(id) || onRecordCommand(id) || onArrayCommand(id);
+    return onViewCommand(id) || onRecordCommand(id) || onTableCommand(id) || onArrayCommand(id);
 }
 
 bool frmMain::onViewCommand(int id)
@@ -104,11 +111,44 @@ bool frmMain::onRecordCommand(int id)
     }
 }
 
+bool frmMain::onTableCommand(int id)
+{
+    switch (id) {
+    case ID_mnu_dbcreate:
+        tables_->newDatabase();
+        return true;
+    case ID_mnu_dbops + 0:
+        tables_->newTable();
+        return true;
+    case ID_mnu_dbops + 1:
+        tables_->renameTable();
+        return true;
+    case ID_mnu_dbops + 2:
+        tables_->dropTable();
+        return true;
+    case ID_mnu_shrinkdata:
+        compactData();
+        return true;
+    case ID_mnu_setsticky:
+        list_->stick();
+        return true;
+    case ID_mnu_nosticky:
+        list_->unstick();
+        return true;
+    default:
+        return false;
+    }
+}
+
 // Entries of the arrays.
 bool frmMain::onArrayCommand(int id)
 {
     if (mnu_AvailFields_.owns(id))
         toggleSearchField(ports_, static_cast<std::size_t>(id - ID_mnu_AvailFields));
+    else if (mnu_availdb_.owns(id))
+        tables_->switchTo(static_cast<std::size_t>(id - ID_mnu_availdb));
+    else if (mnu_avtables_.owns(id))
+        list_->moveTo(static_cast<std::size_t>(id - ID_mnu_avtables));
     else if (id >= ID_mnu_fonts && id < ID_mnu_RegExChar)
         display_->chooseFont(id - ID_mnu_fonts);
     else if (id >= ID_mnu_sizes && id < ID_mnu_fonts)
@@ -158,6 +198,7 @@ void frmMain::onContextMenu(HWND control, POINT screen)
         if (lstHeads_.selected() != before)
             commands_->selectHeading();
     }
+    list_->rebuildMenu();
     popUp(menus_->popUpOf(ID_mnu_lstPopUp), screen);
 }
 

@@ -1,5 +1,6 @@
 #include "ui/menus.h"
 
+#include "platform/text.h"
 #include "ui/ids.h"
 #include "ui/menuTable.h"
 #include "ui/wide.h"
@@ -26,7 +27,8 @@ void insertEntry(HMENU menu, int beforeId, const MenuItem& item, int id, bool ne
     info.cbSize = sizeof info;
     info.fMask = MIIM_STRING | MIIM_ID | MIIM_STATE | MIIM_FTYPE;
     info.fType = newColumn ? MFT_MENUBARBREAK : MFT_STRING;
-    info.fState = static_cast<UINT>(item.checked ? MFS_CHECKED : MFS_UNCHECKED);
+    info.fState = static_cast<UINT>(
+        (item.checked ? MFS_CHECKED : MFS_UNCHECKED) | (item.enabled ? MFS_ENABLED : MFS_GRAYED));
     info.wID = static_cast<UINT>(id);
     info.dwTypeData = const_cast<wchar_t*>(wide(item.caption));
     InsertMenuItemW(
@@ -198,8 +200,9 @@ OwnedMenu Menus::copyOf(HMENU menu) const
     return copy;
 }
 
-void MenuArray::attach(HMENU menu, int baseId, int mostEntries, int beforeId)
+void MenuArray::attach(HMENU menu, int baseId, int mostEntries, Captions captions, int beforeId)
 {
+    captions_ = captions;
     menu_ = menu;
     baseId_ = baseId;
     mostEntries_ = mostEntries;
@@ -228,7 +231,10 @@ void MenuArray::show(std::size_t index)
             before = baseId_ + static_cast<int>(later);
             break;
         }
-    insertEntry(menu_, before, items_[index], baseId_ + static_cast<int>(index),
+    MenuItem shown = items_[index];
+    if (captions_ == Captions::Names)
+        shown.caption = platform::replaceAll(shown.caption, u"&", u"&&");
+    insertEntry(menu_, before, shown, baseId_ + static_cast<int>(index),
         index != 0 && index % kColumnAfter == 0);
 }
 

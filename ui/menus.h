@@ -53,8 +53,10 @@ private:
 // An array of entries in one of the menus. What is not visible is not in the menu.
 class MenuArray : public MenuItems {
 public:
+    // What the captions are: texts in which "&" marks a key, or names that are shown as they are.
+    enum class Captions { Marked, Names };
     // Entries get the ids from `baseId` on and stand before the entry `beforeId`; 0: at the end.
-    void attach(HMENU menu, int baseId, int mostEntries, int beforeId = 0);
+    void attach(HMENU menu, int baseId, int mostEntries, Captions captions, int beforeId = 0);
     int baseId() const { return baseId_; }
     bool owns(int id) const { return id >= baseId_ && id < baseId_ + static_cast<int>(items_.size()); }
 
@@ -73,6 +75,7 @@ private:
     int baseId_ = 0;
     int mostEntries_ = 0;
     int beforeId_ = 0;
+    Captions captions_ = Captions::Marked;
     std::vector<MenuItem> items_;
 };
 
@@ -91,6 +94,22 @@ public:
     {
         menus_->setCaption(id_, std::u16string(caption));
     }
+
+private:
+    Menus* menus_ = nullptr;
+    int id_ = 0;
+};
+
+// A menu or an entry that can be grey.
+class MenuSwitch : public Switchable {
+public:
+    void attach(Menus& menus, int id)
+    {
+        menus_ = &menus;
+        id_ = id;
+    }
+    bool enabled() const override { return menus_->isEnabled(id_); }
+    void setEnabled(bool enabled) override { menus_->setEnabled(id_, enabled); }
 
 private:
     Menus* menus_ = nullptr;

@@ -28,6 +28,12 @@ Answer MessageDialogs::askYesNoCancel(const std::u16string& question)
     return ask(question, MB_YESNOCANCEL | MB_ICONQUESTION);
 }
 
+void MessageDialogs::tell(const std::u16string& text, bool good) const
+{
+    MessageBoxW(owner_, wide(text), L"Vellums",
+        static_cast<UINT>(MB_OK | (good ? MB_ICONINFORMATION : MB_ICONWARNING)));
+}
+
 std::u16string MessageDialogs::chooseFolder(const std::u16string& prompt)
 {
     BROWSEINFOW browse{};

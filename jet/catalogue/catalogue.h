@@ -1,4 +1,4 @@
-// The system tables: which tables there are, creating one, adding a column.
+// The system tables: which tables there are, creating one, adding a column, dropping one.
 #pragma once
 
 #include "jet/table/table.h"
@@ -72,6 +72,11 @@ public:
 
     // Appends a column. Throws Error: the field exists (3380), too many fields (3190).
     void addColumn(const CatalogueEntry& entry, const ColumnSpec& column);
+
+    // Gives back every page of the table and takes it out of the catalogue, with its properties and
+    // permissions. Throws Error: it takes part in a relationship (3281); it is no ordinary table of this
+    // file, or holds something that is not fully understood (unsupported); damaged file.
+    void dropTable(const CatalogueEntry& entry);
 
 private:
     PageFile& file_;

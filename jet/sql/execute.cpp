@@ -1,6 +1,7 @@
 #include "jet/sql/execute.h"
 
 #include "jet/sql/change.h"
+#include "jet/sql/makeTable.h"
 #include "jet/sql/select.h"
 #include "jet/sql/sqlError.h"
 
@@ -18,10 +19,12 @@ Date now()
 
 Result runSelect(PageFile& file, SelectStatement& statement)
 {
-    if (statement.into)
-        throwUnsupported(u"SELECT INTO is not supported yet.");
-    Select select(file, statement, now());
     Result result;
+    if (statement.into) {
+        result.changedRows = runSelectInto(file, statement, now());
+        return result;
+    }
+    Select select(file, statement, now());
     result.hasRows = true;
     for (const Select::Output& output : select.outputs()) {
         result.columns.push_back(output.name);
@@ -47,6 +50,15 @@ void addColumn(PageFile& file, const AddColumnStatement& statement)
     if (!entry)
         throwNoInputTable(statement.table);
     catalogue.addColumn(*entry, statement.column);
+}
+
+void dropTable(PageFile& file, const DropTableStatement& statement)
+{
+    Catalogue catalogue(file);
+    const std::optional<CatalogueEntry> entry = catalogue.find(statement.table);
+    if (!entry)
+        throwNoTableToDrop(statement.table);
+    catalogue.dropTable(*entry);
 }
 
 } // namespace
@@ -91,9 +103,10 @@ Result execute(PageFile& file, Statement& statement, Session& session)
             addColumn(file, add);
             return {};
         }
-        Result operator()(const DropTableStatement&) const
+        Result operator()(const DropTableStatement& drop) const
         {
-            throwUnsupported(u"DROP TABLE is not supported yet.");
+            dropTable(file, drop);
+            return {};
         }
         Result operator()(const CreateIndexStatement&) const
         {

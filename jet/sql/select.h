@@ -26,6 +26,8 @@ public:
     Select& operator=(const Select&) = delete;
 
     const std::vector<Output>& outputs() const { return outputs_; }
+    // The table that is read; null: none.
+    const Table* table() const { return table_ ? &*table_ : nullptr; }
 
     // Calls back for each row of the answer, in its order.
     void run(const std::function<void(std::vector<Value>)>& callback);

@@ -71,6 +71,25 @@ TEST_F(Cli, CreatesDatabasesAndListsTheirTables)
     EXPECT_EQ(std::count(again.err.begin(), again.err.end(), '\n'), 1);
 }
 
+TEST_F(Cli, CopiesAndDropsTables)
+{
+    EXPECT_EQ(run({"add", "notes.mdb"}, "one").out, "1\n");
+    EXPECT_EQ(run({"add", "notes.mdb"}, "two").out, "2\n");
+    EXPECT_EQ(sql("SELECT * INTO [it's new] FROM [notes]"), "2\n");
+    EXPECT_EQ(sql("SELECT * INTO [empty] From [notes] WHERE 1=2"), "0\n");
+    EXPECT_EQ(
+        run({"show", "notes.mdb", "2", "--table", "it's new"}).out, run({"show", "notes.mdb", "2"}).out);
+    EXPECT_EQ(run({"add", "notes.mdb", "--table", "empty"}, "first").out, "1\n");
+    EXPECT_EQ(sql("DROP TABLE [it's new]"), "0\n");
+    EXPECT_EQ(run({"tables", "notes.mdb"}).out, "TABLE_NAME\tSNIPPET\nnotes\t-1\nempty\t-1\n");
+    for (const char* const refused :
+        {"DROP TABLE [it's new]", "SELECT * INTO [empty] FROM [notes]", "DROP TABLE [MSysObjects]"}) {
+        const Outcome outcome = run({"sql", "notes.mdb", refused});
+        EXPECT_EQ(outcome.status, 1) << refused;
+        EXPECT_EQ(std::count(outcome.err.begin(), outcome.err.end(), '\n'), 1) << outcome.err;
+    }
+}
+
 TEST_F(Cli, AddsShowsAndSearchesRecords)
 {
     EXPECT_EQ(run({"add", "notes.mdb"}, "Groceries\nmilk, it's\tfresh\\\n").out, "1\n");

@@ -105,6 +105,12 @@ std::map<std::int32_t, Note> write(jet::Database& database, bool largeIsChinese)
             std::u16string(values) + u")");
     database.run(u"ALTER TABLE [Memo] ADD COLUMN [Later] VARCHAR(50)");
     database.run(u"UPDATE [Memo] SET [Later]='added' WHERE ID=1");
+    // Tables made from others, on pages that other tables had before them.
+    database.run(u"SELECT * INTO [Passing] FROM [Memo]");
+    database.run(u"SELECT * INTO [Copied types] FROM [类型]");
+    database.run(u"DROP TABLE [Passing]");
+    database.run(u"SELECT * INTO [Copied memo] FROM [Memo]");
+    database.run(u"SELECT ID, [Later], LEN(VLTEXT) AS [Length] INTO [Some columns] FROM [Memo] WHERE ID>2");
     return kept;
 }
 

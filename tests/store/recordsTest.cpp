@@ -169,10 +169,14 @@ TEST_P(Records, AreCopiedWithTheDateOfTheCopy)
     notes_.run(u"CREATE TABLE [Other] (ID COUNTER, VLHEAD TEXT(255), VLTEXT MEMO, VLTYPE TEXT(255), VLDATE "
                u"DATETIME, VLLINK TEXT(255), VLMD5 TEXT(32))");
     notes_.run(u"UPDATE [Notes] SET VLDATE='2001-2-3 4:5:6'");
-    EXPECT_THAT(copyRecords(*notes_, u"Other", {id, 77}), ElementsAre(id)) << "77 is gone";
+    const CopiedRecords copied = copyRecords(*notes_, u"Other", {id, 77});
+    EXPECT_THAT(copied.ids, ElementsAre(id)) << "77 is gone";
+    EXPECT_FALSE(copied.failed);
     EXPECT_THAT(
         notes_.rows(u"SELECT VLHEAD, VLTEXT FROM [Other] WHERE VLDATE > 45000"), ElementsAre(u"one|one"));
-    EXPECT_THAT(copyRecords(*notes_, u"Missing", {id}), IsEmpty());
+    const CopiedRecords nowhere = copyRecords(*notes_, u"Missing", {id});
+    EXPECT_THAT(nowhere.ids, IsEmpty());
+    EXPECT_TRUE(nowhere.failed);
     EXPECT_EQ(notes_.shown().size(), 1u);
 }
 

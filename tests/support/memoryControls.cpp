@@ -110,6 +110,18 @@ void MemoryMenuItems::set(std::size_t index, const MenuItem& item)
         items_[index] = item;
 }
 
+std::u16string MemoryNameDialog::ask(const NameForm& form)
+{
+    shown_.push_back(form);
+    if (names_.empty()) {
+        ADD_FAILURE() << "a name was asked for: " << platform::toUtf8(form.label);
+        return {};
+    }
+    const std::u16string name = names_.front();
+    names_.pop_front();
+    return name;
+}
+
 MemoryDialogs::~MemoryDialogs()
 {
     EXPECT_TRUE(answers_.empty()) << answers_.size() << " answers were not asked for";

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/mainWindow.h"
+#include "app/nameForm.h"
 
 #include <deque>
 #include <string>
@@ -84,6 +85,28 @@ public:
 
 private:
     std::vector<MenuItem> items_;
+};
+
+class MemorySwitch : public Switchable {
+public:
+    bool enabled() const override { return enabled_; }
+    void setEnabled(bool enabled) override { enabled_ = enabled; }
+
+private:
+    bool enabled_ = true;
+};
+
+// Answers with the names that the test gives, in order; a form without one fails it.
+class MemoryNameDialog : public NameDialog {
+public:
+    std::u16string ask(const NameForm& form) override;
+
+    void answerNext(const std::u16string& name) { names_.push_back(name); }
+    const std::vector<NameForm>& shown() const { return shown_; }
+
+private:
+    std::deque<std::u16string> names_;
+    std::vector<NameForm> shown_;
 };
 
 // A question that the test has no answer for fails it, and so does an answer that nobody asked for.

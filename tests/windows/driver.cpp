@@ -243,6 +243,29 @@ bool Program::answer(int button) const
     return eventually([&] { return IsWindow(box) == FALSE; });
 }
 
+bool Program::menuIsOpen() const
+{
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    return GetGUIThreadInfo(GetWindowThreadProcessId(window_, nullptr), &info) != FALSE &&
+        (info.flags & GUI_INMENUMODE) != 0;
+}
+
+std::u16string Program::answerName(const std::u16string& name) const
+{
+    HWND box = nullptr;
+    HWND edit = nullptr;
+    eventually([&] {
+        box = findBox();
+        edit = box == nullptr ? nullptr : GetDlgItem(box, ID_frmInput_text);
+        return edit != nullptr && !textOf(edit).empty();
+    });
+    const std::u16string suggested = edit == nullptr ? std::u16string() : textOf(edit);
+    send(edit, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(wideOf(name).c_str()));
+    answer(name.empty() ? IDCANCEL : IDOK);
+    return suggested;
+}
+
 bool Program::showsStatus(const std::u16string& text) const
 {
     return eventually([&] { return this->text(ID_ucStatusLeft) == text; });

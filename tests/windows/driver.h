@@ -51,6 +51,9 @@ public:
     // Presses a button of the message box (IDYES, IDNO, IDCANCEL) and waits until it is gone.
     bool answer(int button) const;
     bool boxIsOpen() const;
+    bool menuIsOpen() const; // a context menu
+    // Waits for the form that asks for a name, gives what it suggests, and answers it; empty text: cancel.
+    std::u16string answerName(const std::u16string& name) const;
 
     // The left panel shows this text within some seconds.
     bool showsStatus(const std::u16string& text) const;

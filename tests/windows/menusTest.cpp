@@ -86,15 +86,15 @@ TEST(MenuArray, ShowsWhatIsVisibleInOrder)
     const OwnedMenu menu(CreatePopupMenu());
     AppendMenuW(menu.get(), MF_STRING, 7, L"behind");
     MenuArray array;
-    array.attach(menu.get(), 100, 4, 7);
+    array.attach(menu.get(), 100, 4, MenuArray::Captions::Names, 7);
     array.set(0, {u"first", u"", false, true});
-    array.set(2, {u"third", u"", false, true});
+    array.set(2, {u"A & B", u"", false, true});
     array.set(1, {u"second", u"", true, false});
     array.set(9, {u"too many", u"", false, true});
-    EXPECT_EQ(captionsOf(menu.get()), (std::vector<std::u16string>{u"first", u"third", u"behind"}));
+    EXPECT_EQ(captionsOf(menu.get()), (std::vector<std::u16string>{u"first", u"A && B", u"behind"}));
     array.set(1, {u"second", u"", true, true});
     EXPECT_EQ(
-        captionsOf(menu.get()), (std::vector<std::u16string>{u"first", u"second", u"third", u"behind"}));
+        captionsOf(menu.get()), (std::vector<std::u16string>{u"first", u"second", u"A && B", u"behind"}));
     EXPECT_NE(GetMenuState(menu.get(), 101, MF_BYCOMMAND) & MF_CHECKED, 0u);
     array.checkOnly(2);
     EXPECT_EQ(GetMenuState(menu.get(), 101, MF_BYCOMMAND) & MF_CHECKED, 0u);

@@ -1,0 +1,123 @@
+#include "app/databaseMenu.h"
+
+#include "platform/files.h"
+#include "platform/text.h"
+#include "store/accessFile.h"
+#include "store/catalogue.h"
+#include "store/connectionString.h"
+
+namespace vellums {
+namespace {
+
+constexpr std::u16string_view kBetween = u" - "; // file and table in a caption
+
+std::u16string pathInDataFolder(const Notebook& notebook, std::u16string_view name)
+{
+    std::u16string path = notebook.dbParent;
+    if (path.empty() || platform::lastSeparator(path) != path.size() - 1)
+        path += platform::separator();
+    return path.append(name);
+}
+
+std::u16string nameOf(const std::u16string& path)
+{
+    return path.substr(platform::lastSeparator(path) + 1);
+}
+
+// Letter case counts in paths where "/" divides them.
+bool samePath(const std::u16string& a, const std::u16string& b)
+{
+    return platform::separator() == u'/' ? a == b : platform::equalNoCase(a, b);
+}
+
+bool isOpen(const Notebook& notebook, const std::u16string& path, const std::u16string& table)
+{
+    return samePath(connPart(notebook, notebook.dbConn, ConnPart::FullPath), path) &&
+        platform::equalNoCase(notebook.dbTable, table);
+}
+
+// A connection string for a file of a foreign extension names the sample file instead, which must not
+// be offered under the wrong name. The older provider's strings name it for every file.
+bool canBeNamed(const Notebook& notebook, const std::u16string& path)
+{
+    return notebook.providerId == u"103" || fileOf(connectionStringFor(notebook, path)) == path;
+}
+
+std::vector<std::u16string> snippetTablesOf(const Notebook& notebook, const std::u16string& connectionString)
+{
+    try {
+        return snippetTables(*notebook.connect(connectionString));
+    } catch (const ProviderError&) {
+        return {};
+    }
+}
+
+// Puts the entries into the array; those that are left over from before are hidden.
+void fillMenu(MenuItems& menu, const std::vector<MenuItem>& items)
+{
+    for (std::size_t i = 0; i < items.size(); ++i)
+        menu.set(i, items[i]);
+    for (std::size_t i = items.size(); i < menu.size(); ++i)
+        menu.set(i, {});
+}
+
+} // namespace
+
+void buildDatabaseMenu(const Notebook& notebook, MenuItems& mnu_availdb, Switchable& mnu_switchto)
+{
+    std::vector<MenuItem> items;
+    for (const std::u16string& name : platform::split(getDataBaseList(notebook, {}), u"\r\n")) {
+        const std::u16string path = pathInDataFolder(notebook, name);
+        if (name.empty() || !looksLikeAccessFile(path) || !canBeNamed(notebook, path))
+            continue;
+        for (const auto& table : snippetTablesOf(notebook, connectionStringFor(notebook, path))) {
+            MenuItem item;
+            item.caption = name + std::u16string(kBetween) + table;
+            item.tag = path;
+            item.checked = isOpen(notebook, path, table);
+            item.visible = true;
+            items.push_back(std::move(item));
+        }
+    }
+    fillMenu(mnu_availdb, items);
+    mnu_switchto.setEnabled(!items.empty());
+}
+
+void markOpenDatabase(const Notebook& notebook, MenuItems& mnu_availdb)
+{
+    for (std::size_t i = 0; i < mnu_availdb.size(); ++i) {
+        MenuItem item = mnu_availdb.at(i);
+        const std::optional<std::u16string> table = tableOfEntry(item);
+        item.checked = item.visible && table && isOpen(notebook, item.tag, *table);
+        mnu_availdb.set(i, item);
+    }
+}
+
+std::optional<std::u16string> tableOfEntry(const MenuItem& item)
+{
+    // Both names may hold the separator themselves; the file's is known.
+    const std::u16string beginning = nameOf(item.tag) + std::u16string(kBetween);
+    if (item.caption.starts_with(beginning))
+        return item.caption.substr(beginning.size());
+    const std::size_t at = item.caption.rfind(kBetween);
+    if (at == std::u16string::npos)
+        return std::nullopt;
+    return item.caption.substr(at + kBetween.size());
+}
+
+void buildTableMenu(const Notebook& notebook, MenuItems& mnu_avtables, Switchable& mnu_moverec)
+{
+    std::vector<MenuItem> items;
+    for (const std::u16string& table : snippetTablesOf(notebook, notebook.dbConn)) {
+        if (platform::equalNoCase(table, notebook.dbTable))
+            continue;
+        MenuItem item;
+        item.caption = item.tag = table;
+        item.visible = true;
+        items.push_back(std::move(item));
+    }
+    fillMenu(mnu_avtables, items);
+    mnu_moverec.setEnabled(!items.empty());
+}
+
+} // namespace vellums

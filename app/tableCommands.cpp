@@ -1,0 +1,199 @@
+#include "app/tableCommands.h"
+
+#include "app/headingList.h"
+#include "app/settings.h"
+#include "platform/files.h"
+#include "platform/text.h"
+#include "store/catalogue.h"
+#include "store/connectionString.h"
+#include "store/modCreateDB.h"
+#include "store/tableChanges.h"
+
+#include <algorithm>
+
+namespace vellums {
+namespace {
+
+constexpr std::u16string_view kTableMarker = u"@2#";
+constexpr std::u16string_view kExtension = u".mdb";
+constexpr std::u16string_view kNoTable = u"-"; // what stands for a table where there is none
+
+std::u16string queryError(const ProviderError& error)
+{
+    return u"dbQuery: " + error.description + u" (" + platform::decimal(error.number) + u")";
+}
+
+// The name of a first start's table, with a number behind it where another table has it already.
+std::u16string freshName(const Notebook& notebook, Connection& connection)
+{
+    const std::u16string wish = newTableName(u"", notebook.chinese);
+    const std::vector<SchemaTable> tables = connection.tables();
+    std::u16string name = wish;
+    const auto taken = [&](const SchemaTable& table) { return platform::equalNoCase(table.name, name); };
+    for (int number = 2; std::any_of(tables.begin(), tables.end(), taken); ++number)
+        name = wish + platform::decimal(number);
+    return name;
+}
+
+} // namespace
+
+TableCommands::TableCommands(Notebook& notebook, MainWindow window, RecordCommands& records, TableMenus menus)
+    : notebook_(notebook)
+    , window_(window)
+    , records_(records)
+    , menus_(menus)
+{
+}
+
+void TableCommands::rebuildMenu()
+{
+    buildDatabaseMenu(notebook_, menus_.mnu_availdb, menus_.mnu_switchto);
+}
+
+std::u16string TableCommands::fileName() const
+{
+    return connPart(notebook_, notebook_.dbConn, ConnPart::FileName);
+}
+
+void TableCommands::switchTo(std::size_t index)
+{
+    if (index >= menus_.mnu_availdb.size())
+        return;
+    const MenuItem item = menus_.mnu_availdb.at(index);
+    const std::optional<std::u16string> table = tableOfEntry(item);
+    if (item.checked || !table || !records_.leaveRecord())
+        return;
+    if (open(connectionStringFor(notebook_, item.tag), *table))
+        markOpenDatabase(notebook_, menus_.mnu_availdb);
+    else
+        rebuildMenu(); // it may be gone
+}
+
+// Makes another table the current one and lists its records. False: it cannot be read; everything stays
+// as it is, and the panel says why.
+bool TableCommands::open(const std::u16string& connectionString, const std::u16string& table)
+{
+    try {
+        columnNames(*notebook_.connect(connectionString), table);
+    } catch (const ProviderError& e) {
+        notebook_.status.show(queryError(e));
+        return false;
+    }
+    notebook_.dbConn = connPart(notebook_, connectionString, ConnPart::WithBareName);
+    notebook_.dbTable = table;
+    const bool stored = storeDatabaseChoice(notebook_);
+    showNothing();
+    records_.start();
+    if (!stored)
+        notebook_.status.show(notebook_.say(u"The settings file cannot be written: " + notebook_.settingsFile,
+            u"无法写入设置文件: " + notebook_.settingsFile));
+    return true;
+}
+
+// Nothing of the table before may be taken for one of the new table: no heading, no record, no search
+// field of a column that the new one lacks.
+void TableCommands::showNothing()
+{
+    window_.lstHeads.fill({});
+    records_.current().clear();
+    for (std::size_t i = 0; i < window_.mnu_AvailFields.size(); ++i) {
+        MenuItem field = window_.mnu_AvailFields.at(i);
+        field.checked = false;
+        window_.mnu_AvailFields.set(i, field);
+    }
+}
+
+void TableCommands::newDatabase()
+{
+    std::u16string name = menus_.frmInput.ask(nameForm(notebook_, kDatabaseMarker));
+    if (name.empty())
+        return;
+    if (const std::u16string trimmed(platform::trimBlanks(name)); !trimmed.empty())
+        name = trimmed;
+    if (!platform::lowerCase(name).ends_with(kExtension))
+        name += kExtension;
+    if (!records_.leaveRecord())
+        return;
+    const std::u16string table = dbCreateNew(notebook_, name);
+    if (table.empty())
+        return;
+    const std::u16string report =
+        notebook_.say(u"New database file created: ", u"数据库文件新建成功: ") + name;
+    notebook_.status.show(report);
+    const bool opened = open(connectionStringFor(notebook_, name), table);
+    rebuildMenu();
+    if (opened)
+        notebook_.status.show(report);
+}
+
+void TableCommands::newTable()
+{
+    const std::u16string name = menus_.frmInput.ask(nameForm(notebook_, kTableMarker));
+    if (name.empty())
+        return;
+    // Where no table is open there is no structure to copy.
+    const bool isFirst = notebook_.dbTable == kNoTable;
+    if (isFirst && !records_.leaveRecord())
+        return;
+    if (!(isFirst ? newSnippetTable(notebook_, name) : vellums::newTable(notebook_, name)))
+        return;
+    if (isFirst)
+        open(notebook_.dbConn, checkedTableName(name));
+    rebuildMenu();
+    if (!isFirst)
+        notebook_.status.show(notebook_.say(u"New table created: ", u"数据表新建成功: ") + name);
+}
+
+void TableCommands::renameTable()
+{
+    const std::u16string name = menus_.frmInput.ask(nameForm(notebook_, kTableMarker));
+    if (name.empty() || !records_.leaveRecord() || !vellums::renameTable(notebook_, name))
+        return;
+    open(notebook_.dbConn, checkedTableName(name));
+    rebuildMenu();
+}
+
+void TableCommands::dropTable()
+{
+    const std::u16string table = notebook_.dbTable;
+    const std::u16string question =
+        notebook_.say(u"Are you sure to drop table " + table + u" from " + fileName() + u"?",
+            u"确实要从数据库 " + fileName() + u" 中删除表 " + table + u" 吗?");
+    if (window_.dialogs.askYesNo(question) != Answer::Yes || !records_.leaveRecord() ||
+        !vellums::dropTable(notebook_, table))
+        return;
+    notebook_.dbTable = kNoTable;
+    showNothing();
+    window_.caption.setText(windowCaption(notebook_));
+    openAnother();
+    rebuildMenu();
+}
+
+// After a drop: the first snippet table that is left, or a fresh one if the user wants it.
+void TableCommands::openAnother()
+{
+    try {
+        const std::u16string first = firstSnippetTable(*notebook_.connect());
+        if (first.empty())
+            offerFreshTable();
+        else
+            open(notebook_.dbConn, first);
+    } catch (const ProviderError& e) {
+        notebook_.status.show(queryError(e));
+    }
+}
+
+void TableCommands::offerFreshTable()
+{
+    storeDatabaseChoice(notebook_);
+    const std::u16string name = freshName(notebook_, *notebook_.connect());
+    const std::u16string left = notebook_.say(
+        u"No snippet table is left in " + fileName() + u".", u"数据库 " + fileName() + u" 中已没有摘录表");
+    notebook_.status.show(left);
+    const Answer answer = window_.dialogs.askYesNo(
+        left + notebook_.say(u" Create the new table " + name + u"?", u", 是否新建表 " + name + u"?"));
+    if (answer == Answer::Yes && newSnippetTable(notebook_, name))
+        open(notebook_.dbConn, name);
+}
+
+} // namespace vellums

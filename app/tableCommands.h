@@ -1,0 +1,45 @@
+// The commands around databases and tables: switching, new database, and new, renamed and dropped tables.
+// Whatever would replace the text that is shown asks about unsaved changes first, and stops when the save
+// failed.
+#pragma once
+
+#include "app/databaseMenu.h"
+#include "app/nameForm.h"
+#include "app/recordCommands.h"
+
+namespace vellums {
+
+// What these commands work on besides the main window. Everything outlives them.
+struct TableMenus {
+    MenuItems& mnu_availdb;   // databases and tables to switch to
+    Switchable& mnu_switchto; // the menu they stand in
+    NameDialog& frmInput;
+};
+
+class TableCommands {
+public:
+    TableCommands(Notebook& notebook, MainWindow window, RecordCommands& records, TableMenus menus);
+
+    // At start-up, and after any change of files or tables that was not made here.
+    void rebuildMenu();
+
+    void switchTo(std::size_t index); // the user picked that entry of mnu_availdb
+    void newDatabase();
+    void newTable();
+    void renameTable();
+    void dropTable();
+
+private:
+    bool open(const std::u16string& connectionString, const std::u16string& table);
+    void openAnother();
+    void offerFreshTable();
+    void showNothing();
+    std::u16string fileName() const;
+
+    Notebook& notebook_;
+    MainWindow window_;
+    RecordCommands& records_;
+    TableMenus menus_;
+};
+
+} // namespace vellums

@@ -1,0 +1,176 @@
+// Dropping a table. Everything it owns is gathered and checked before anything changes: each page says
+// itself whose it is, so a map that names a page of somebody else is found out in time.
+#include "jet/catalogue/catalogue.h"
+#include "jet/catalogue/systemRows.h"
+#include "jet/file/dataPage.h"
+#include "jet/file/usageMap.h"
+#include "jet/index/collation.h"
+#include "jet/index/indexPage.h"
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+namespace vellums::jet {
+namespace {
+
+constexpr std::uint8_t kForeignKeyKind = 2;
+constexpr std::uint8_t kFreedDefinition = 0x08; // first bytes of pages that were given back
+constexpr std::uint8_t kFreedData = 0x09;
+constexpr std::uint8_t kKeepsFirstByte = 0;
+constexpr unsigned kComplexType = 0x12;
+constexpr std::uint32_t kComplexFlags = 0x000C0000; // has complex columns, or lies behind one
+
+[[noreturn]] void throwInRelationship()
+{
+    throw Error(3281, kFail,
+        u"Cannot delete this index or table. It is either the current index or is used in a relationship.");
+}
+
+// The pages and map rows of one table, and giving them back.
+class Belongings {
+public:
+    Belongings(PageFile& file, const TableDefinition& definition)
+        : file_(file)
+        , definition_(definition)
+        , free_(file)
+    {
+        for (const PageNo page : definition.pages)
+            take(page, kFreedDefinition);
+        takePages(definition.ownedMap, [&](PageNo page) { takeData(page, definition_.page); });
+        if (definition.freeMap.page != 0)
+            takeMap(definition.freeMap);
+        for (const Column& column : definition.columns) {
+            if (column.ownedMap.page == 0)
+                continue;
+            takePages(column.ownedMap, [&](PageNo page) { takeData(page, kLongValueOwner); });
+            if (column.freeMap.page != 0)
+                takeMap(column.freeMap);
+        }
+        for (const PhysicalIndex& index : definition.physicalIndexes) {
+            takePages(index.usageMap, [&](PageNo page) {
+                readIndexPage(file_, page, definition_.page); // throws when it is not the table's
+                take(page, kKeepsFirstByte);
+            });
+            if (pages_.find(index.root) == pages_.end())
+                throwDamaged(u"the root of an index is not among its pages");
+        }
+    }
+
+    void giveBack()
+    {
+        for (const auto& [page, kind] : pages_)
+            free_.release(page, kind);
+        std::set<PageNo> mapPages;
+        for (const RowRef map : maps_) {
+            deleteRow(file_.write(map.page), map.row);
+            mapPages.insert(map.page);
+        }
+        for (const PageNo page : mapPages)
+            if (DataPage(file_.read(page)).isEmpty())
+                free_.release(page, kFreedData);
+    }
+
+private:
+    void take(PageNo page, std::uint8_t kind)
+    {
+        if (page <= kRelationshipsPage || free_.isFree(page) || !pages_.emplace(page, kind).second)
+            throwDamaged(u"a page of the table has another owner too");
+    }
+
+    void takeData(PageNo page, std::uint32_t owner)
+    {
+        if (DataPage(file_.read(page)).owner() != owner)
+            throwDamaged(u"a page of a table belongs to another one");
+        take(page, kFreedData);
+    }
+
+    // The row of a map goes with the pages that hold its bits.
+    void takeMap(RowRef map)
+    {
+        const UsageMap usage(file_, map);
+        const DataPage page(file_.read(map.page));
+        if (page.owner() != 0 || page.flags(map.row) != 0 || !maps_.insert(map).second)
+            throwDamaged(u"a usage map of the table has another owner too");
+        for (const PageNo bitmap : usage.bitmapPages())
+            take(bitmap, kKeepsFirstByte);
+    }
+
+    template <typename Take>
+    void takePages(RowRef map, Take&& takePage)
+    {
+        takeMap(map);
+        for (const PageNo page : UsageMap(file_, map).pages())
+            takePage(page);
+    }
+
+    PageFile& file_;
+    const TableDefinition& definition_;
+    FreePages free_;
+    std::map<PageNo, std::uint8_t> pages_; // with the first byte they get, see FreePages::release
+    std::set<RowRef> maps_;
+};
+
+void refuseRelationships(PageFile& file, const std::u16string& name, const TableDefinition& definition)
+{
+    for (const LogicalIndex& index : definition.logicalIndexes)
+        if (index.kind == kForeignKeyKind)
+            throwInRelationship();
+    const Table relationships(file, kRelationshipsPage, u"MSysRelationships");
+    const std::size_t sides[] = {
+        columnOf(relationships, u"szObject"), columnOf(relationships, u"szReferencedObject")};
+    relationships.forEachRow([&](const Row& row) {
+        for (const std::size_t side : sides)
+            if (compareTexts(textIn(row, side), name, file.header().sortOrder) == 0)
+                throwInRelationship();
+        return true;
+    });
+}
+
+void refuseComplexColumns(const CatalogueEntry& entry, const TableDefinition& definition)
+{
+    const bool complex = (entry.flags & kComplexFlags) != 0 ||
+        std::any_of(definition.columns.begin(), definition.columns.end(),
+            [](const Column& column) { return static_cast<unsigned>(column.type) == kComplexType; });
+    if (complex)
+        throwUnsupported(u"The table '" + entry.name +
+            u"' has attachments or fields of several values, which lie in tables of their own; it is left "
+            u"as it is.");
+}
+
+void removePermissions(PageFile& file, std::int32_t id)
+{
+    Table permissions(file, kPermissionsPage, u"MSysACEs");
+    permissions.requireWritable();
+    const std::size_t object = columnOf(permissions, u"ObjectId");
+    std::vector<RowRef> rows;
+    permissions.forEachRow([&](const Row& row) {
+        if (numberIn(row, object) == id)
+            rows.push_back(row.home());
+        return true;
+    });
+    for (const RowRef row : rows)
+        permissions.erase(row);
+}
+
+} // namespace
+
+void Catalogue::dropTable(const CatalogueEntry& entry)
+{
+    if (!entry.isUserTable())
+        throwUnsupported(u"'" + entry.name +
+            u"' is no ordinary table of this database (a query, a linked table or one of the system); it is "
+            u"left as it is.");
+    const TableDefinition definition = readTableDefinition(file_, static_cast<PageNo>(entry.id));
+    refuseComplexColumns(entry, definition);
+    refuseRelationships(file_, entry.name, definition);
+    Belongings belongings(file_, definition);
+    Table objects(file_, kObjectsPage, u"MSysObjects");
+    objects.requireWritable();
+
+    removePermissions(file_, entry.id);
+    objects.erase(entry.row);
+    belongings.giveBack();
+}
+
+} // namespace vellums::jet

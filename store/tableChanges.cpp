@@ -1,0 +1,163 @@
+#include "store/tableChanges.h"
+
+#include "jet/catalogue/objectName.h"
+#include "jet/file/error.h"
+#include "platform/text.h"
+
+namespace vellums {
+namespace {
+
+using platform::equalNoCase;
+
+bool tableExists(const Notebook& notebook, const std::u16string& name)
+{
+    try {
+        for (const SchemaTable& table : notebook.connect()->tables())
+            if (equalNoCase(table.name, name))
+                return true;
+    } catch (const ProviderError&) { // then the first error says what there is to say
+    }
+    return false;
+}
+
+// `renamed`: the table whose name it shall become, or empty. Of a change of letter case alone the name is
+// always there.
+void showNotCreated(const Notebook& notebook, const std::u16string& name, const std::u16string& renamed,
+    const ProviderError& error)
+{
+    const std::u16string reason = !equalNoCase(name, renamed) && tableExists(notebook, name)
+        ? notebook.say(u"named table already existed. ", u"同名表已存在 ")
+        : error.description;
+    notebook.status.show(notebook.say(u"Failed to create new table: ", u"新增数据表失败, ") + reason);
+}
+
+// Runs the work with the checked name on a connection; a failure becomes the line about new tables.
+template <typename Work>
+bool creating(
+    const Notebook& notebook, const std::u16string& name, const std::u16string& renamed, Work&& work)
+{
+    std::u16string checked = name;
+    try {
+        checked = checkedTableName(name);
+        work(*notebook.connect(), checked);
+        return true;
+    } catch (const ProviderError& e) {
+        showNotCreated(notebook, checked, renamed, e);
+        return false;
+    }
+}
+
+void copyTable(Connection& connection, const std::u16string& from, const std::u16string& to)
+{
+    connection.execute(u"SELECT * INTO [" + to + u"] From [" + from + u"]");
+}
+
+// Copies a table under another name and drops it. Where the copy stays although the drop is refused, it
+// is taken away again: two tables with the same records would help nobody.
+void replaceTable(Connection& connection, const std::u16string& from, const std::u16string& to)
+{
+    copyTable(connection, from, to);
+    try {
+        dropTable(connection, from);
+    } catch (const ProviderError&) {
+        try {
+            dropTable(connection, to);
+        } catch (const ProviderError&) { // the first refusal is the one that counts
+        }
+        throw;
+    }
+}
+
+// A name that no table has and nobody types.
+std::u16string passingName(Connection& connection)
+{
+    const std::vector<SchemaTable> tables = connection.tables();
+    for (int number = 1;; ++number) {
+        std::u16string name = u"Vellums " + platform::decimal(number);
+        bool taken = false;
+        for (const SchemaTable& table : tables)
+            taken = taken || equalNoCase(table.name, name);
+        if (!taken)
+            return name;
+    }
+}
+
+} // namespace
+
+std::u16string checkedTableName(const std::u16string& name)
+{
+    try {
+        std::u16string checked = jet::checkedName(name);
+        if (!jet::isSystemName(checked))
+            return checked;
+    } catch (const jet::Error& e) {
+        throw ProviderError(e.description, e.number);
+    }
+    throw ProviderError(u"'" + name + u"' is not a valid name: such names are those of system tables.",
+        jet::kErrorsInCommand);
+}
+
+void newTable(Connection& connection, const std::u16string& source, const std::u16string& name)
+{
+    connection.execute(u"SELECT * INTO [" + name + u"] From [" + source + u"] WHERE 1=2");
+}
+
+bool newTable(const Notebook& notebook, const std::u16string& name)
+{
+    return creating(notebook, name, {}, [&](Connection& connection, const std::u16string& checked) {
+        newTable(connection, notebook.dbTable, checked);
+    });
+}
+
+void newSnippetTable(Connection& connection, const std::u16string& name)
+{
+    connection.execute(u"CREATE TABLE [" + name +
+        u"] (ID COUNTER CONSTRAINT VLIDX UNIQUE, VLHEAD VARCHAR(255), VLTEXT MEMO, VLTYPE VARCHAR(255), "
+        u"VLDATE DATETIME NOT NULL, VLLINK VARCHAR(255), VLMD5 VARCHAR(32))");
+}
+
+bool newSnippetTable(const Notebook& notebook, const std::u16string& name)
+{
+    return creating(notebook, name, {},
+        [](Connection& connection, const std::u16string& checked) { newSnippetTable(connection, checked); });
+}
+
+void renameTable(Connection& connection, const std::u16string& table, const std::u16string& name)
+{
+    // An open batch that is never ended is given up with the connection: all or nothing.
+    connection.beginBatch();
+    if (table != name && equalNoCase(table, name)) { // the same name to the database
+        const std::u16string passing = passingName(connection);
+        replaceTable(connection, table, passing);
+        replaceTable(connection, passing, name);
+    } else {
+        replaceTable(connection, table, name);
+    }
+    connection.endBatch();
+}
+
+bool renameTable(const Notebook& notebook, const std::u16string& name)
+{
+    return creating(
+        notebook, name, notebook.dbTable, [&](Connection& connection, const std::u16string& checked) {
+            renameTable(connection, notebook.dbTable, checked);
+        });
+}
+
+void dropTable(Connection& connection, const std::u16string& table)
+{
+    connection.execute(u"DROP TABLE [" + table + u"]");
+}
+
+bool dropTable(const Notebook& notebook, const std::u16string& table)
+{
+    try {
+        dropTable(*notebook.connect(), table);
+        return true;
+    } catch (const ProviderError& e) {
+        notebook.status.show(u"dropTable - " + e.description + u" (" + platform::decimal(e.number) + u")");
+        return false;
+    }
+}
+
+} // namespace vellums
