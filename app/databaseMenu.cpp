@@ -72,7 +72,8 @@ void buildDatabaseMenu(const Notebook& notebook, MenuItems& mnu_availdb, Switcha
             continue;
         for (const auto& table : snippetTablesOf(notebook, connectionStringFor(notebook, path))) {
             MenuItem item;
-            item.caption = name + std::u16string(kBetween) + table;
+            item.caption = name;
+            item.caption.append(kBetween).append(table);
             item.tag = path;
             item.checked = isOpen(notebook, path, table);
             item.visible = true;

@@ -4,6 +4,8 @@
 #include "jet/database.h"
 #include "platform/files.h"
 
+#include <cstdlib>
+
 namespace vellums::fuzz {
 namespace {
 
@@ -18,7 +20,7 @@ void run(jet::Database& database, const std::u16string& sql)
 void useDatabase(const std::u16string& path)
 {
     jet::Database database(path);
-    database.check();
+    const bool sound = database.check().empty();
     const auto tables = database.tables();
     for (std::size_t i = 0; i < tables.size() && i < 20; ++i)
         run(database, u"SELECT * FROM [" + tables[i].name + u"]");
@@ -28,6 +30,10 @@ void useDatabase(const std::u16string& path)
             u"', '2001-2-3')");
     run(database, u"UPDATE [Notes] SET VLTEXT='changed' WHERE ID<3");
     run(database, u"DELETE FROM [Notes] WHERE ID=2");
+    run(database, u"SELECT * INTO [Copy] FROM [Notes]");
+    run(database, u"DROP TABLE [Notes]");
+    if (sound && !database.check().empty())
+        std::abort(); // a sound file became unsound
 }
 
 } // namespace
