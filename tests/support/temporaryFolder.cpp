@@ -43,6 +43,14 @@ void removeTree(const std::u16string& folder)
     platform::removeFolder(folder);
 }
 
+// The listing knows names only as far as the code page goes; the library knows the others.
+void removeAll(const std::u16string& folder)
+{
+    removeTree(folder);
+    std::error_code ignored;
+    fs::remove_all(fs::path(folder), ignored);
+}
+
 } // namespace
 
 TemporaryFolder::TemporaryFolder()
@@ -52,13 +60,13 @@ TemporaryFolder::TemporaryFolder()
         "vellums-test-" + std::to_string(platform::processId()) + "-" + std::to_string(count++);
     const fs::path folder = fs::temp_directory_path() / name;
     path_ = textOf(folder);
-    removeTree(path_);
+    removeAll(path_);
     fs::create_directories(folder);
 }
 
 TemporaryFolder::~TemporaryFolder()
 {
-    removeTree(path_);
+    removeAll(path_);
 }
 
 std::u16string TemporaryFolder::file(std::u16string_view name) const

@@ -14,12 +14,20 @@ namespace {
 
 using namespace vellums;
 
+// Each test answers for its own objects alone.
 class NothingLeft : public testing::EmptyTestEventListener {
+    void OnTestStart(const testing::TestInfo&) override
+    {
+        alive_ = tests::ado::world().alive;
+        connections_ = tests::ado::world().connections();
+    }
     void OnTestEnd(const testing::TestInfo&) override
     {
-        EXPECT_EQ(tests::ado::world().alive, 0) << "objects that were never released";
-        EXPECT_EQ(tests::ado::world().connections(), 0) << "connections that were never closed";
+        EXPECT_EQ(tests::ado::world().alive, alive_) << "objects that were never released";
+        EXPECT_EQ(tests::ado::world().connections(), connections_) << "connections that were never closed";
     }
+    int alive_ = 0;
+    int connections_ = 0;
 };
 
 int runThroughAdo()
