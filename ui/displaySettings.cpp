@@ -113,8 +113,8 @@ void DisplaySettings::create(HWND parent, int dpi)
     lstFontNames_ = createUnseenList(parent, ID_lstFontNames);
     lstFontSizes_ = createUnseenList(parent, ID_lstFontSizes);
     mnu_fonts_.attach(menus_.popUpOf(ID_mnu_fontfaces), ID_mnu_fonts, 256, MenuArray::Captions::Names);
-    mnu_sizes_.attach(menus_.popUpOf(ID_mnu_fontsizes), ID_mnu_sizes + kFirstSizeItem, 32,
-        MenuArray::Captions::Names);
+    mnu_sizes_.attach(
+        menus_.popUpOf(ID_mnu_fontsizes), ID_mnu_sizes + kFirstSizeItem, 32, MenuArray::Captions::Names);
     fillFonts();
     fillSizes();
     readColours();

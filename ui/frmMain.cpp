@@ -77,8 +77,8 @@ void frmMain::open(const Opening& opening, int showCommand)
     commands_ = std::make_unique<RecordCommands>(notebook_, ports_, moments_);
     tables_ = std::make_unique<TableCommands>(
         notebook_, ports_, *commands_, TableMenus{mnu_availdb_, mnu_switchto_, input_});
-    list_ = std::make_unique<ListCommands>(
-        notebook_, ports_, *commands_, ListMenus{mnu_avtables_, mnu_moverec_});
+    list_ =
+        std::make_unique<ListCommands>(notebook_, ports_, *commands_, ListMenus{mnu_avtables_, mnu_moverec_});
     moments_.tableOpened.add([this] { rebuildSearchFields(notebook_, ports_); });
     const std::u16string startReport = ucStatusLeft_.Caption();
     commands_->start();

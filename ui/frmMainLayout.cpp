@@ -9,7 +9,7 @@
 namespace vellums::ui {
 namespace {
 
-constexpr int kFontTenths = 80; // 8 points
+constexpr int kFontTenths = 80;  // 8 points
 constexpr int kLabelMargin = 12; // pixels behind a text
 
 int textWidth(HWND label, HFONT font, const std::u16string& text)

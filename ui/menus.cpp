@@ -234,8 +234,8 @@ void MenuArray::show(std::size_t index)
     MenuItem shown = items_[index];
     if (captions_ == Captions::Names)
         shown.caption = platform::replaceAll(shown.caption, u"&", u"&&");
-    insertEntry(menu_, before, shown, baseId_ + static_cast<int>(index),
-        index != 0 && index % kColumnAfter == 0);
+    insertEntry(
+        menu_, before, shown, baseId_ + static_cast<int>(index), index != 0 && index % kColumnAfter == 0);
 }
 
 void MenuArray::truncate(std::size_t count)
