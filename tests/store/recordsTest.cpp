@@ -6,6 +6,8 @@
 
 #include <gmock/gmock.h>
 
+#include <utility>
+
 namespace vellums {
 namespace {
 
@@ -198,6 +200,31 @@ TEST_P(Records, TellWhatFailed)
         EXPECT_TRUE(notes_.shown()[i].starts_with(starts[i])) << i;
         EXPECT_EQ(notes_.shown()[i].back(), u')');
     }
+}
+
+// Servers count in another type than Access, and need not tell how many rows they changed.
+class Server : public Connection {
+public:
+    class OneNumber : public Recordset {
+    public:
+        const std::vector<std::u16string>& columns() const override { return columns_; }
+        bool next() override { return std::exchange(left_, false); }
+        const Value& value(std::size_t) const override { return number_; }
+
+    private:
+        std::vector<std::u16string> columns_{u"Expr1"};
+        Value number_ = jet::Decimal{false, {0, 0, 0, 70000}, 0};
+        bool left_ = true;
+    };
+    std::unique_ptr<Recordset> query(std::u16string_view) override { return std::make_unique<OneNumber>(); }
+    std::int32_t execute(std::u16string_view) override { return -1; }
+    std::vector<SchemaTable> tables() override { return {}; }
+};
+
+TEST(AddedRecords, HaveTheIdentityThatAServerGives)
+{
+    Server server;
+    EXPECT_EQ(addRecord(server, u"snippets", {u"text", std::nullopt, u""}).id, 70000);
 }
 
 } // namespace
