@@ -1,0 +1,116 @@
+// Every command that has a key, by that key; and those that have none, by their menu entry.
+#include "tests/windows/builtProgram.h"
+#include "tests/windows/driver.h"
+#include "ui/ids.h"
+
+#include <gtest/gtest.h>
+
+namespace vellums::tests {
+namespace {
+
+class KeysTest : public testing::TestWithParam<bool> {
+protected:
+    KeysTest()
+        : folder(builtProgram())
+    {
+        if (GetParam())
+            folder.write(L"Vellums.ini", "[Options]\r\nuiChinese=1\r\n");
+    }
+    std::u16string say(const char16_t* english, const char16_t* chinese) const
+    {
+        return GetParam() ? chinese : english;
+    }
+    static bool counts(const Program& program, int records)
+    {
+        return eventually([&] { return program.count(ID_lstHeads) == records; });
+    }
+
+    ProgramFolder folder;
+};
+
+TEST_P(KeysTest, RecordsAreAddedCopiedSavedAndDeleted)
+{
+    Program program(folder.executable());
+    ASSERT_TRUE(setClipboard(u"from the clipboard\r\n中文"));
+    program.type(ID_txtShowWrap, VK_F5);
+    EXPECT_TRUE(counts(program, 1));
+    program.type(ID_txtShowWrap, 'N', true);
+    EXPECT_TRUE(counts(program, 2));
+    program.type(ID_lstHeads, 'M', true);
+    EXPECT_TRUE(counts(program, 3));
+
+    program.setText(ID_txtType, u"typed title");
+    program.type(ID_txtType, 'S', true);
+    EXPECT_TRUE(eventually([&] { return program.entryOf(ID_lstHeads, u"typed title") >= 0; }));
+
+    program.type(ID_txtShowWrap, 'D', true);
+    EXPECT_EQ(program.waitForBox(),
+        say(u"Are you sure to delete selected records?    ", u"确定删除选定的记录?   "));
+    program.answer(IDNO);
+    EXPECT_EQ(program.count(ID_lstHeads), 3);
+    program.command(ID_mnu_ezdel);
+    program.command(ID_mnu_lpu_delete);
+    EXPECT_TRUE(counts(program, 2)); // nobody was asked
+    EXPECT_FALSE(program.boxIsOpen());
+    program.command(ID_mnu_ezdel);
+
+    program.setText(ID_txtKey, u"nothing has these words");
+    program.type(ID_txtShowWrap, 'R', true);
+    EXPECT_TRUE(counts(program, 0));
+    program.type(ID_txtKey, VK_ESCAPE);
+    EXPECT_TRUE(counts(program, 2));
+    program.command(ID_mnu_remdups);
+    EXPECT_TRUE(counts(program, 1));
+
+    program.command(ID_mnu_quit);
+    EXPECT_TRUE(eventually([&] { return !program.isRunning(); }));
+}
+
+TEST_P(KeysTest, FormsOpenAndCancelChangesNothing)
+{
+    Program program(folder.executable());
+    const std::u16string caption = program.caption();
+    program.type(ID_txtShowWrap, VK_INSERT, true);
+    EXPECT_FALSE(program.answerName(u"").empty());
+    program.command(ID_mnu_dbops + 1);
+    EXPECT_FALSE(program.answerName(u"").empty());
+    program.command(ID_mnu_dbcreate);
+    EXPECT_FALSE(program.answerName(u"").empty());
+    program.type(ID_txtShowWrap, 'O', true); // the system's dialog for folders
+    EXPECT_TRUE(eventually([&] { return program.boxIsOpen(); }));
+    EXPECT_TRUE(program.answer(IDCANCEL));
+    EXPECT_EQ(program.caption(), caption);
+    EXPECT_EQ(program.count(ID_lstHeads), 0);
+    EXPECT_EQ(program.close(), 0u);
+}
+
+TEST_P(KeysTest, TheViewChanges)
+{
+    Program program(folder.executable());
+    EXPECT_EQ(program.text(ID_ucStatusRight),
+        say(u"Type or paste a text, then press Ctrl+S to keep it.",
+            u"请输入或粘贴文本, 然后按 Ctrl+S 保存。"));
+    EXPECT_EQ(program.text(ID_lblRemarks + 1), say(u"Find:", u"查找:"));
+    program.type(ID_txtShowWrap, 'W', true);
+    EXPECT_TRUE(eventually([&] { return program.isShown(ID_txtShowNoWrap); }));
+    program.type(ID_txtShowNoWrap, VK_F4);
+    EXPECT_TRUE(eventually([&] { return !program.isShown(ID_lstHeads); }));
+    program.type(ID_txtShowNoWrap, VK_F8);
+    EXPECT_TRUE(eventually([&] { return program.ask(ID_lstFontSizes, LB_GETCURSEL) == 4; }));
+    program.type(ID_txtShowNoWrap, VK_F9);
+    EXPECT_EQ(program.waitForBox(), say(u"Load default display settings?   ", u"恢复默认显示设置?   "));
+    program.answer(IDYES);
+    EXPECT_TRUE(eventually([&] { return program.ask(ID_lstFontSizes, LB_GETCURSEL) == 3; }));
+    program.type(ID_txtShowNoWrap, VK_F7);
+    EXPECT_TRUE(eventually([&] { return program.ask(ID_lstFontSizes, LB_GETCURSEL) == 2; }));
+    program.ask(ID_chkSort, BM_CLICK);
+    EXPECT_TRUE(eventually([&] { return program.ask(ID_chkSort, BM_GETCHECK) == BST_CHECKED; }));
+    program.command(ID_mnu_AvailFields + 2); // "Full Text Search"
+    EXPECT_EQ(program.close(), 0u);
+}
+
+INSTANTIATE_TEST_SUITE_P(InBothLanguages, KeysTest, testing::Bool(),
+    [](const auto& test) { return test.param ? "Chinese" : "English"; });
+
+} // namespace
+} // namespace vellums::tests
