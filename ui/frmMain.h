@@ -106,6 +106,7 @@ private:
     void toggleWrap();
     void toggleOnTop();
     void onSourceChanged();
+    void showSourceMenu(int x, int y);
     void copyDate();
 
     // frmMainImport.cpp

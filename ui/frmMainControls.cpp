@@ -46,6 +46,7 @@ void frmMain::createControls()
     ucStatusLeft_.create(hwnd_, ID_ucStatusLeft);
     ucStatusRight_.create(hwnd_, ID_ucStatusRight);
     ucStatusRight_.Change = [this] { onSourceChanged(); };
+    ucStatusRight_.MouseUp = [this](int, int, int x, int y) { showSourceMenu(x, y); };
 
     focusBrush_.reset(CreateSolidBrush(kFocusColour));
     display_ = std::make_unique<DisplaySettings>(notebook_.settingsFile, *menus_, text_);

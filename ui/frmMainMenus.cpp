@@ -240,6 +240,17 @@ void frmMain::onSourceChanged()
     menus_->showSourceItem(!link.empty() && platform::fileExists(link));
 }
 
+// Where the right panel was clicked, when it shows the link of a file.
+void frmMain::showSourceMenu(int x, int y)
+{
+    const std::u16string link = ucStatusRight_.Caption();
+    if (link.empty() || !platform::fileExists(link))
+        return;
+    POINT at{x, y};
+    ClientToScreen(ucStatusRight_.hwnd(), &at);
+    popUp(menus_->popUpOf(ID_mnu_srcPopUp), at);
+}
+
 void frmMain::toggleSortOnTitle()
 {
     mnu_SortOnTitle_.setChecked(!mnu_SortOnTitle_.checked());

@@ -4,6 +4,7 @@
 collect.py FOLDER: the folder is made anew. Every text becomes a .txt file in UTF-8 with a mark, so that it
 reads the same in every code page, and small enough to be imported without a question.
 """
+import fnmatch
 import glob
 import gzip
 import os
@@ -38,13 +39,20 @@ def text_of(path):
     return text if len(text.encode()) <= LARGEST - len(MARK) else None
 
 
+def documents():
+    """Links are not followed: some lead round in circles."""
+    kinds = ("*.txt", "*.txt.gz", "README*", "NEWS*", "changelog.gz", "copyright")
+    for folder, _, files in os.walk("/usr/share/doc"):
+        for name in files:
+            if any(fnmatch.fnmatchcase(name, kind) for kind in kinds):
+                yield os.path.join(folder, name)
+
+
 def sources():
     """Paths with the largest number of texts to take from each group."""
     for language, most in LANGUAGES.items():
         yield sorted(glob.glob(f"{MANUALS}/{language}/man*/*.gz")), most
-    documents = "/usr/share/doc"
-    kinds = ("*.txt", "*.txt.gz", "README*", "NEWS*", "changelog.gz", "copyright")
-    yield sorted(path for kind in kinds for path in glob.glob(f"{documents}/**/{kind}", recursive=True)), 700
+    yield sorted(documents()), 700
     yield sorted(glob.glob(f"{MANUALS}/man*/*.gz")), MOST
 
 

@@ -3,6 +3,7 @@
 #include "ui/ids.h"
 
 #include <chrono>
+#include <cstdio>
 #include <thread>
 
 namespace vellums::tests {
@@ -268,12 +269,25 @@ std::u16string Program::answerName(const std::u16string& name) const
 
 bool Program::showsStatus(const std::u16string& text) const
 {
-    return eventually([&] { return this->text(ID_ucStatusLeft) == text; });
+    return awaitStatus([&text](const std::u16string& shown) { return shown == text; }, 10000);
 }
 
 bool Program::statusBegins(const std::u16string& text, int timeoutMs) const
 {
-    return eventually([&] { return this->text(ID_ucStatusLeft).starts_with(text); }, timeoutMs);
+    return awaitStatus([&text](const std::u16string& shown) { return shown.starts_with(text); }, timeoutMs);
+}
+
+// What there was instead goes into the report of the test.
+bool Program::awaitStatus(const std::function<bool(const std::u16string&)>& isWanted, int timeoutMs) const
+{
+    if (eventually([&] { return isWanted(text(ID_ucStatusLeft)); }, timeoutMs))
+        return true;
+    std::wprintf(L"The panel shows \"%ls\"; the program %ls, its window %ls.\n",
+        wideOf(text(ID_ucStatusLeft)).c_str(), isRunning() ? L"runs" : L"has ended",
+        IsWindow(window_) == FALSE     ? L"is gone"
+            : IsHungAppWindow(window_) ? L"hangs"
+                                       : L"answers");
+    return false;
 }
 
 bool setClipboard(const std::u16string& text)

@@ -66,6 +66,7 @@ public:
 
 private:
     HWND findBox() const;
+    bool awaitStatus(const std::function<bool(const std::u16string&)>& isWanted, int timeoutMs) const;
 
     HANDLE job_ = nullptr;
     PROCESS_INFORMATION process_{};
