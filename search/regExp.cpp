@@ -1,5 +1,6 @@
 #include "search/regExp.h"
 
+#include "search/regExpLines.h"
 #include "search/regExpMatcher.h"
 #include "search/regExpProgram.h"
 
@@ -16,6 +17,7 @@ struct RegExp::Compiled {
     bool ignoreCase;
     bool multiline;
     regexp::Tree tree;
+    regexp::LineSearch lines;
     std::optional<regexp::Program> program;
     std::optional<regexp::Matcher> matcher;
 
@@ -39,26 +41,39 @@ RegExp::~RegExp() = default;
 RegExp::RegExp(RegExp&&) noexcept = default;
 RegExp& RegExp::operator=(RegExp&&) noexcept = default;
 
-RegExp::Compiled& RegExp::compiled(std::size_t)
+RegExp::Compiled& RegExp::compiled()
 {
     if (!compiled_ || compiled_->pattern != Pattern || compiled_->ignoreCase != IgnoreCase ||
         compiled_->multiline != Multiline) {
         compiled_.reset();
         regexp::Tree tree = regexp::parsePattern(Pattern, IgnoreCase, Multiline);
-        compiled_ =
-            std::make_unique<Compiled>(Compiled{Pattern, IgnoreCase, Multiline, std::move(tree), {}, {}});
+        regexp::LineSearch lines(tree);
+        compiled_ = std::make_unique<Compiled>(
+            Compiled{Pattern, IgnoreCase, Multiline, std::move(tree), std::move(lines), {}, {}});
     }
     return *compiled_;
+}
+
+template <typename Visit>
+void RegExp::forEach(std::u16string_view text, Visit visit)
+{
+    Compiled& made = compiled();
+    if (made.tree.nodes[made.tree.root].minLength > text.size())
+        return;
+    if (made.lines.literal()) {
+        auto hit = made.lines.scan().next(text, 0);
+        while (hit.place != regexp::kNowhere && visit(hit.place, hit.place + hit.length))
+            hit = made.lines.scan().next(text, hit.place + hit.length);
+    } else if (made.lines.promising(text)) {
+        Effort effort(text.size());
+        made.matcherFor(text.size()).forEach(text, 0, effort, visit);
+    }
 }
 
 std::vector<RegExpMatch> RegExp::Execute(std::u16string_view text)
 {
     std::vector<RegExpMatch> matches;
-    Compiled& made = compiled(text.size());
-    if (made.tree.nodes[made.tree.root].minLength > text.size())
-        return matches;
-    Effort effort(text.size());
-    made.matcherFor(text.size()).forEach(text, 0, effort, [&](std::size_t first, std::size_t end) {
+    forEach(text, [&](std::size_t first, std::size_t end) {
         matches.push_back({first, end - first});
         return Global;
     });
@@ -67,31 +82,23 @@ std::vector<RegExpMatch> RegExp::Execute(std::u16string_view text)
 
 bool RegExp::Test(std::u16string_view text)
 {
-    Compiled& made = compiled(text.size());
-    if (made.tree.nodes[made.tree.root].minLength > text.size())
-        return false;
-    Effort effort(text.size());
-    return !made.matcherFor(text.size()).forEach(text, 0, effort, [](std::size_t, std::size_t) {
+    bool found = false;
+    forEach(text, [&found](std::size_t, std::size_t) {
+        found = true;
         return false;
     });
+    return found;
 }
 
 void RegExp::findInLines(std::u16string_view text, const Visitor& visit)
 {
-    Compiled& made = compiled(text.size());
+    Compiled& made = compiled();
     Effort effort(text.size());
-    for (std::size_t start = 0; start <= text.size();) {
-        std::size_t end = text.find(u"\r\n", start);
-        if (end == text.npos)
-            end = text.size();
-        const std::u16string_view line = text.substr(start, end - start);
-        if (made.tree.nodes[made.tree.root].minLength <= line.size() &&
-            !made.matcherFor(line.size()).forEach(line, 0, effort, [&](std::size_t first, std::size_t last) {
-                return first == last || visit({start, start + first, last - first});
-            }))
-            return;
-        start = end + 2;
-    }
+    made.lines.run(
+        text, [&made](std::size_t length) -> regexp::Matcher& { return made.matcherFor(length); }, effort,
+        [&visit](std::size_t line, std::size_t first, std::size_t length) {
+            return visit({line, first, length});
+        });
 }
 
 } // namespace vellums

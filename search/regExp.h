@@ -60,7 +60,9 @@ public:
 
 private:
     struct Compiled;
-    Compiled& compiled(std::size_t longestText);
+    Compiled& compiled();
+    template <typename Visit>
+    void forEach(std::u16string_view text, Visit visit); // visit(first, end), until it gives false
 
     std::unique_ptr<Compiled> compiled_;
 };

@@ -44,6 +44,11 @@ char16_t folded(char16_t unit)
     return folding().to[unit];
 }
 
+const char16_t* foldTable()
+{
+    return folding().to.data();
+}
+
 std::vector<char16_t> sameFolded(char16_t unit)
 {
     const auto found = folding().groups.find(folded(unit));

@@ -11,6 +11,7 @@ inline constexpr std::uint32_t kUnits = 0x10000;
 
 // The form in which units are compared without regard to case.
 char16_t folded(char16_t unit);
+const char16_t* foldTable(); // the same for each of the 65536 units
 // All units with the folded form of this one, ascending; itself among them.
 std::vector<char16_t> sameFolded(char16_t unit);
 
