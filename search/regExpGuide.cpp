@@ -107,8 +107,8 @@ std::size_t Guide::endOfRun(std::size_t place) const
     const State* const first = states_.data() + (place - from_ + 1);
     const State* const last = states_.data() + (to_ - from_) + 1;
     const State value = *first;
-    const State* now = first;
-    while (now != last && *now == value)
+    const State* now = first + 1;
+    while (now < last && *now == value)
         ++now;
     return place + static_cast<std::size_t>(now - first);
 }

@@ -29,7 +29,7 @@ public:
             toBlockOf(place);
         return states_[place - from_ + 1];
     }
-    // From `place` on, the first one whose state differs from that of `place`, in the block at hand.
+    // The first place behind `place` whose state differs from that of `place`, or that the block ends with.
     std::size_t endOfRun(std::size_t place) const;
 
     Automaton& automaton() { return automaton_; }
