@@ -21,10 +21,10 @@ std::uint64_t hashOf(const std::uint64_t* words, std::size_t count)
 
 } // namespace
 
-Automaton::Automaton(const Program& program)
+Automaton::Automaton(const Program& program, std::size_t width)
     : program_(program)
     , startSymbol_(program.alphabet.size())
-    , stride_((program.alphabet.size() + 3) & ~std::size_t{1})
+    , stride_((std::max<std::size_t>(program.alphabet.size() + 1, width) + 2) & ~std::size_t{1})
     , wordCount_(program.positions.size() / 64 + 2)
     , acceptOf_(program.lookAheads.size() + 1)
     , reachedAt_(program.instructions.size(), 0)
@@ -125,6 +125,7 @@ void Automaton::reach(State state, Beside left)
         std::fill(reachedAt_.begin(), reachedAt_.end(), 0);
         round_ = 1;
     }
+    reached_.clear();
     const Beside right = rightOf(state);
     const std::uint64_t* words = pool_.data() + wordsOf(state);
     std::size_t word = 0;
@@ -155,6 +156,7 @@ void Automaton::spread(Place place, Beside left, Beside right)
     while (!pending_.empty()) {
         const Place next = pending_.back();
         pending_.pop_back();
+        reached_.push_back(next);
         for (std::uint32_t i = program_.firstBefore[next]; i < program_.firstBefore[next + 1]; ++i) {
             const Place before = program_.before[i];
             if (reachedAt_[before] == round_)
@@ -173,15 +175,19 @@ void Automaton::spread(Place place, Beside left, Beside right)
 
 State Automaton::next(State state, std::uint32_t symbol, Effort& effort)
 {
-    effort.spend((program_.instructions.size() + stride_) / 4 + 16);
     const Beside left = symbol == startSymbol_ ? Beside::Nothing : program_.besideOfClass[symbol];
     reach(state, left);
+    effort.spend((reached_.size() * 4 + wordCount_ + stride_) / 4 + 16);
     std::vector<std::uint64_t> words(wordCount_, 0);
     if (symbol != startSymbol_) {
-        for (std::size_t i = 0; i < program_.positions.size(); ++i) {
-            const Instruction& unit = program_.instructions[program_.positions[i]];
-            if (reaches(unit.next) && program_.setHolds[unit.value][symbol])
-                words[i / 64] |= std::uint64_t{1} << (i % 64);
+        for (const Place place : reached_) {
+            for (std::uint32_t i = program_.firstUnitBefore[place]; i < program_.firstUnitBefore[place + 1];
+                 ++i) {
+                const std::uint32_t position = program_.unitsBefore[i];
+                const Instruction& unit = program_.instructions[program_.positions[position]];
+                if (program_.setHolds[unit.value][symbol])
+                    words[position / 64] |= std::uint64_t{1} << (position % 64);
+            }
         }
     }
     words.back() = static_cast<std::uint64_t>(left) | (reaches(program_.start) ? kBegins : 0);

@@ -32,7 +32,8 @@ struct KeptState {
 
 class Automaton {
 public:
-    explicit Automaton(const Program& program);
+    // Rows are at least `width` wide, so that others can keep tables of that width by state.
+    Automaton(const Program& program, std::size_t width);
 
     State atEnd(); // behind the last unit of a text
 
@@ -60,7 +61,8 @@ public:
     bool large() const { return table_.size() * sizeof(State) + pool_.size() * 8 > kLarge; }
     KeptState keep(State state) const;
     State bringBack(const KeptState& kept);
-    void clear();                                          // gives up all states
+    void clear(); // gives up all states
+    std::size_t tableSize() const { return table_.size(); }
     std::size_t generation() const { return generation_; } // another one after each clear()
     std::size_t placesPerBlock() const;                    // so many states fill a table at most
 
@@ -90,6 +92,7 @@ private:
     State reachedFor_ = 0;
     Beside reachedLeft_ = Beside::Nothing;
     std::vector<Place> pending_;
+    std::vector<Place> reached_;
 };
 
 } // namespace vellums::regexp

@@ -36,6 +36,7 @@ public:
         makeAlphabet();
         listPositions();
         listBefore();
+        listUnitsBefore();
         return std::move(program_);
     }
 
@@ -277,6 +278,19 @@ private:
         std::vector<std::uint32_t> fill(first.begin(), first.end() - 1);
         for (Place i = 0; i < instructions.size(); ++i)
             forEachNext(instructions[i], [&](Place next) { program_.before[fill[next]++] = i; });
+    }
+
+    void listUnitsBefore()
+    {
+        std::vector<std::uint32_t>& first = program_.firstUnitBefore;
+        first.assign(program_.instructions.size() + 1, 0);
+        for (const Place unit : program_.positions)
+            ++first[program_.instructions[unit].next + 1];
+        std::partial_sum(first.begin(), first.end(), first.begin());
+        program_.unitsBefore.resize(first.back());
+        std::vector<std::uint32_t> fill(first.begin(), first.end() - 1);
+        for (std::uint32_t i = 0; i < program_.positions.size(); ++i)
+            program_.unitsBefore[fill[program_.instructions[program_.positions[i]].next]++] = i;
     }
 
     const Tree& tree_;

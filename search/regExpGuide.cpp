@@ -4,8 +4,8 @@
 
 namespace vellums::regexp {
 
-Guide::Guide(const Program& program)
-    : automaton_(program)
+Guide::Guide(const Program& program, std::size_t width)
+    : automaton_(program, width)
     , blockLength_(automaton_.placesPerBlock())
 {
 }

@@ -13,7 +13,7 @@ namespace vellums::regexp {
 
 class Guide {
 public:
-    explicit Guide(const Program& program);
+    Guide(const Program& program, std::size_t width); // see Automaton
 
     // Takes another text; text and allowance must outlive its use. False: there is no match in it.
     bool take(std::u16string_view text, Effort& effort);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 namespace vellums::regexp {
 namespace {
@@ -11,7 +12,8 @@ using Texts = std::vector<std::u16string>;
 
 constexpr std::size_t kMostTexts = 12;
 constexpr std::size_t kMostLetters = 4; // in a class
-constexpr std::size_t kLongest = 200;
+constexpr std::size_t kLongest = 100000;
+constexpr std::size_t kLongEnough = 50; // what is longer is found no sooner
 constexpr int kDeepest = 100;
 
 // The longer and the rarer, the better.
@@ -48,7 +50,7 @@ public:
             std::optional<Texts> all = Texts{u""};
             for (const NodeNo child : node.children)
                 if (all)
-                    all = joined(*all, exact(child, depth + 1));
+                    all = joined(std::move(*all), exact(child, depth + 1));
             return all;
         }
         case NodeKind::Either:
@@ -103,10 +105,14 @@ private:
         return result;
     }
 
-    static std::optional<Texts> joined(const Texts& left, const std::optional<Texts>& right)
+    static std::optional<Texts> joined(Texts left, const std::optional<Texts>& right)
     {
         if (!right || left.size() * right->size() > kMostTexts)
             return {};
+        if (right->size() == 1 && left.size() == 1 && left[0].size() + right->front().size() <= kLongest) {
+            left[0] += right->front();
+            return left;
+        }
         Texts result;
         for (const std::u16string& a : left) {
             for (const std::u16string& b : *right) {
@@ -146,9 +152,10 @@ private:
             if (!plain)
                 if (const std::optional<Texts> inside = needed(child, depth + 1))
                     consider(*inside);
-            const std::optional<Texts> longer = plain ? joined(run, plain) : std::nullopt;
-            run = longer ? *longer : plain.value_or(Texts{u""});
-            consider(run);
+            std::optional<Texts> longer = plain ? joined(std::move(run), plain) : std::nullopt;
+            run = longer ? std::move(*longer) : plain.value_or(Texts{u""});
+            if (run.front().size() <= kLongEnough)
+                consider(run);
         }
         if (best.empty())
             return {};

@@ -4,8 +4,8 @@ namespace vellums::regexp {
 
 Matcher::Matcher(const Program& program)
     : program_(program)
-    , guide_(program)
     , walk_(program)
+    , guide_(program, walk_.width())
     , backtrack_(program)
 {
 }

@@ -67,8 +67,8 @@ private:
     }
 
     const Program& program_;
-    Guide guide_;
     Walk walk_;
+    Guide guide_;
     Backtrack backtrack_;
 };
 

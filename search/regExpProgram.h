@@ -71,6 +71,9 @@ struct Program {
     // Which instructions lead to one without taking a unit: before[firstBefore[i]] ...
     std::vector<std::uint32_t> firstBefore;
     std::vector<Place> before;
+    // And which Unit instructions lead to one, by position.
+    std::vector<std::uint32_t> firstUnitBefore;
+    std::vector<std::uint32_t> unitsBefore;
 
     Beside beside(char16_t unit) const { return besideOfClass[alphabet.of(unit)]; }
 };

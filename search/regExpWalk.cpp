@@ -7,7 +7,7 @@ namespace vellums::regexp {
 
 Walk::Walk(const Program& program)
     : program_(program)
-    , steps_(kRemembered)
+    , column_(program.instructions.size(), 0)
 {
     std::uint32_t marks = 0;
     for (const Instruction& instruction : program.instructions) {
@@ -15,6 +15,20 @@ Walk::Walk(const Program& program)
         marks += instruction.depth + 1;
     }
     seenAt_.assign(marks, 0);
+    // Ways begin at the start and behind units, nowhere else.
+    std::vector<Place> origins = {program.start};
+    for (const Place position : program.positions)
+        origins.push_back(program.instructions[position].next);
+    std::sort(origins.begin(), origins.end());
+    origins.erase(std::unique(origins.begin(), origins.end()), origins.end());
+    const std::uint32_t neighbours = program.asksBefore ? 4 : 1;
+    if (origins.size() * neighbours > kWidest) {
+        steps_.resize(kRemembered);
+        return;
+    }
+    width_ = origins.size() * neighbours;
+    for (std::uint32_t i = 0; i < origins.size(); ++i)
+        column_[origins[i]] = i * neighbours;
 }
 
 std::size_t Walk::endOf(Guide& guide, std::size_t start)
@@ -22,7 +36,7 @@ std::size_t Walk::endOf(Guide& guide, std::size_t start)
     const std::u16string_view text = guide.text();
     const auto leftOf = [&](std::size_t place) {
         if (!program_.asksBefore)
-            return Beside::Other;
+            return Beside::Nothing;
         return place == 0 ? Beside::Nothing : program_.beside(text[place - 1]);
     };
     Place at = program_.start;
@@ -44,22 +58,37 @@ std::size_t Walk::endOf(Guide& guide, std::size_t start)
     }
 }
 
+void Walk::useGeneration(const Automaton& automaton)
+{
+    if (generation_ == automaton.generation())
+        return;
+    generation_ = automaton.generation();
+    table_.clear();
+    std::fill(steps_.begin(), steps_.end(), Step());
+}
+
 Place Walk::step(Automaton& automaton, Place at, Beside left, State state)
 {
-    if (generation_ != automaton.generation()) {
-        generation_ = automaton.generation();
-        std::fill(steps_.begin(), steps_.end(), Step());
+    useGeneration(automaton);
+    if (width_ == 0) {
+        Step& step = steps_[(state * 31 + at * 7 + static_cast<std::uint32_t>(left)) % kRemembered];
+        if (step.at != at || step.state != state || step.left != left)
+            step = {at, state, left, findWay(automaton, at, left, state)};
+        return step.result;
     }
-    Step& step = steps_[(state * 31 + at * 7 + static_cast<std::uint32_t>(left)) % kRemembered];
-    if (step.at != at || step.state != state || step.left != left)
-        step = {at, state, left, findWay(automaton, at, left, state)};
-    return step.result;
+    const std::size_t entry = state + column_[at] + static_cast<std::size_t>(left);
+    if (entry >= table_.size())
+        table_.resize(automaton.tableSize() + width_, kUnknown);
+    Place& result = table_[entry];
+    if (result == kUnknown)
+        result = findWay(automaton, at, left, state);
+    return result;
 }
 
 Place Walk::findWay(Automaton& automaton, Place at, Beside left, State state)
 {
     if (!program_.lookAheads.empty())
-        automaton.reach(state, program_.asksBefore ? left : Beside::Other);
+        automaton.reach(state, left);
     if (++round_ == 0) {
         std::fill(seenAt_.begin(), seenAt_.end(), 0);
         round_ = 1;

@@ -15,14 +15,19 @@ class Walk {
 public:
     explicit Walk(const Program& program);
 
+    // How wide the rows of the automaton must be.
+    std::size_t width() const { return width_; }
     // Where the match that begins at `start` ends; one begins there.
     std::size_t endOf(Guide& guide, std::size_t start);
 
 private:
     static constexpr Place kAccepted = 0xFFFFFFFF;
+    static constexpr Place kUnknown = 0xFFFFFFFE;
+    static constexpr std::size_t kWidest = 256;
     static constexpr std::size_t kRemembered = 1024;
 
     // What was once found: from `at`, with this left neighbour and state, the way leads to `result`.
+    // Where instructions are few every step has an entry of its own, beside the automaton's table.
     struct Step {
         Place at = kAccepted;
         State state = 0;
@@ -36,13 +41,17 @@ private:
         std::uint32_t fresh;
     };
 
+    void useGeneration(const Automaton& automaton);
     Place step(Automaton& automaton, Place at, Beside left, State state);
     Place findWay(Automaton& automaton, Place at, Beside left, State state);
     void follow(const Way& way, const Automaton& automaton, Beside left, Beside right);
     void push(Place place, std::uint32_t fresh) { ways_.push_back({place, fresh}); }
 
     const Program& program_;
-    std::vector<Step> steps_;
+    std::size_t width_ = 0;             // 0: instructions are many
+    std::vector<std::uint32_t> column_; // by instruction: where its steps stand in a row
+    std::vector<Place> table_;          // by state and column and left neighbour; kUnknown at first
+    std::vector<Step> steps_;           // where instructions are many
     std::size_t generation_ = 0;
     std::vector<Way> ways_;
     std::vector<std::uint32_t> firstSeen_; // by instruction: where its marks in seenAt_ begin

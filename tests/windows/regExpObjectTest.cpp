@@ -259,21 +259,23 @@ std::string knownDifference(
 
 TEST_F(SystemRegExp, AgreesOnGeneratedPatterns)
 {
-    constexpr unsigned kPairs = 24000;
+    constexpr unsigned kPairs = 21000;
     std::map<std::string, unsigned> known;
     unsigned matched = 0;
     unsigned refused = 0;
     unsigned failures = 0;
     for (unsigned seed = 0; seed < kPairs && failures < 20; ++seed) {
         Maker maker(seed);
-        const std::u16string pattern = maker.pattern(3);
+        std::u16string pattern;
+        while (pattern.empty())
+            pattern = maker.pattern(3);
         const std::u16string text = maker.text();
         const bool ignoreCase = seed % 2 == 0;
         bool global = false;
         try {
             const regexp::Tree tree = regexp::parsePattern(pattern, ignoreCase, false);
             global = tree.nodes[tree.root].minLength > 0;
-            if (pattern.empty() || lookAheadMayBeEmpty(tree)) {
+            if (lookAheadMayBeEmpty(tree)) {
                 ++known["left out"];
                 continue;
             }
@@ -297,7 +299,7 @@ TEST_F(SystemRegExp, AgreesOnGeneratedPatterns)
         std::printf("%u: %s\n", count, why.c_str());
     std::printf("%u matched, %u refused\n", matched, refused);
     EXPECT_LT(known["a back reference to a group that was given up"], kPairs / 500);
-    EXPECT_LT(known["left out"], kPairs / 10);
+    EXPECT_LE(known["left out"], kPairs - 20000);
     EXPECT_GT(matched, kPairs / 4);
     EXPECT_GT(refused, 100U);
 }
