@@ -24,7 +24,8 @@ std::uint64_t hashOf(const std::uint64_t* words, std::size_t count)
 Automaton::Automaton(const Program& program, std::size_t width)
     : program_(program)
     , startSymbol_(program.alphabet.size())
-    , stride_((std::max<std::size_t>(program.alphabet.size() + 1, width) + 2) & ~std::size_t{1})
+    , strideBits_(std::bit_width(std::max<std::size_t>(program.alphabet.size() + 1, width) + 1))
+    , stride_(std::size_t{1} << strideBits_)
     , wordCount_(program.positions.size() / 64 + 2)
     , acceptOf_(program.lookAheads.size() + 1)
     , reachedAt_(program.instructions.size(), 0)
@@ -32,6 +33,8 @@ Automaton::Automaton(const Program& program, std::size_t width)
     for (Place i = 0; i < program.instructions.size(); ++i)
         if (program.instructions[i].op == Op::Accept)
             acceptOf_[program.instructions[i].graph] = i;
+    clear();
+    nothingStays_ = endsWithNothing();
     clear();
 }
 
@@ -43,7 +46,26 @@ void Automaton::clear()
     hash_.assign(kFirstHash, 0);
     count_ = 1;
     reachedFor_ = 0;
+    nothing_ = 0;
     ++generation_;
+}
+
+bool Automaton::endsWithNothing()
+{
+    for (const Beside right : {Beside::Word, Beside::LineEnd, Beside::Other}) {
+        std::vector<std::uint64_t> words(wordCount_, 0);
+        words.back() = static_cast<std::uint64_t>(right);
+        const State state = stateOf(words);
+        for (const Beside left : {Beside::Nothing, Beside::Word, Beside::LineEnd, Beside::Other}) {
+            reach(state, left);
+            const bool takes = std::any_of(reached_.begin(), reached_.end(), [this](Place place) {
+                return program_.firstUnitBefore[place] != program_.firstUnitBefore[place + 1];
+            });
+            if (takes || reaches(program_.start))
+                return false;
+        }
+    }
+    return true;
 }
 
 std::size_t Automaton::placesPerBlock() const
@@ -191,7 +213,13 @@ State Automaton::next(State state, std::uint32_t symbol, Effort& effort)
         }
     }
     words.back() = static_cast<std::uint64_t>(left) | (reaches(program_.start) ? kBegins : 0);
+    const bool nothing = nothingStays_ && symbol != startSymbol_ && !reaches(program_.start) &&
+        std::all_of(words.begin(), words.end() - 1, [](std::uint64_t word) { return word == 0; });
+    if (nothing)
+        words.back() = static_cast<std::uint64_t>(Beside::Other);
     const State result = stateOf(words);
+    if (nothing)
+        nothing_ = result;
     table_[state + symbol] = result;
     return result;
 }
@@ -214,6 +242,10 @@ bool Automaton::read(
         state = following;
         met |= state;
         states[i - from + 1] = state;
+        if (state == nothing_) {
+            std::fill(states, states + (i - from + 1), state);
+            return (met & 1) != 0;
+        }
     }
     const std::uint32_t symbol = from == 0 ? startSymbol_ : classes[text[from - 1]];
     const State before = table[state + symbol];

@@ -69,22 +69,29 @@ public:
 private:
     static constexpr std::size_t kLarge = 64U << 20;
 
-    std::size_t numberOf(State state) const { return state / stride_; }
+    std::size_t numberOf(State state) const { return state >> strideBits_; }
     std::size_t wordsOf(State state) const { return numberOf(state) * wordCount_; }
     State next(State state, std::uint32_t symbol, Effort& effort);
     State stateOf(const std::vector<std::uint64_t>& words);
     void spread(Place place, Beside left, Beside right);
+    bool endsWithNothing();
     void growHash();
 
     const Program& program_;
     std::uint32_t startSymbol_;
-    std::size_t stride_;
+    std::size_t strideBits_;
+    std::size_t stride_;    // a power of two
     std::size_t wordCount_; // of a state: the positions, then a word with what stands to the right
     std::vector<State> table_;
     std::vector<std::uint64_t> pool_;
     std::vector<State> hash_;
     std::size_t count_ = 0;
     std::size_t generation_ = 0;
+
+    // Where nothing can be taken any more nothing ever can, as in patterns that end with "$": there is
+    // one such state, and what stands left of it need not be read.
+    bool nothingStays_ = false;
+    State nothing_ = 0; // 0: not met yet
 
     std::vector<Place> acceptOf_; // by graph
     std::vector<std::uint32_t> reachedAt_;

@@ -36,6 +36,16 @@ UnitSet beginnings(const Tree& tree, NodeNo number, int depth)
     }
 }
 
+// Nearly every line has a unit of the set.
+bool common(const UnitSet& set)
+{
+    constexpr int kCommon = 60; // of a thousand units
+    int sum = 0;
+    for (char16_t unit = u' '; unit < 0x7F; ++unit)
+        sum += set.contains(unit) ? commonness(unit) : 0;
+    return sum > kCommon;
+}
+
 bool hasLineEnd(const std::u16string& text)
 {
     return text.find_first_of(u"\r\n") != text.npos;
@@ -73,7 +83,7 @@ void LineSearch::choose(const Tree& tree)
     if (minLength_ == 0 || chooseRun(tree))
         return;
     const UnitSet first = beginnings(tree, tree.root, 0);
-    if (first.size() > kTooMany)
+    if (first.size() > kTooMany || common(first))
         return;
     units_.emplace(first);
     plan_ = Plan::Beginning;
