@@ -47,6 +47,7 @@ void Automaton::clear()
     count_ = 1;
     reachedFor_ = 0;
     nothing_ = 0;
+    end_ = 0;
     ++generation_;
 }
 
@@ -76,9 +77,12 @@ std::size_t Automaton::placesPerBlock() const
 
 State Automaton::atEnd()
 {
-    std::vector<std::uint64_t> words(wordCount_, 0);
-    words.back() = static_cast<std::uint64_t>(Beside::Nothing);
-    return stateOf(words);
+    if (end_ == 0) {
+        std::vector<std::uint64_t> words(wordCount_, 0);
+        words.back() = static_cast<std::uint64_t>(Beside::Nothing);
+        end_ = stateOf(words);
+    }
+    return end_;
 }
 
 Beside Automaton::rightOf(State state) const

@@ -92,6 +92,7 @@ private:
     // one such state, and what stands left of it need not be read.
     bool nothingStays_ = false;
     State nothing_ = 0; // 0: not met yet
+    State end_ = 0;     // the same
 
     std::vector<Place> acceptOf_; // by graph
     std::vector<std::uint32_t> reachedAt_;

@@ -11,8 +11,17 @@ constexpr std::size_t kMostEntries = 16U << 20; // 128 MiB
 
 Backtrack::Backtrack(const Program& program)
     : program_(program)
+    , unitAhead_(program.instructions.size(), kUnset)
     , slots_(program.slots + program.deepest + 1, kUnset)
 {
+    // What these instructions are followed by was made before them.
+    for (Place i = 0; i < program.instructions.size(); ++i) {
+        const Instruction& instruction = program.instructions[i];
+        if (instruction.op == Op::Unit)
+            unitAhead_[i] = program.positionOf[i];
+        else if (instruction.op == Op::Save || instruction.op == Op::Forget || instruction.op == Op::Enter)
+            unitAhead_[i] = unitAhead_[instruction.next];
+    }
 }
 
 std::optional<std::size_t> Backtrack::endOf(
@@ -62,14 +71,18 @@ void Backtrack::change(std::uint32_t slot, std::uint32_t value)
     slots_[slot] = value;
 }
 
-bool Backtrack::mayTake(Place place)
+bool Backtrack::mayTake(std::uint32_t position)
 {
-    const Instruction& instruction = program_.instructions[place];
-    if (instruction.op != Op::Unit)
-        return true;
     if (guide_ != nullptr)
-        return guide_->automaton().has(guide_->state(place_), program_.positionOf[place]);
-    return place_ < text_.size() && program_.setHolds[instruction.value][program_.alphabet.of(text_[place_])];
+        return guide_->automaton().has(guide_->state(place_), position);
+    const Instruction& unit = program_.instructions[program_.positions[position]];
+    return place_ < text_.size() && program_.setHolds[unit.value][program_.alphabet.of(text_[place_])];
+}
+
+// False: the way from here fails at its first unit.
+bool Backtrack::promises(Place place)
+{
+    return unitAhead_[place] == kUnset || mayTake(unitAhead_[place]);
 }
 
 bool Backtrack::step()
@@ -77,18 +90,17 @@ bool Backtrack::step()
     const Instruction& instruction = program_.instructions[at_];
     switch (instruction.op) {
     case Op::Unit:
-        if (!mayTake(at_))
+        if (!mayTake(program_.positionOf[at_]))
             return false;
         ++place_;
         break;
     case Op::Split:
-        if (!mayTake(instruction.next)) {
+        if (!promises(instruction.next)) {
             at_ = instruction.other;
             return true;
         }
-        if (mayTake(instruction.other)) {
+        if (promises(instruction.other))
             push(instruction.other, place_);
-        }
         break;
     case Op::Assert: {
         const Beside left = place_ == 0 ? Beside::Nothing : program_.beside(text_[place_ - 1]);

@@ -39,9 +39,11 @@ private:
     void push(std::uint32_t what, std::uint32_t value);
     void change(std::uint32_t slot, std::uint32_t value);
     bool reference(std::uint32_t group);
-    bool mayTake(Place place);
+    bool mayTake(std::uint32_t position);
+    bool promises(Place place);
 
     const Program& program_;
+    std::vector<std::uint32_t> unitAhead_; // by instruction: the position that must be taken next, or kUnset
     std::u16string_view text_;
     Guide* guide_ = nullptr;
     Effort* effort_ = nullptr;

@@ -29,6 +29,8 @@ public:
             toBlockOf(place);
         return states_[place - from_ + 1];
     }
+    // The states of all places, that of place i at i + 1, when the text is one block; null otherwise.
+    const State* allStates() const { return from_ == 0 && to_ == text_.size() ? states_.data() : nullptr; }
     // The first place behind `place` whose state differs from that of `place`, or that the block ends with.
     std::size_t endOfRun(std::size_t place) const;
 

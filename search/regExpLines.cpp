@@ -92,7 +92,7 @@ void LineSearch::choose(const Tree& tree)
 bool LineSearch::chooseRun(const Tree& tree)
 {
     const Node* node = &tree.nodes[tree.root];
-    if (node->kind == NodeKind::Repeat && !node->lazy &&
+    if (node->kind == NodeKind::Repeat && !node->lazy && node->fewest > 0 &&
         tree.nodes[node->children[0]].kind == NodeKind::Unit) {
         fewest_ = node->fewest;
         most_ = node->most == kNoLimit ? kNowhere : node->most;
@@ -170,23 +170,39 @@ void LineSearch::literalsInLines(std::u16string_view text, const Visit& visit) c
     }
 }
 
+// The next run of at least fewest_ units: one that begins at `place` or behind has the unit that stands
+// fewest_ - 1 further on, or begins behind that.
+std::size_t LineSearch::nextRun(std::u16string_view text, std::size_t place) const
+{
+    if (fewest_ == 1)
+        return units_->next(text, place);
+    while (fewest_ <= text.size() - place) {
+        const std::size_t probe = place + fewest_ - 1;
+        std::size_t first = probe + 1;
+        while (first > place && units_->has(text[first - 1]))
+            --first;
+        if (first == place)
+            return place;
+        place = first;
+    }
+    return kNowhere;
+}
+
 void LineSearch::runsInLines(std::u16string_view text, const Visit& visit) const
 {
     std::size_t line = 0;
     std::size_t known = 0;
-    std::size_t place = units_->next(text, 0);
+    std::size_t place = nextRun(text, 0);
     while (place != kNowhere) {
         const std::size_t most = std::min(most_, text.size() - place);
-        std::size_t length = 1;
+        std::size_t length = fewest_;
         while (length < most && units_->has(text[place + length]))
             ++length;
-        if (length >= fewest_) {
-            line = lineAround(text, place, line, known);
-            known = place;
-            if (!visit(line, place, length))
-                return;
-        }
-        place = units_->next(text, place + length);
+        line = lineAround(text, place, line, known);
+        known = place;
+        if (!visit(line, place, length))
+            return;
+        place = nextRun(text, place + length);
     }
 }
 

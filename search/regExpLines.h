@@ -43,6 +43,7 @@ private:
     void choose(const Tree& tree);
     bool chooseRun(const Tree& tree);
     void literalsInLines(std::u16string_view text, const Visit& visit) const;
+    std::size_t nextRun(std::u16string_view text, std::size_t place) const; // kNowhere: none
     void runsInLines(std::u16string_view text, const Visit& visit) const;
     std::size_t nextPromising(std::u16string_view text, std::size_t from) const;
 

@@ -33,6 +33,9 @@ Walk::Walk(const Program& program)
 
 std::size_t Walk::endOf(Guide& guide, std::size_t start)
 {
+    const State* const states = guide.allStates();
+    if (states != nullptr && width_ != 0 && !program_.asksBefore)
+        return endByTable(guide, start, states);
     const std::u16string_view text = guide.text();
     const auto leftOf = [&](std::size_t place) {
         if (!program_.asksBefore)
@@ -54,6 +57,28 @@ std::size_t Walk::endOf(Guide& guide, std::size_t start)
             while (place + 1 < end && leftOf(place + 1) == left)
                 ++place;
         }
+        at = result;
+    }
+}
+
+// The same for the common case, in fewer steps.
+std::size_t Walk::endByTable(Guide& guide, std::size_t start, const State* states)
+{
+    Automaton& automaton = guide.automaton();
+    useGeneration(automaton);
+    if (table_.size() < automaton.tableSize() + width_)
+        table_.resize(automaton.tableSize() + width_, kUnknown);
+    Place at = program_.start;
+    for (std::size_t place = start;; ++place) {
+        const State state = states[place + 1];
+        Place& result = table_[state + column_[at]];
+        if (result == kUnknown)
+            result = findWay(automaton, at, Beside::Nothing, state);
+        if (result == kAccepted)
+            return place;
+        if (result == at)
+            while (states[place + 2] == state && place + 1 < guide.text().size())
+                ++place;
         at = result;
     }
 }

@@ -41,6 +41,7 @@ private:
         std::uint32_t fresh;
     };
 
+    std::size_t endByTable(Guide& guide, std::size_t start, const State* states);
     void useGeneration(const Automaton& automaton);
     Place step(Automaton& automaton, Place at, Beside left, State state);
     Place findWay(Automaton& automaton, Place at, Beside left, State state);
