@@ -224,7 +224,7 @@ void measureHostile(std::u16string_view pattern)
 const std::u16string_view kHostile[] = {u"(a+)+b", u"(a|aa)+$", u"(.*)*x", u"(a*)*b", u"^(a+)+$", u"(a|a?)+b",
     u"(a+)*[^a]b", u"(?:a|b|ab)*c", u".*.*.*=", u"(?:.*a){12}", u"(x+x+)+y", u"a*b|a*c|a*d", u"(?=(a+)+$)a",
     u"(?!(a+)+b)a", u"a(?:.*b)?", u"((a*)*)*", u"(a?){50}a{50}", u"(a+)+\\1b", u"(a|aa)+\\1$", u"(.*)\\1x",
-    u"(a*)*\\1b", u"(?=(a+))\\1b", u"(a)(?:\\1|a)*b"};
+    u"(a*)*\\1b", u"(?=(a+))\\1b", u"(a)(?:\\1|a)*b", u"(?:a|aa)+(!)\\1", u"(?:a*)*(!)\\1", u"(a+)+(!)\\2"};
 
 } // namespace
 } // namespace vellums::benchmarks

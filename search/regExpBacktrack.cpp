@@ -36,11 +36,11 @@ std::optional<std::size_t> Backtrack::endOf(
     while (!done_ && found) {
         ++steps;
         if (steps % 256 == 0)
-            effort.spend(256);
+            effort.spendTrying(256);
         if (!step())
             found = goBack();
     }
-    effort.spend(steps % 256);
+    effort.spendTrying(steps % 256);
     if (!found)
         return std::nullopt;
     return place_;
@@ -154,7 +154,7 @@ bool Backtrack::accept(const Instruction& instruction)
     looks_.pop_back();
     const Entry begun = entries_[first];
     const Instruction& look = program_.instructions[begun.what];
-    effort_->spend((entries_.size() - first) / 16);
+    effort_->spendTrying((entries_.size() - first) / 16);
     if (program_.lookAheads[look.value].negative) {
         while (entries_.size() > first + 1) {
             const Entry entry = entries_.back();
@@ -209,7 +209,7 @@ bool Backtrack::reference(std::uint32_t group)
     const std::uint32_t length = to - from;
     if (length > text_.size() - place_)
         return false;
-    effort_->spend(length / 16);
+    effort_->spendTrying(length / 16);
     for (std::uint32_t i = 0; i < length; ++i) {
         const char16_t a = text_[from + i];
         const char16_t b = text_[place_ + i];

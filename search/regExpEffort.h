@@ -13,6 +13,7 @@ class Effort {
 public:
     explicit Effort(std::size_t textLength)
         : left_(kAtLeast + kForEachUnit * static_cast<std::int64_t>(textLength))
+        , triesLeft_(kTriesAtLeast + kTriesForEachUnit * static_cast<std::int64_t>(textLength))
     {
     }
 
@@ -24,11 +25,22 @@ public:
             throw RegExpError(7, {});
     }
 
+    // The same for trying one way after the other, which may be endless and gets less.
+    void spendTrying(std::size_t steps)
+    {
+        triesLeft_ -= static_cast<std::int64_t>(steps);
+        if (triesLeft_ < 0)
+            throw RegExpError(7, {});
+    }
+
 private:
     static constexpr std::int64_t kAtLeast = 6000000;
     static constexpr std::int64_t kForEachUnit = 64;
+    static constexpr std::int64_t kTriesAtLeast = 2000000;
+    static constexpr std::int64_t kTriesForEachUnit = 16;
 
     std::int64_t left_;
+    std::int64_t triesLeft_;
 };
 
 } // namespace vellums::regexp
