@@ -216,7 +216,7 @@ void measureHostile(std::u16string_view pattern)
             }
         }));
     }
-    const bool refers = pattern.find(u"\\1") != pattern.npos;
+    const bool refers = pattern.find(u"\\1") != pattern.npos || pattern.find(u"\\2") != pattern.npos;
     std::printf("%-34s %8.2f ms%s  %s\n", platform::toUtf8(pattern).c_str(), took,
         took < (refers ? 100 : 10) ? "" : " MISSED", outcome.c_str());
 }

@@ -9,14 +9,14 @@ namespace {
 constexpr std::size_t kFirstHash = 64;
 constexpr std::uint64_t kBegins = 4; // in the last word of a state, over what stands to the right
 
-std::uint64_t hashOf(const std::uint64_t* words, std::size_t count)
+std::size_t hashOf(const std::uint64_t* words, std::size_t count)
 {
     std::uint64_t hash = 0x9E3779B97F4A7C15;
     for (std::size_t i = 0; i < count; ++i) {
         hash = (hash ^ words[i]) * 0xFF51AFD7ED558CCD;
         hash ^= hash >> 32;
     }
-    return hash;
+    return static_cast<std::size_t>(hash);
 }
 
 } // namespace

@@ -5,13 +5,13 @@
 namespace vellums::regexp {
 namespace {
 
-constexpr int kDeepest = 100;
+constexpr int kDeepestBeginning = 100;
 
 // The units that a match of the node may begin with, if it takes any.
 UnitSet beginnings(const Tree& tree, NodeNo number, int depth)
 {
     const Node& node = tree.nodes[number];
-    if (depth > kDeepest)
+    if (depth > kDeepestBeginning)
         return UnitSet().complement();
     UnitSet result;
     switch (node.kind) {
