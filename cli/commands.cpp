@@ -55,6 +55,12 @@ constexpr Command kCommands[] = {
      u"The digest that a record with exactly this text would have: MD5 of the low byte of each\n"
      u"character.\n",
      u"", 1, 1, runDigest},
+    {u"find", u"TEXTFILE PATTERN", u"list where a regular expression occurs in a text file",
+     u"Columns position (characters from the start of the text, counted from 0) and match, as the find box\n"
+     u"of the window lists them: upper and lower case are alike, no match reaches beyond its line, empty\n"
+     u"ones are left out, 32767 at most are listed. What cannot be listed because it stands beyond column\n"
+     u"32767 of its line, or takes too many steps to find, ends the list early; standard error tells.\n",
+     u"", 2, 2, runFind},
 };
 // clang-format on
 

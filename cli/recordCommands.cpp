@@ -7,6 +7,7 @@
 #include "maint/delDupRec.h"
 #include "platform/sharedFile.h"
 #include "platform/text.h"
+#include "search/occurrences.h"
 #include "store/catalogue.h"
 #include "store/headingQuery.h"
 #include "store/records.h"
@@ -123,6 +124,28 @@ void runDedupe(const Arguments& arguments)
 void runDigest(const Arguments& arguments)
 {
     printLine(maint::clsMD5().MD5(readText(arguments.values[0])));
+}
+
+void runFind(const Arguments& arguments)
+{
+    constexpr std::int32_t kFirstOfBadPatterns = 5016;
+    constexpr std::int32_t kNestedTooDeeply = 28;
+    const Occurrences found = findOccurrences(readText(arguments.values[0]), arguments.values[1]);
+    const std::u16string reason = !found.ending
+        ? u""
+        : found.ending->description + u" (" + platform::decimal(found.ending->number) + u")" +
+            (!found.ending->position ? u""
+                                     : u" at character " +
+                        platform::decimal(static_cast<std::int64_t>(*found.ending->position) + 1) +
+                        u" of the pattern");
+    if (found.ending &&
+        (found.ending->number >= kFirstOfBadPatterns || found.ending->number == kNestedTooDeeply))
+        throw Failure{reason};
+    printFields({u"position", u"match"});
+    for (const Occurrence& occurrence : found.list)
+        printFields({platform::decimal(occurrence.position), occurrence.text});
+    if (found.ending)
+        complain(u"vellums-cli: The list ends early: " + reason);
 }
 
 } // namespace vellums::cli

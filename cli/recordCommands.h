@@ -10,5 +10,6 @@ void runSearch(const Arguments& arguments);
 void runShow(const Arguments& arguments);
 void runDedupe(const Arguments& arguments);
 void runDigest(const Arguments& arguments);
+void runFind(const Arguments& arguments);
 
 } // namespace vellums::cli

@@ -3,4 +3,4 @@ packages_window="g++ cmake ninja-build mingw-w64 wine wine64 fonts-wine xvfb fon
 packages_test="$packages_window googletest clang-format python3 git locales mdbtools manpages-zh"
 # Node.js comes from more places than Debian, and npm with it; where npm is there, nothing is to be installed.
 command -v npm >/dev/null || packages_test="$packages_test nodejs npm"
-packages_bench="$packages_window libsqlite3-dev python3"
+packages_bench="$packages_window libsqlite3-dev libpcre2-dev libre2-dev python3"

@@ -183,6 +183,45 @@ TEST_F(Cli, DigestsTheWholeTextAsItStands)
     EXPECT_EQ(run({"digest", "none.txt"}).status, 1);
 }
 
+TEST_F(Cli, FindsInATextFile)
+{
+    folder_.write(u"a.txt", "\xEF\xBB\xBFTax  rate\r\ncab ab\tx\r\nconcat cat 中文");
+    const struct {
+        std::string pattern;
+        std::string out;
+    } cases[] = {
+        {"t.x", "0\tTax\n"},
+        {"^ab|AB.x", "15\tab\\tx\n"},
+        {"\\bcat", "24\tcat\n"}, // the column of the first "cat" in the line
+        {"文|x*", "2\tx\n18\tx\n33\t文\n"},
+        {"zebra", ""},
+    };
+    for (const auto& c : cases) {
+        const Outcome outcome = run({"find", "a.txt", c.pattern});
+        EXPECT_EQ(outcome.status, 0) << outcome.err;
+        EXPECT_EQ(outcome.out, "position\tmatch\n" + c.out) << c.pattern;
+    }
+}
+
+TEST_F(Cli, TellsWhyAFindEndsEarly)
+{
+    folder_.write(u"a.txt", "x\r\nabc" + std::string(40000, '-') + "abc\r\nabc");
+    const Outcome far = run({"find", "a.txt", "abc"});
+    EXPECT_EQ(far.status, 0);
+    EXPECT_EQ(far.out, "position\tmatch\n3\tabc\n") << "the second stands too far right";
+    EXPECT_EQ(far.err, "vellums-cli: The list ends early: Overflow (6)\n");
+    const Outcome bad = run({"find", "a.txt", "ab(c"});
+    EXPECT_EQ(bad.status, 1);
+    EXPECT_EQ(bad.out, "");
+    EXPECT_THAT(
+        bad.err, HasSubstr("Expected ')' in regular expression (5020) at character 3 of the pattern"));
+    EXPECT_EQ(run({"find", "none.txt", "a"}).status, 1);
+    folder_.write(u"many.txt", std::string(20000, 'a') + "\r\n" + std::string(20000, 'a'));
+    const Outcome many = run({"find", "many.txt", "a"});
+    EXPECT_EQ(std::count(many.out.begin(), many.out.end(), '\n'), 1 + 32767);
+    EXPECT_EQ(many.err, "");
+}
+
 TEST_F(Cli, ChecksFilesAndRefusesWhatIsNoDatabase)
 {
     folder_.write(u"junk.mdb", std::string(8192, 'x'));
@@ -216,7 +255,7 @@ TEST_F(Cli, ExplainsItself)
     const Outcome help = run({"--help"});
     EXPECT_EQ(help.status, 0);
     for (const char* command :
-        {"create", "tables", "sql", "check", "add", "import", "search", "show", "dedupe", "digest"}) {
+        {"create", "tables", "sql", "check", "add", "import", "search", "show", "dedupe", "digest", "find"}) {
         EXPECT_THAT(help.out, HasSubstr(std::string("\n  ") + command + " "));
         EXPECT_THAT(
             run({command, "--help"}).out, StartsWith(std::string("Usage: vellums-cli ") + command + " "));

@@ -1,0 +1,64 @@
+#include "search/occurrences.h"
+
+namespace vellums {
+namespace {
+
+constexpr std::size_t kLastColumn = 32767; // counted from 1
+
+struct ColumnTooLarge { };
+
+// Gives the matches of one text their columns.
+class Columns {
+public:
+    explicit Columns(std::u16string_view text)
+        : text_(text)
+    {
+    }
+
+    // Units from the start of the text.
+    std::size_t placeOf(const RegExpLineMatch& match)
+    {
+        if (!line_ || *line_ != match.lineStart) {
+            line_ = match.lineStart;
+            next_ = match.lineStart;
+        }
+        // No further than the match itself, so what is searched for is always found.
+        const std::size_t place = text_.find(text_.substr(match.position, match.length), next_);
+        if (place - match.lineStart >= kLastColumn)
+            throw ColumnTooLarge();
+        next_ = place + 1;
+        return place;
+    }
+
+private:
+    std::u16string_view text_;
+    std::optional<std::size_t> line_;
+    std::size_t next_ = 0;
+};
+
+} // namespace
+
+Occurrences findOccurrences(std::u16string_view text, std::u16string_view keyword)
+{
+    Occurrences result;
+    RegExp regExp;
+    regExp.Pattern = keyword;
+    regExp.IgnoreCase = true;
+    regExp.Global = true;
+    Columns columns(text);
+    try {
+        regExp.findInLines(text, [&](const RegExpLineMatch& match) {
+            const std::size_t place = columns.placeOf(match);
+            result.list.push_back({static_cast<std::int32_t>(place),
+                std::u16string(text.substr(match.position, match.length))});
+            return result.list.size() < kMostOccurrences;
+        });
+    } catch (const RegExpError& e) {
+        result.ending = {e.number, e.description, e.position};
+    } catch (const ColumnTooLarge&) {
+        result.ending = {6, u"Overflow", {}};
+    }
+    return result;
+}
+
+} // namespace vellums
