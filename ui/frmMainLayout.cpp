@@ -129,8 +129,8 @@ void frmMain::showList(bool shown)
     else
         splitterLeft_ = 0;
     layOut();
-    ShowWindow(lstHeads_.hwnd(), shown ? SW_SHOWNA : SW_HIDE);
     ShowWindow(splitter_.hwnd(), shown ? SW_SHOWNA : SW_HIDE);
+    ShowWindow(lstHeads_.hwnd(), shown ? SW_SHOWNA : SW_HIDE);
     if (!shown && hadFocus)
         text_.focus();
     if (shown)

@@ -106,8 +106,7 @@ TEST_F(MainWindowTest, TheSplitterFollowsTheMouse)
     EXPECT_FALSE(program.isShown(ID_lstHeads));
     expectTextFillsTheRest(program);
     program.type(ID_txtShowWrap, VK_F4);
-    EXPECT_TRUE(eventually([&] { return program.isShown(ID_lstHeads); }));
-    EXPECT_TRUE(program.isShown(ID_fraSplitter));
+    EXPECT_TRUE(eventually([&] { return program.isShown(ID_lstHeads) && program.isShown(ID_fraSplitter); }));
     EXPECT_GE(program.place(ID_lstHeads).right, widthOf(program) / 4 - 1);
     program.command(ID_mnu_top + 9);
     EXPECT_TRUE(eventually([&] { return !program.isShown(ID_lstHeads); }));
