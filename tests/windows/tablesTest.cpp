@@ -10,7 +10,7 @@
 namespace vellums::tests {
 namespace {
 
-struct Texts {
+struct TableTexts {
     bool chinese;
     std::u16string table;
     std::u16string created;
@@ -20,14 +20,14 @@ struct Texts {
     std::u16string failed;
 };
 
-const Texts kTexts[] = {
+const TableTexts kTableTexts[] = {
     {false, u"Memo", u"New database file created: ", u"1 record(s) moved to Other",
         u"Are you sure to drop table ", u"Database file not compacted:", u"Failed to create new table: "},
     {true, u"笔记", u"数据库文件新建成功: ", u"1 条记录已移动至 Other", u"确实要从数据库 ",
         u"数据库文件整理失败:", u"新增数据表失败, "},
 };
 
-class TablesTest : public testing::TestWithParam<Texts> {
+class TablesTest : public testing::TestWithParam<TableTexts> {
 protected:
     TablesTest()
         : folder(builtProgram())
@@ -57,7 +57,7 @@ protected:
 
 TEST_P(TablesTest, TablesAreMadeFilledRenamedAndDropped)
 {
-    const Texts& texts = GetParam();
+    const TableTexts& texts = GetParam();
     const std::u16string file = u"Vellums.mdb - ";
     {
         Program program(folder.executable());
@@ -127,7 +127,7 @@ TEST_P(TablesTest, TablesAreMadeFilledRenamedAndDropped)
 
 TEST_P(TablesTest, NewDatabasesAreMadeAndCompactingTellsHowItEnded)
 {
-    const Texts& texts = GetParam();
+    const TableTexts& texts = GetParam();
     Program program(folder.executable());
     program.command(ID_mnu_dbcreate);
     program.answerName(u"a & b (c)");
@@ -147,7 +147,7 @@ TEST_P(TablesTest, NewDatabasesAreMadeAndCompactingTellsHowItEnded)
     expectSound(L"a & b (c).mdb");
 }
 
-INSTANTIATE_TEST_SUITE_P(InBothLanguages, TablesTest, testing::ValuesIn(kTexts),
+INSTANTIATE_TEST_SUITE_P(InBothLanguages, TablesTest, testing::ValuesIn(kTableTexts),
     [](const auto& test) { return test.param.chinese ? "Chinese" : "English"; });
 
 // A table that another program drops, a database that vanishes: one line, and the window goes on.
