@@ -57,7 +57,6 @@ void frmMain::layOut()
     input.findLabelWidth = measured(lblRemarks_[1], lblRemarks_[1].text());
     input.dateWidth = measured(lblDate_, u"2009-10-28 19:17:18");
     input.splitterLeft = splitterLeft_;
-    input.listShown = listShown_;
     const Layout at = computeLayout(input, scale_);
 
     struct Place {

@@ -29,7 +29,6 @@ struct LayoutInput {
     double findLabelWidth = 0;
     double dateWidth = 0;
     double splitterLeft = 0;
-    bool listShown = true;
     bool resultsShown = false;
 };
 

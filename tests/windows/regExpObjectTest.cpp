@@ -6,6 +6,7 @@
 #include "platform/text.h"
 #include "search/regExp.h"
 #include "search/regExpTree.h"
+#include "tests/search/regExpPatternMaker.h"
 #include "tests/search/regExpReference.h"
 
 #include <gtest/gtest.h>
@@ -13,7 +14,6 @@
 #include <cstdio>
 #include <map>
 #include <memory>
-#include <random>
 #include <string>
 
 #include <windows.h>
@@ -157,56 +157,20 @@ std::string ours(const std::u16string& pattern, const std::u16string& text, bool
     }
 }
 
-class Maker {
+// Now and then one that is refused.
+constexpr std::u16string_view kQuantifiers[] = {
+    u"*", u"+", u"?", u"*?", u"+?", u"??", u"{2}", u"{0,2}", u"{1,3}?", u"{2,}", u"{,2}", u"{2,1}", u"**"};
+constexpr tests::PatternChoices kChoices = {u"aaabbcABxy _19.-\n\u4e2d", kQuantifiers, 10, 8, 12};
+
+class Maker : public tests::PatternMaker {
 public:
     explicit Maker(unsigned seed)
-        : random_(seed)
+        : PatternMaker(seed, kChoices)
     {
     }
-
-    std::u16string pattern(int depth)
-    {
-        std::u16string result = sequence(depth);
-        while (below(5) == 0)
-            result += u"|" + sequence(depth);
-        return result;
-    }
-
-    std::u16string text()
-    {
-        const std::u16string_view letters = u"aaabbcABxy _19.-\n\u4e2d";
-        std::u16string result;
-        for (unsigned i = below(14); i > 0; --i)
-            result += letters[below(static_cast<unsigned>(letters.size()))];
-        return result;
-    }
-
-    unsigned below(unsigned limit) { return static_cast<unsigned>(random_() % limit); }
 
 private:
-    std::u16string sequence(int depth)
-    {
-        std::u16string result;
-        for (unsigned i = below(4); i > 0; --i)
-            result += term(depth);
-        return result;
-    }
-
-    std::u16string term(int depth)
-    {
-        const std::u16string_view assertions[] = {u"^", u"$", u"\\b", u"\\B"};
-        if (below(12) == 0)
-            return std::u16string(assertions[below(4)]);
-        // Now and then one that is refused.
-        const std::u16string_view quantifiers[] = {u"*", u"+", u"?", u"*?", u"+?", u"??", u"{2}", u"{0,2}",
-            u"{1,3}?", u"{2,}", u"{,2}", u"{2,1}", u"**"};
-        std::u16string result = atom(depth);
-        if (below(3) == 0)
-            result += quantifiers[below(below(8) == 0 ? 13 : 10)];
-        return result;
-    }
-
-    std::u16string atom(int depth)
+    std::u16string atom(int depth) override
     {
         const std::u16string_view simple[] = {u"a", u"b", u"c", u"A", u"x", u".", u"\\w", u"\\W", u"\\s",
             u"\\d", u"\\S", u"[ab]", u"[^a]", u"[^\\w]", u"[A-c]", u"[-a]", u"[x.]", u"\u4e2d", u"\\n",
@@ -224,7 +188,6 @@ private:
         return std::u16string(simple[below(21)]);
     }
 
-    std::mt19937 random_;
     unsigned groups_ = 0;
 };
 
