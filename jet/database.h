@@ -36,6 +36,9 @@ public:
     // Runs one statement. Throws Error; the file is then as before.
     Result run(std::u16string_view sql);
 
+    // From now on asked now and then while a SELECT runs, in the thread that runs it; true ends it (3059).
+    void stopWhen(std::function<bool()> wanted) { session_.stop = std::move(wanted); }
+
     // The tables in the order of the catalogue.
     std::vector<TableInfo> tables();
 

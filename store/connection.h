@@ -2,10 +2,12 @@
 // engine everywhere else.
 #pragma once
 
+#include "jet/file/error.h"
 #include "jet/table/value.h"
 
 #include <cstdint>
 #include <exception>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -30,6 +32,8 @@ struct ProviderError : std::exception {
     std::int32_t number;        // as Err.Number would show it
 };
 
+inline constexpr std::int32_t kOperationCanceled = jet::kCanceled;
+
 // What a statement gave back, read forward once, while its connection is open.
 class Recordset {
 public:
@@ -51,6 +55,9 @@ public:
     virtual ~Connection() = default;
     // Runs one statement that gives rows. Throws ProviderError.
     virtual std::unique_ptr<Recordset> query(std::u16string_view sql) = 0;
+    // Lets queries be given up: while one runs, `wanted` is asked now and then, and true ends it with the
+    // error kOperationCanceled. A provider that cannot be stopped goes on.
+    virtual void stopWhen(std::function<bool()>) { }
     // Runs one statement; gives the number of rows it changed, -1 where a provider does not tell. Throws
     // ProviderError.
     virtual std::int32_t execute(std::u16string_view sql) = 0;

@@ -35,6 +35,7 @@ inline constexpr std::int32_t kDataOverflow = -2147217833;     // 80040E57
 inline constexpr std::int32_t kErrorsOccurred = -2147217887;   // 80040E21
 inline constexpr std::int32_t kPermissionDenied = -2147217911; // 80040E09
 inline constexpr std::int32_t kAuthFailed = -2147217843;       // 80040E4D
+inline constexpr std::int32_t kCanceled = -2147217842;         // 80040E4E
 inline constexpr std::int32_t kDuplicateSource = -2147217897;  // 80040E17
 inline constexpr std::int32_t kDuplicateTable = -2147217857;   // 80040E3F
 

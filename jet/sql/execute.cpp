@@ -17,14 +17,15 @@ Date now()
     return Date{platform::oleNow()};
 }
 
-Result runSelect(PageFile& file, SelectStatement& statement)
+Result runSelect(PageFile& file, SelectStatement& statement, const Session& session)
 {
     Result result;
     if (statement.into) {
         result.changedRows = runSelectInto(file, statement, now());
         return result;
     }
-    Select select(file, statement, now());
+    Interruption interruption(session.stop);
+    Select select(file, statement, now(), session.stop ? &interruption : nullptr);
     result.hasRows = true;
     for (const Select::Output& output : select.outputs()) {
         result.columns.push_back(output.name);
@@ -79,7 +80,7 @@ Result execute(PageFile& file, Statement& statement, Session& session)
         PageFile& file;
         Session& session;
 
-        Result operator()(SelectStatement& select) const { return runSelect(file, select); }
+        Result operator()(SelectStatement& select) const { return runSelect(file, select, session); }
         Result operator()(const IdentityStatement&) const { return identityResult(session); }
         Result operator()(InsertStatement& insert) const
         {

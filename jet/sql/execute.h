@@ -4,11 +4,14 @@
 #include "jet/sql/result.h"
 #include "jet/sql/tree.h"
 
+#include <functional>
+
 namespace vellums::jet::sql {
 
 // What a connection keeps between statements.
 struct Session {
     std::int32_t lastIdentity = 0; // the last autonumber that it was given
+    std::function<bool()> stop;    // asked while a SELECT runs, which it ends (3059); empty: never
 };
 
 // SELECT @@IDENTITY.

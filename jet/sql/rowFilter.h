@@ -5,6 +5,7 @@
 #pragma once
 
 #include "jet/sql/evaluator.h"
+#include "jet/sql/interruption.h"
 
 #include <functional>
 #include <optional>
@@ -81,6 +82,8 @@ private:
     template <typename Callback>
     bool keep(const Row& row, const Evaluator& evaluator, Callback&& callback) const
     {
+        if (scope_.interruption != nullptr)
+            scope_.interruption->check();
         return !isConstantCondition() && evaluator.truth(*where_, &row) != Truth::True ? true : callback(row);
     }
 

@@ -9,12 +9,15 @@
 
 namespace vellums::jet::sql {
 
+class Interruption;
+
 struct Scope {
     const Table* table = nullptr; // none: no column is known
     std::u16string alias;
     SortOrder sortOrder;
     Date now;
-    PageNo filePages = 0; // how large the file is
+    PageNo filePages = 0;                 // how large the file is
+    Interruption* interruption = nullptr; // asked for each row; null: nobody interrupts
     // Where aggregates may stand, the ones found so far; null: an aggregate is an error.
     std::vector<const Expression*>* aggregates = nullptr;
 };

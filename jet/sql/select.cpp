@@ -20,9 +20,10 @@ constexpr int kFirstUnnamed = 1000;
 
 } // namespace
 
-Select::Select(PageFile& file, SelectStatement& statement, Date now)
+Select::Select(PageFile& file, SelectStatement& statement, Date now, Interruption* interruption)
     : statement_(statement)
 {
+    scope_.interruption = interruption;
     scope_.sortOrder = file.header().sortOrder;
     scope_.now = now;
     scope_.filePages = file.pageCount();

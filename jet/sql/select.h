@@ -20,8 +20,9 @@ public:
         ColumnType type = ColumnType::Long;
     };
 
-    // Opens the table and binds the statement, which must outlive the object. Throws Error.
-    Select(PageFile& file, SelectStatement& statement, Date now);
+    // Opens the table and binds the statement, which must outlive the object; so must the interruption, where
+    // there is one. Throws Error.
+    Select(PageFile& file, SelectStatement& statement, Date now, Interruption* interruption = nullptr);
     Select(const Select&) = delete;
     Select& operator=(const Select&) = delete;
 

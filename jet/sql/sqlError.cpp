@@ -140,4 +140,9 @@ void throwOverflow()
     throw Error(3349, kDataOverflow, u"Overflow");
 }
 
+void throwCanceled()
+{
+    throw Error(3059, kCanceled, u"Operation canceled by user.");
+}
+
 } // namespace vellums::jet::sql

@@ -35,5 +35,6 @@ namespace vellums::jet::sql {
 [[noreturn]] void throwOrderConflict(std::u16string_view expression);    // 3093
 [[noreturn]] void throwInvalidCall();                                    // 5
 [[noreturn]] void throwOverflow();                                       // 3349
+[[noreturn]] void throwCanceled();                                       // 3059
 
 } // namespace vellums::jet::sql

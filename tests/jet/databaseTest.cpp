@@ -72,6 +72,31 @@ protected:
     std::unique_ptr<Database> db_;
 };
 
+// The file is large enough to be looked through in several threads.
+TEST_P(DatabaseTest, ASelectIsGivenUpWhenNobodyWaitsForIt)
+{
+    makeMemo();
+    db_->beginBatch();
+    for (int i = 0; i < 800; ++i)
+        change(u"INSERT INTO Memo (VLTEXT,VLDATE) VALUES ('" +
+            std::u16string(12000, static_cast<char16_t>(u'\u4e00' + i)) + u"',#2020-1-1#)");
+    db_->endBatch();
+    const std::u16string search = u"SELECT ID FROM Memo WHERE VLTEXT LIKE '%\u4e07%' ORDER BY ID";
+    int asked = 0;
+    db_->stopWhen([&] { return ++asked == 2; });
+    try {
+        db_->run(search);
+        ADD_FAILURE() << "it went on";
+    } catch (const Error& e) {
+        EXPECT_EQ(e.native, 3059);
+        EXPECT_EQ(e.number, kCanceled);
+    }
+    EXPECT_EQ(asked, 2);
+    EXPECT_EQ(change(u"UPDATE Memo SET VLHEAD='x' WHERE ID=1"), 1); // a change is never stopped half way
+    db_->stopWhen({});
+    EXPECT_EQ(rows(search), "8");
+}
+
 INSTANTIATE_TEST_SUITE_P(BothFormats, DatabaseTest, testing::Values(FileFormat::Jet4, FileFormat::Ace12),
     [](const auto& which) { return which.param == FileFormat::Jet4 ? "Mdb" : "Accdb"; });
 
