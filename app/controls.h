@@ -2,12 +2,21 @@
 // tests in memory. Text is UTF-16, positions are code units, indexes count from 0.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace vellums {
+
+// A part of a box's text; where both are the same, the caret between two units.
+struct TextRange {
+    std::size_t start = 0;
+    std::size_t end = 0; // behind the last unit
+    bool empty() const { return start == end; }
+    bool operator==(const TextRange&) const = default;
+};
 
 // A box for text, of one line or several. Lines end in CR LF.
 class TextBox {
@@ -17,6 +26,19 @@ public:
     // Replaces everything; cannot be undone. The caret goes to the start.
     virtual void setText(std::u16string_view text) = 0;
     virtual void focus() = 0;
+
+    virtual TextRange selection() const = 0;
+    // What lies beyond the end of the text counts as its end.
+    virtual void select(TextRange range) = 0;
+    virtual void selectAll() = 0;
+    // Puts a text in the place of the selection, so that undo() takes it back; the caret goes behind it.
+    virtual void replaceSelection(std::u16string_view text) = 0;
+    virtual void scrollToCaret() = 0;
+    // Takes the last change back, or makes it again.
+    virtual void undo() = 0;
+    virtual void cut() = 0;
+    virtual void copy() = 0;
+    virtual void paste() = 0;
 };
 
 struct ListEntry {
@@ -28,9 +50,11 @@ struct ListEntry {
 class ListBox {
 public:
     virtual ~ListBox() = default;
-    // Replaces all entries at once; nothing is selected then.
+    // Replaces all entries at once; nothing is selected then. A list that cannot hold all of them holds the
+    // first ones.
     virtual void fill(const std::vector<ListEntry>& entries) = 0;
     virtual int count() const = 0;
+    virtual std::u16string text(int index) const = 0;
     virtual std::int32_t datum(int index) const = 0;
     virtual void insert(int index, const ListEntry& entry) = 0;
     virtual void setText(int index, std::u16string_view text) = 0;
@@ -42,6 +66,11 @@ public:
     virtual int current() const = 0;
     // Selects this entry alone and makes it the current one; -1: none.
     virtual void select(int index) = 0;
+    // A list that is not enabled takes no clicks.
+    virtual bool enabled() const = 0;
+    virtual void setEnabled(bool enabled) = 0;
+    virtual bool visible() const = 0;
+    virtual void setVisible(bool visible) = 0;
     // A mark that commands leave for each other; empty at first.
     virtual std::u16string tag() const = 0;
     virtual void setTag(std::u16string_view tag) = 0;
@@ -81,6 +110,14 @@ public:
     virtual const MenuItem& at(std::size_t index) const = 0;
     // index == size() adds an entry.
     virtual void set(std::size_t index, const MenuItem& item) = 0;
+};
+
+// Something that is put off until the user pauses.
+class Postponed {
+public:
+    virtual ~Postponed() = default;
+    virtual void start() = 0; // once; from now on where it was waiting already
+    virtual void cancel() = 0;
 };
 
 // A menu or an entry that can be grey.

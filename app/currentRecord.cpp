@@ -41,6 +41,7 @@ bool CurrentRecord::load(std::int32_t id)
     // Boxes may show a text otherwise than it was given (a U+0000 ends it): what they hold now counts.
     keepAsSaved(window_.txtType.text(), window_.txtTarget().text());
     showDetails();
+    forgetResults();
     return true;
 }
 
@@ -52,6 +53,13 @@ void CurrentRecord::clear()
     window_.txtTarget().setText({});
     keepAsSaved({}, {});
     showDetails();
+    forgetResults();
+}
+
+// The places found belong to the text before; without its mark the list is made anew by the next find.
+void CurrentRecord::forgetResults()
+{
+    window_.lstInLineSrch.setTag({});
 }
 
 bool CurrentRecord::hasUnsavedChanges() const

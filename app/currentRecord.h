@@ -33,6 +33,7 @@ public:
 
 private:
     void showDetails();
+    void forgetResults();
     void removeHeading(std::int32_t id);
     bool add(const std::u16string& title, const std::u16string& text, const std::u16string& report);
     void keepAsSaved(const std::u16string& title, const std::u16string& text);

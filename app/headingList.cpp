@@ -40,21 +40,27 @@ std::u16string foundText(const Notebook& notebook, int count)
         u"搜索到 " + number + u" 条记录 (" + place + u")");
 }
 
-bool dbQuery(const Notebook& notebook, MainWindow& window, const std::u16string& pattern)
+bool dbQuery(const Notebook& notebook, MainWindow& window, const std::u16string& pattern,
+    const std::function<bool()>& giveUp)
 {
     window.caption.setText(windowCaption(notebook));
     try {
         std::vector<ListEntry> entries;
         const std::unique_ptr<Connection> connection = notebook.connect();
+        connection->stopWhen(giveUp);
         const auto rows = connection->query(headingStatement(queryOf(notebook, window, pattern)));
         while (rows->next()) {
             const auto* id = std::get_if<std::int32_t>(&rows->value(0));
             const auto* title = std::get_if<std::u16string>(&rows->value(1));
             entries.push_back({title == nullptr ? u"" : *title, id == nullptr ? 0 : *id});
         }
+        if (giveUp && giveUp())
+            return false;
         window.lstHeads.fill(entries);
         return true;
     } catch (const ProviderError& e) {
+        if (e.number == kOperationCanceled && giveUp)
+            return false;
         notebook.status.show(u"dbQuery: " + e.description + u" (" + platform::decimal(e.number) + u")");
         return false;
     }

@@ -3,13 +3,15 @@
 
 #include "app/mainWindow.h"
 
+#include <functional>
 #include <string>
 
 namespace vellums {
 
 // Runs the query and fills the list; sets the caption of the window. False: the list stays as it is,
-// and the panel says why.
-[[nodiscard]] bool dbQuery(const Notebook& notebook, MainWindow& window, const std::u16string& pattern);
+// and the panel says why, or `giveUp`, which is asked now and then, has become true.
+[[nodiscard]] bool dbQuery(const Notebook& notebook, MainWindow& window, const std::u16string& pattern,
+    const std::function<bool()>& giveUp = {});
 
 // "Vellums - <file - table>".
 std::u16string windowCaption(const Notebook& notebook);

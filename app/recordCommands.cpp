@@ -48,6 +48,14 @@ void RecordCommands::search()
         refresh();
 }
 
+bool RecordCommands::searchUnless(const std::function<bool()>& userGoesOn)
+{
+    bool gaveUp = false;
+    if (leaveRecord())
+        fillList(kNoRecord, [&] { return gaveUp = gaveUp || userGoesOn(); });
+    return !gaveUp;
+}
+
 void RecordCommands::reload()
 {
     if (!leaveRecord())
@@ -67,9 +75,9 @@ void RecordCommands::refreshKeeping(std::int32_t id)
 }
 
 // Runs the query and shows the wanted record, or the first one where the list lacks it.
-void RecordCommands::fillList(std::int32_t wanted)
+void RecordCommands::fillList(std::int32_t wanted, const std::function<bool()>& giveUp)
 {
-    if (!dbQuery(notebook_, window_, searchPattern(window_.txtKey.text())))
+    if (!dbQuery(notebook_, window_, searchPattern(window_.txtKey.text()), giveUp))
         return;
     const int count = window_.lstHeads.count();
     if (count == 0) {

@@ -6,6 +6,7 @@
 #include "app/mainWindow.h"
 #include "app/moments.h"
 
+#include <functional>
 #include <set>
 
 namespace vellums {
@@ -20,6 +21,9 @@ public:
     void start();
 
     void search();        // what the search box asks for
+    // The same, but given up as soon as the user goes on typing, which the routine is asked for now and
+    // then. False: it was given up, and the list is as before.
+    bool searchUnless(const std::function<bool()>& userGoesOn);
     void reload();        // the same again
     void selectHeading(); // the user selected another entry of the list
     void pasteNew();      // "+": a new record from the clipboard, or an empty one
@@ -41,7 +45,7 @@ public:
     bool takeFromList(const std::set<std::int32_t>& ids, bool afterFailure);
 
 private:
-    void fillList(std::int32_t wanted);
+    void fillList(std::int32_t wanted, const std::function<bool()>& giveUp = {});
     void showRecordOf(std::int32_t id);
     std::vector<int> entriesOf(const std::set<std::int32_t>& ids) const;
     void addFromClipboard(const std::u16string& text, bool fromClipboard);

@@ -56,9 +56,52 @@ void EditBox::focus()
     SetFocus(hwnd_);
 }
 
+TextRange EditBox::selection() const
+{
+    DWORD start = 0;
+    DWORD end = 0;
+    SendMessageW(hwnd_, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
+    return {start, end};
+}
+
+void EditBox::select(TextRange range)
+{
+    SendMessageW(hwnd_, EM_SETSEL, range.start, static_cast<LPARAM>(range.end));
+}
+
 void EditBox::selectAll()
 {
     SendMessageW(hwnd_, EM_SETSEL, 0, -1);
+}
+
+void EditBox::replaceSelection(std::u16string_view text)
+{
+    SendMessageW(hwnd_, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(wide(showable(text))));
+}
+
+void EditBox::scrollToCaret()
+{
+    SendMessageW(hwnd_, EM_SCROLLCARET, 0, 0);
+}
+
+void EditBox::undo()
+{
+    SendMessageW(hwnd_, EM_UNDO, 0, 0);
+}
+
+void EditBox::cut()
+{
+    SendMessageW(hwnd_, WM_CUT, 0, 0);
+}
+
+void EditBox::copy()
+{
+    SendMessageW(hwnd_, WM_COPY, 0, 0);
+}
+
+void EditBox::paste()
+{
+    SendMessageW(hwnd_, WM_PASTE, 0, 0);
 }
 
 } // namespace vellums::ui

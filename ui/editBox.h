@@ -18,7 +18,15 @@ public:
     std::u16string text() const override;
     void setText(std::u16string_view text) override;
     void focus() override;
-    void selectAll();
+    TextRange selection() const override;
+    void select(TextRange range) override;
+    void selectAll() override;
+    void replaceSelection(std::u16string_view text) override;
+    void scrollToCaret() override;
+    void undo() override;
+    void cut() override;
+    void copy() override;
+    void paste() override;
 
 private:
     HWND hwnd_ = nullptr;

@@ -1,7 +1,7 @@
 #include "ui/frmMain.h"
 
-#include "app/settings.h"
 #include "platform/events.h"
+#include "search/inlineSearch.h"
 #include "search/searchFields.h"
 #include "ui/ids.h"
 #include "ui/modMouseWheel.h"
@@ -20,8 +20,10 @@ constexpr int kSmallestHeightTwips = 4800;
 constexpr int kWidthTwips = 14400;
 constexpr int kHeightTwips = 9600;
 
-// A click in the list is treated once the list is done with the mouse: a question may follow.
+// A click in a list is treated once the list is done with the mouse: a question may follow.
 constexpr UINT kHeadingSelected = WM_APP + 1;
+constexpr UINT kResultSelected = WM_APP + 2;
+constexpr UINT_PTR kInstantSearch = 1; // a timer
 
 void registerClass()
 {
@@ -40,8 +42,9 @@ void registerClass()
 
 frmMain::frmMain(Notebook& notebook)
     : notebook_(notebook)
-    , ports_{caption_, txtKey_, txtType_, text_, lstHeads_, lblDate_, chkSort_, mnu_SortOnTitle_, mnu_ezdel_,
-          mnu_AvailFields_, ucStatusLeft_, ucStatusRight_, dialogs_}
+    , ports_{caption_, txtKey_, txtInline_, txtType_, text_, lstHeads_, lstInLineSrch_, txtInlineTip_,
+          lblDate_, chkSort_, mnu_SortOnTitle_, mnu_ezdel_, mnu_InstantSrch_, mnu_AvailFields_, ucStatusLeft_,
+          ucStatusRight_, dialogs_}
 {
 }
 
@@ -68,6 +71,7 @@ void frmMain::open(const Opening& opening, int showCommand)
     dialogs_.setOwner(window);
     input_.setOwner(window);
     accelerators_ = buildAccelerators();
+    instantSearch_.attach(window, kInstantSearch);
     createControls();
     prepareMenus();
     modMouseWheel::hook(window, [this](int index) { display_->clickmnusizes(index); });
@@ -79,6 +83,8 @@ void frmMain::open(const Opening& opening, int showCommand)
         notebook_, ports_, *commands_, TableMenus{mnu_availdb_, mnu_switchto_, input_});
     list_ =
         std::make_unique<ListCommands>(notebook_, ports_, *commands_, ListMenus{mnu_avtables_, mnu_moverec_});
+    boxes_ = std::make_unique<SearchBoxes>(notebook_, ports_, *commands_, instantSearch_);
+    textCommands_ = std::make_unique<TextCommands>(notebook_, ports_, *boxes_, mnu_switchCase_);
     moments_.tableOpened.add([this] { rebuildSearchFields(notebook_, ports_); });
     const std::u16string startReport = ucStatusLeft_.Caption();
     commands_->start();
@@ -143,6 +149,20 @@ LRESULT frmMain::onMessage(UINT message, WPARAM wParam, LPARAM lParam)
         if (!importing_)
             commands_->selectHeading();
         return 0;
+    case kResultSelected:
+        if (!importing_)
+            lstInLineSrchClick(ports_);
+        return 0;
+    case WM_TIMER:
+        onPause();
+        return 0;
+    case WM_MEASUREITEM:
+        lstInLineSrch_.measure(*reinterpret_cast<MEASUREITEMSTRUCT*>(lParam));
+        return TRUE;
+    case WM_DRAWITEM:
+        lstInLineSrch_.draw(
+            *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam), display_->foreColor(), display_->backColor());
+        return TRUE;
     case WM_CONTEXTMENU:
         onContextMenu(reinterpret_cast<HWND>(wParam), {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
         return 0;
@@ -166,6 +186,7 @@ LRESULT frmMain::onMessage(UINT message, WPARAM wParam, LPARAM lParam)
         return commands_->mayClose() ? TRUE : FALSE;
     case WM_DESTROY:
         modMouseWheel::unhook(hwnd_);
+        txtInlineTip_.destroy();
         PostQuitMessage(0);
         return 0;
     case WM_NCDESTROY:
@@ -194,10 +215,16 @@ bool frmMain::onCommand(int id, int notification)
         if (notification == STN_DBLCLK)
             copyDate();
         return true;
+    case ID_lstInLineSrch:
+        if (notification == LBN_SELCHANGE)
+            PostMessageW(hwnd_, kResultSelected, 0, 0);
+        return true;
     case ID_txtKey:
     case ID_txtInline:
-        if (notification == EN_SETFOCUS || notification == EN_KILLFOCUS)
-            InvalidateRect(GetDlgItem(hwnd_, id), nullptr, TRUE);
+    case ID_txtType:
+    case ID_txtShowWrap:
+    case ID_txtShowNoWrap:
+        onBoxNotification(id, notification);
         return true;
     default:
         return onMenuCommand(id);

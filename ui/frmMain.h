@@ -6,6 +6,8 @@
 #include "app/mainWindow.h"
 #include "app/recordCommands.h"
 #include "app/tableCommands.h"
+#include "search/searchBoxes.h"
+#include "search/textCommands.h"
 #include "ui/checkItems.h"
 #include "ui/displaySettings.h"
 #include "ui/editBox.h"
@@ -15,11 +17,15 @@
 #include "ui/layout.h"
 #include "ui/menus.h"
 #include "ui/messageDialogs.h"
+#include "ui/pauseTimer.h"
 #include "ui/recordText.h"
+#include "ui/resultsList.h"
+#include "ui/tooltip.h"
 #include "ui/ucStatus.h"
 #include "ui/windowLabel.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -77,6 +83,8 @@ private:
     static LRESULT CALLBACK controlProc(
         HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR self);
     bool onControlKey(HWND control, WPARAM key);
+    bool onControlKeyUp(HWND control, WPARAM key);
+    bool isHeldReturn(HWND control, WPARAM key, LPARAM keyData) const;
     bool onControlMouse(HWND control, UINT message);
     HBRUSH colourControl(HDC dc, HWND control);
 
@@ -99,15 +107,26 @@ private:
     bool onTableCommand(int id);
     bool onArrayCommand(int id);
     void onContextMenu(HWND control, POINT screen);
+    void selectUnderPoint(HWND list, POINT screen) const;
     int popUp(HMENU menu, POINT screen);
     void popUpUnder(HWND label, HMENU menu);
     void onMenuSelect(UINT id, UINT flags);
-    void toggleSortOnTitle();
     void toggleWrap();
     void toggleOnTop();
     void onSourceChanged();
     void showSourceMenu(int x, int y);
     void copyDate();
+
+    // frmMainText.cpp
+    void prepareTextMenus();
+    bool onTextCommand(int id);
+    bool onPopUpCommand(int id);
+    void onBoxNotification(int id, int notification);
+    std::optional<PopUpTarget> boxOf(HWND control) const;
+    void showTextMenu(HWND control, POINT screen);
+    void showResultsMenu(POINT screen);
+    void enableTextMenu(HWND control);
+    void onPause();
 
     // frmMainImport.cpp
     void importFolder();
@@ -134,8 +153,11 @@ private:
 
     std::unique_ptr<Menus> menus_;
     MenuCheck mnu_SortOnTitle_;
+    MenuCheck mnu_InstantSrch_;
     MenuCheck mnu_ezdel_;
+    MenuCheck mnu_switchCase_;
     MenuArray mnu_AvailFields_;
+    MenuArray mnu_RegExChar_;
     MenuArray mnu_availdb_;
     MenuArray mnu_avtables_;
     MenuSwitch mnu_switchto_;
@@ -148,7 +170,8 @@ private:
     EditBox txtType_;
     RecordText text_;
     HeadsList lstHeads_;
-    HWND lstInLineSrch_ = nullptr;
+    ResultsList lstInLineSrch_;
+    Tooltip txtInlineTip_;
     HWND lblStaticBorder_ = nullptr;
     HWND shpEdge_ = nullptr;
     fraSplitter splitter_;
@@ -163,6 +186,10 @@ private:
     std::unique_ptr<RecordCommands> commands_;
     std::unique_ptr<TableCommands> tables_;
     std::unique_ptr<ListCommands> list_;
+    PauseTimer instantSearch_;
+    std::unique_ptr<SearchBoxes> boxes_;
+    std::unique_ptr<TextCommands> textCommands_;
+    bool returnIsHeld_ = false; // since it was a command of a box
 };
 
 // Treats the messages of this thread until the window is closed; gives the exit status.

@@ -9,6 +9,7 @@
 #include "ui/wide.h"
 
 #include <commctrl.h>
+#include <windowsx.h>
 
 namespace vellums::ui {
 namespace {
@@ -55,13 +56,13 @@ void frmMain::createControls()
                    QuestionIcon::Question) == Answer::Yes;
     };
     display_->coloursChanged = [this] {
-        for (const HWND control : {text_.hwnd(), lstHeads_.hwnd(), lstInLineSrch_})
+        for (const HWND control : {text_.hwnd(), lstHeads_.hwnd(), lstInLineSrch_.hwnd()})
             InvalidateRect(control, nullptr, TRUE);
     };
     display_->create(hwnd_, scale_.dpi());
 
     const HWND bordered[] = {txtKey_.hwnd(), txtInline_.hwnd(), txtType_.hwnd(), lstHeads_.hwnd(),
-        text_.wrapping().hwnd(), text_.scrolling().hwnd(), lstInLineSrch_};
+        text_.wrapping().hwnd(), text_.scrolling().hwnd(), lstInLineSrch_.hwnd()};
     for (const HWND control : bordered) {
         modBorderColor::subclass(control);
         SetWindowSubclass(control, controlProc, 1, reinterpret_cast<DWORD_PTR>(this));
@@ -81,6 +82,7 @@ void frmMain::createHeader()
     lblRemarks_[1].attach(createChild(
         hwnd_, L"STATIC", notebook_.say(u"Find:", u"查找:"), SS_NOTIFY | SS_CENTERIMAGE, ID_lblRemarks + 1));
     txtInline_.create(hwnd_, ID_txtInline, EditBox::Kind::OneLine);
+    txtInlineTip_.create(hwnd_, txtInline_.hwnd());
     lblDate_.attach(createChild(hwnd_, L"STATIC", u"", SS_NOTIFY | SS_RIGHT | SS_CENTERIMAGE, ID_lblDate));
     createUnseenLabel(hwnd_, ID_lblAccessible, titleName());
     txtType_.create(hwnd_, ID_txtType, EditBox::Kind::OneLine);
@@ -98,11 +100,8 @@ void frmMain::createBody()
     createUnseenLabel(hwnd_, ID_lblAccessible + 3, textName());
     text_.create(hwnd_, ID_txtShowWrap, ID_txtShowNoWrap);
     createUnseenLabel(hwnd_, ID_lblAccessible + 4, resultsName());
-    lstInLineSrch_ = createChild(hwnd_, L"LISTBOX", u"",
-        WS_BORDER | WS_TABSTOP | WS_VSCROLL | WS_DISABLED | LBS_NOTIFY | LBS_HASSTRINGS |
-            LBS_NOINTEGRALHEIGHT,
-        ID_lstInLineSrch);
-    ShowWindow(lstInLineSrch_, SW_HIDE);
+    lstInLineSrch_.create(hwnd_, ID_lstInLineSrch);
+    lstInLineSrch_.VisibleChanged = [this] { layOut(); };
     shpEdge_ = createChild(hwnd_, L"STATIC", u"", SS_ETCHEDHORZ, ID_shpEdge);
 }
 
@@ -140,7 +139,7 @@ void frmMain::nameControls() const
     setAccessibleName(lstHeads_.hwnd(), headingsName());
     setAccessibleName(text_.wrapping().hwnd(), textName());
     setAccessibleName(text_.scrolling().hwnd(), textName());
-    setAccessibleName(lstInLineSrch_, resultsName());
+    setAccessibleName(lstInLineSrch_.hwnd(), resultsName());
     setAccessibleName(splitter_.hwnd(), notebook_.say(u"Splitter", u"分隔条"));
 }
 
@@ -155,7 +154,7 @@ HBRUSH frmMain::colourControl(HDC dc, HWND control)
         SetBkColor(dc, focused ? kFocusColour : kPlainColour);
         return focused ? focusBrush_.get() : static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
     }
-    if (!text_.holds(control) && control != lstHeads_.hwnd() && control != lstInLineSrch_)
+    if (!text_.holds(control) && control != lstHeads_.hwnd() && control != lstInLineSrch_.hwnd())
         return nullptr;
     SetTextColor(dc, display_->foreColor());
     SetBkColor(dc, display_->backColor());
@@ -165,34 +164,57 @@ HBRUSH frmMain::colourControl(HDC dc, HWND control)
 // Enter, Esc and Del where they are commands; the boxes' own use of all other keys stays.
 bool frmMain::onControlKey(HWND control, WPARAM key)
 {
-    if (control == txtKey_.hwnd() && (key == VK_RETURN || key == VK_ESCAPE)) {
-        if (key == VK_ESCAPE)
-            txtKey_.setText({});
-        commands_->search();
-        return true;
-    }
-    if (control == txtType_.hwnd() && key == VK_RETURN) {
-        text_.focus();
-        return true;
-    }
     if (control == lstHeads_.hwnd() && key == VK_DELETE) {
         commands_->deleteSelected();
         return true;
     }
-    if (control != lstHeads_.hwnd() && key == 'A' && GetKeyState(VK_CONTROL) < 0 &&
-        GetKeyState(VK_SHIFT) >= 0 && GetKeyState(VK_MENU) >= 0) {
-        SendMessageW(control, EM_SETSEL, 0, -1);
-        return true;
-    }
+    const std::optional<PopUpTarget> box = boxOf(control);
+    if (!box || (key != VK_RETURN && key != VK_ESCAPE))
+        return false;
+    const bool enter = key == VK_RETURN;
+    if (box == PopUpTarget::Search)
+        enter ? boxes_->searchEnter() : boxes_->searchEscape();
+    else if (box == PopUpTarget::Find)
+        enter ? boxes_->findEnter() : boxes_->findEscape();
+    else if (box == PopUpTarget::Title && enter)
+        text_.focus();
+    else
+        return false;
+    returnIsHeld_ = enter;
+    return true;
+}
+
+// Ctrl+/ opens the menu under the label of the box.
+bool frmMain::onControlKeyUp(HWND control, WPARAM key)
+{
+    if (key == VK_RETURN)
+        returnIsHeld_ = false;
+    if (key != VK_OEM_2 || GetKeyState(VK_CONTROL) >= 0)
+        return false;
+    if (control == txtKey_.hwnd())
+        return onControlMouse(lblRemarks_[0].hwnd(), WM_LBUTTONUP);
+    if (control == txtInline_.hwnd())
+        return onControlMouse(lblRemarks_[1].hwnd(), WM_LBUTTONUP);
     return false;
+}
+
+// An Enter that was a command of another box repeats itself while it is held; the text, which has got the
+// focus by that command, is not to lose its selection to it.
+bool frmMain::isHeldReturn(HWND control, WPARAM key, LPARAM keyData) const
+{
+    constexpr LPARAM kWasDown = 1 << 30;
+    return returnIsHeld_ && key == VK_RETURN && (keyData & kWasDown) != 0 && text_.holds(control);
 }
 
 // Menus under the labels.
 bool frmMain::onControlMouse(HWND control, UINT message)
 {
-    if (control != lblRemarks_[0].hwnd())
+    if (control == lblRemarks_[0].hwnd())
+        popUpUnder(control, menus_->popUpOf(message == WM_LBUTTONUP ? ID_mnu_switchto : ID_mnu_soPopUp));
+    else if (control == lblRemarks_[1].hwnd() && message == WM_LBUTTONUP)
+        popUpUnder(control, menus_->popUpOf(ID_mnu_rePopUp));
+    else
         return false;
-    popUpUnder(control, menus_->popUpOf(message == WM_LBUTTONUP ? ID_mnu_switchto : ID_mnu_soPopUp));
     return true;
 }
 
@@ -200,12 +222,10 @@ LRESULT CALLBACK frmMain::controlProc(
     HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR self)
 {
     auto* form = reinterpret_cast<frmMain*>(self);
-    constexpr WPARAM kSelectAll = 1; // what Ctrl+A types
     switch (message) {
     case WM_GETDLGCODE: {
         const auto* key = reinterpret_cast<const MSG*>(lParam);
-        const bool oneLine = window == form->txtKey_.hwnd() || window == form->txtType_.hwnd() ||
-            window == form->txtInline_.hwnd();
+        const bool oneLine = form->boxOf(window) && !form->text_.holds(window);
         if (oneLine && key != nullptr && (key->wParam == VK_RETURN || key->wParam == VK_ESCAPE))
             return DefSubclassProc(window, message, wParam, lParam) | DLGC_WANTALLKEYS;
         if (form->text_.holds(window)) // entering the box does not select its whole text
@@ -217,22 +237,36 @@ LRESULT CALLBACK frmMain::controlProc(
         if (form->onControlMouse(window, message))
             return 0;
         break;
-    case WM_KEYUP:
-        if (wParam == VK_OEM_2 && GetKeyState(VK_CONTROL) < 0 && window == form->txtKey_.hwnd()) {
-            form->popUpUnder(form->lblRemarks_[0].hwnd(), form->menus_->popUpOf(ID_mnu_switchto));
+    case WM_CONTEXTMENU:
+        if (form->boxOf(window)) {
+            form->showTextMenu(window, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
             return 0;
         }
         break;
+    case WM_KEYUP:
+        if (form->onControlKeyUp(window, wParam))
+            return 0;
+        break;
     case WM_KEYDOWN:
-        if (form->onControlKey(window, wParam))
+        if (form->isHeldReturn(window, wParam, lParam) || form->onControlKey(window, wParam))
             return 0;
         break;
     case WM_CHAR: // the keys above were treated already; the box would beep or type them
-        if (wParam == kSelectAll)
+        if (form->isHeldReturn(window, wParam, lParam))
             return 0;
         if ((wParam == VK_RETURN || wParam == VK_ESCAPE) && !form->text_.holds(window))
             return 0;
         break;
+    case WM_IME_STARTCOMPOSITION:
+        if (window == form->txtKey_.hwnd())
+            form->boxes_->compositionStarted();
+        break;
+    case WM_IME_ENDCOMPOSITION: {
+        const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
+        if (window == form->txtKey_.hwnd())
+            form->boxes_->compositionEnded();
+        return result;
+    }
     case WM_NCDESTROY:
         RemoveWindowSubclass(window, controlProc, id);
         break;

@@ -30,10 +30,10 @@ void frmMain::makeFonts()
     OwnedFont font(CreateFontW(-MulDiv(kFontTenths, scale_.dpi(), 720), 0, 0, 0, FW_NORMAL, FALSE, FALSE,
         FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY,
         DEFAULT_PITCH | FF_SWISS, wide(defaultFontName())));
-    for (const HWND control :
-        {lblRemarks_[0].hwnd(), lblRemarks_[1].hwnd(), txtKey_.hwnd(), txtInline_.hwnd(), chkSort_.hwnd(),
-            lblDate_.hwnd(), txtType_.hwnd(), lstHeads_.hwnd(), lstInLineSrch_})
+    for (const HWND control : {lblRemarks_[0].hwnd(), lblRemarks_[1].hwnd(), txtKey_.hwnd(),
+             txtInline_.hwnd(), chkSort_.hwnd(), lblDate_.hwnd(), txtType_.hwnd(), lstHeads_.hwnd()})
         SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), TRUE);
+    lstInLineSrch_.setFont(font.get());
     ucStatusLeft_.setFont(font.get());
     ucStatusRight_.setFont(font.get());
     font_ = std::move(font);
@@ -57,6 +57,7 @@ void frmMain::layOut()
     input.findLabelWidth = measured(lblRemarks_[1], lblRemarks_[1].text());
     input.dateWidth = measured(lblDate_, u"2009-10-28 19:17:18");
     input.splitterLeft = splitterLeft_;
+    input.resultsShown = lstInLineSrch_.visible();
     const Layout at = computeLayout(input, scale_);
 
     struct Place {
@@ -76,7 +77,7 @@ void frmMain::layOut()
         {splitter_.hwnd(), at.fraSplitter},
         {text_.wrapping().hwnd(), at.text},
         {text_.scrolling().hwnd(), at.text},
-        {lstInLineSrch_, at.lstInLineSrch},
+        {lstInLineSrch_.hwnd(), at.lstInLineSrch},
         {shpEdge_, at.shpEdge},
         {ucStatusLeft_.hwnd(), at.ucStatusLeft},
         {ucStatusRight_.hwnd(), at.ucStatusRight},

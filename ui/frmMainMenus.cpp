@@ -19,6 +19,7 @@ constexpr int kMostTables = 2000;
 
 void frmMain::prepareMenus()
 {
+    prepareTextMenus();
     mnu_SortOnTitle_.attach(*menus_, ID_mnu_SortOnTitle);
     mnu_ezdel_.attach(*menus_, ID_mnu_ezdel);
     mnu_switchto_.attach(*menus_, ID_mnu_switchto);
@@ -38,16 +39,13 @@ bool frmMain::onMenuCommand(int id)
 {
     if (importing_ && id != ID_mnu_quit) // commands wait until the import is done
         return true;
-    return onViewCommand(id) || onRecordCommand(id) || onTableCommand(id) || onArrayCommand(id);
+    return onViewCommand(id) || onRecordCommand(id) || onTableCommand(id) || onTextCommand(id) ||
+        onPopUpCommand(id) || onArrayCommand(id);
 }
 
 bool frmMain::onViewCommand(int id)
 {
     switch (id) {
-    case ID_mnu_srchfield:
-        txtKey_.focus();
-        txtKey_.selectAll();
-        return true;
     case ID_mnu_chkwrap:
     case ID_mnu_top + 8:
         toggleWrap();
@@ -61,9 +59,6 @@ bool frmMain::onViewCommand(int id)
         return true;
     case ID_mnu_ontop:
         toggleOnTop();
-        return true;
-    case ID_mnu_SortOnTitle:
-        toggleSortOnTitle();
         return true;
     case ID_mnu_quit:
         PostMessageW(hwnd_, WM_CLOSE, 0, 0);
@@ -149,6 +144,8 @@ bool frmMain::onArrayCommand(int id)
         tables_->switchTo(static_cast<std::size_t>(id - ID_mnu_availdb));
     else if (mnu_avtables_.owns(id))
         list_->moveTo(static_cast<std::size_t>(id - ID_mnu_avtables));
+    else if (mnu_RegExChar_.owns(id))
+        textCommands_->insertPattern(mnu_RegExChar_.at(static_cast<std::size_t>(id - ID_mnu_RegExChar)).tag);
     else if (id >= ID_mnu_fonts && id < ID_mnu_RegExChar)
         display_->chooseFont(id - ID_mnu_fonts);
     else if (id >= ID_mnu_sizes && id < ID_mnu_fonts)
@@ -179,8 +176,18 @@ void frmMain::popUpUnder(HWND label, HMENU menu)
     popUp(copy.get(), {rect.left, rect.bottom});
 }
 
+// Selects the entry that the mouse is on, where it is on one.
+void frmMain::selectUnderPoint(HWND list, POINT screen) const
+{
+    ScreenToClient(list, &screen);
+    const double perPixel = scale_.twipsPerPixel();
+    modLstRclick::selectItemUnderPoint(list, screen.x * perPixel, screen.y * perPixel, perPixel, perPixel);
+}
+
 void frmMain::onContextMenu(HWND control, POINT screen)
 {
+    if (control == lstInLineSrch_.hwnd())
+        showResultsMenu(screen);
     if (control != lstHeads_.hwnd())
         return;
     if (screen.x == -1 && screen.y == -1) { // from the keyboard
@@ -190,11 +197,8 @@ void frmMain::onContextMenu(HWND control, POINT screen)
         screen = {rect.left, rect.bottom};
         ClientToScreen(control, &screen);
     } else {
-        POINT at = screen;
-        ScreenToClient(control, &at);
         const std::vector<int> before = lstHeads_.selected();
-        const double perPixel = scale_.twipsPerPixel();
-        modLstRclick::selectItemUnderPoint(control, at.x * perPixel, at.y * perPixel, perPixel, perPixel);
+        selectUnderPoint(control, screen);
         if (lstHeads_.selected() != before)
             commands_->selectHeading();
     }
@@ -249,14 +253,6 @@ void frmMain::showSourceMenu(int x, int y)
     POINT at{x, y};
     ClientToScreen(ucStatusRight_.hwnd(), &at);
     popUp(menus_->popUpOf(ID_mnu_srcPopUp), at);
-}
-
-void frmMain::toggleSortOnTitle()
-{
-    mnu_SortOnTitle_.setChecked(!mnu_SortOnTitle_.checked());
-    setPrefValue(
-        notebook_.settingsFile, kOptionsSection, u"obTitle", mnu_SortOnTitle_.checked() ? u"1" : u"0");
-    commands_->search();
 }
 
 } // namespace vellums::ui

@@ -1,32 +1,20 @@
-// The heading list over a LISTBOX control with extended selection.
+// The heading list: several entries may be selected.
 #pragma once
 
-#include "app/controls.h"
-
-#include <windows.h>
+#include "ui/listControl.h"
 
 namespace vellums::ui {
 
-class HeadsList : public ListBox {
+class HeadsList : public ListControl {
 public:
-    void create(HWND parent, int id);
-    HWND hwnd() const { return hwnd_; }
+    void create(HWND parent, int id) { createList(parent, id, WS_VISIBLE | LBS_EXTENDEDSEL); }
 
-    void fill(const std::vector<ListEntry>& entries) override;
-    int count() const override;
-    std::int32_t datum(int index) const override;
-    void insert(int index, const ListEntry& entry) override;
     void setText(int index, std::u16string_view text) override;
-    void remove(const std::vector<int>& indexes) override;
     std::vector<int> selected() const override;
     int current() const override;
     void select(int index) override;
-    std::u16string tag() const override { return tag_; }
-    void setTag(std::u16string_view tag) override { tag_ = tag; }
-
-private:
-    HWND hwnd_ = nullptr;
-    std::u16string tag_;
+    bool visible() const override { return IsWindowVisible(hwnd()) != FALSE; }
+    void setVisible(bool visible) override { ShowWindow(hwnd(), visible ? SW_SHOWNA : SW_HIDE); }
 };
 
 } // namespace vellums::ui

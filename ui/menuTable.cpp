@@ -167,11 +167,9 @@ constexpr MenuEntry kContextMenus[] = {
 
 constexpr int kNeverShown[] = {ID_mnu_delvisible, ID_mnu_lstImport, ID_mnu_top + 4};
 constexpr int kNotYetThere[] = {
-    ID_mnu_txtpastego1, ID_mnu_export, ID_mnu_Print, ID_mnu_viewsrc, ID_mnu_desklink, ID_mnu_options,
-    ID_mnu_txtops + 0, ID_mnu_txtops + 1, ID_mnu_txtops + 3, ID_mnu_txtops + 4, ID_mnu_txtops + 5,
-    ID_mnu_find + 0, ID_mnu_find + 1, ID_mnu_find + 2, ID_mnu_fixerrors, ID_mnu_trimtitles,
-    ID_mnu_top + 5, ID_mnu_top + 6, ID_mnu_top + 10, ID_mnu_top + 11, ID_mnu_help,
-    ID_mnu_lstExport, ID_mnu_lstNotepad2, ID_mnu_openfile, ID_mnu_openfolder, ID_mnu_InstantSrch,
+    ID_mnu_export, ID_mnu_Print, ID_mnu_viewsrc, ID_mnu_desklink, ID_mnu_options, ID_mnu_fixerrors,
+    ID_mnu_trimtitles, ID_mnu_top + 11, ID_mnu_help, ID_mnu_lstExport, ID_mnu_lstNotepad2,
+    ID_mnu_openfile, ID_mnu_openfolder,
 };
 
 struct Help {

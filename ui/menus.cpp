@@ -259,6 +259,7 @@ OwnedAccelerators buildAccelerators()
 {
     std::vector<ACCEL> keys;
     collectKeys(keys, menuBarEntries());
+    keys.push_back({FVIRTKEY | FALT, 'C', ID_mnu_txtcopyall}); // a context menu's only key
     return OwnedAccelerators(CreateAcceleratorTableW(keys.data(), static_cast<int>(keys.size())));
 }
 

@@ -36,15 +36,13 @@ void RecordText::setWraps(bool wraps, bool withFocus)
     if (wraps == wraps_)
         return;
     const HWND from = hwnd();
+    const TextRange selection = shown().selection();
     const bool focused = withFocus || GetFocus() == from;
     wraps_ = wraps;
     const HWND to = hwnd();
 
     setWindowText(to, windowText(from));
-    DWORD start = 0;
-    DWORD end = 0;
-    SendMessageW(from, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
-    SendMessageW(to, EM_SETSEL, start, static_cast<LPARAM>(end));
+    shown().select(selection);
     const DWORD top = firstShown(from);
 
     ShowWindow(to, SW_SHOW);
@@ -52,7 +50,7 @@ void RecordText::setWraps(bool wraps, bool withFocus)
     setWindowText(from, {}); // one copy of a large text is enough
     if (focused)
         SetFocus(to);
-    SendMessageW(to, EM_SCROLLCARET, 0, 0);
+    shown().scrollToCaret();
     scrollTo(to, top);
 }
 
@@ -67,7 +65,7 @@ void RecordText::setFont(const std::u16string& name, double points, int dpi)
         OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY, DEFAULT_PITCH | FF_DONTCARE, wide(name)));
     for (const HWND box : {txtShowWrap_.hwnd(), txtShowNoWrap_.hwnd()})
         SendMessageW(box, WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), TRUE);
-    SendMessageW(hwnd(), EM_SCROLLCARET, 0, 0);
+    shown().scrollToCaret();
     font_ = std::move(font);
 }
 

@@ -29,6 +29,15 @@ public:
     std::u16string text() const override { return shown().text(); }
     void setText(std::u16string_view text) override { shown().setText(text); }
     void focus() override { shown().focus(); }
+    TextRange selection() const override { return shown().selection(); }
+    void select(TextRange range) override { shown().select(range); }
+    void selectAll() override { shown().selectAll(); }
+    void replaceSelection(std::u16string_view text) override { shown().replaceSelection(text); }
+    void scrollToCaret() override { shown().scrollToCaret(); }
+    void undo() override { shown().undo(); }
+    void cut() override { shown().cut(); }
+    void copy() override { shown().copy(); }
+    void paste() override { shown().paste(); }
 
 private:
     EditBox txtShowWrap_;

@@ -93,16 +93,7 @@ void ucStatus::create(HWND parent, int id)
     SetWindowLongPtrW(lblCaption_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
     labelBefore_ = reinterpret_cast<WNDPROC>(
         SetWindowLongPtrW(lblCaption_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(labelProc)));
-    // Without an owner: windows that own others are not always raised above all.
-    tooltip_ = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
-        WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, 0, 0, 0, 0, nullptr, nullptr, program, nullptr);
-    TTTOOLINFOW tool{};
-    tool.cbSize = TTTOOLINFOW_V1_SIZE;
-    tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
-    tool.hwnd = hwnd_;
-    tool.uId = reinterpret_cast<UINT_PTR>(lblCaption_);
-    tool.lpszText = const_cast<wchar_t*>(L"");
-    SendMessageW(tooltip_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+    tooltip_.create(hwnd_, lblCaption_);
     setBackColor(backColor_);
     setCaption(early_);
 }
@@ -142,7 +133,7 @@ void ucStatus::setCaption(const std::u16string& caption)
     }
     setWindowText(lblCaption_, caption);
     setWindowText(hwnd_, caption); // screen readers and scripts ask the panel itself
-    updateTooltip();
+    tooltip_.setText(Caption());
     if (Change)
         Change();
 }
@@ -191,17 +182,6 @@ void ucStatus::readProperties(const PropertyBag& bag)
         alignment > 2 ? vellums::ui::Alignment::Left : static_cast<vellums::ui::Alignment>(alignment));
 }
 
-void ucStatus::updateTooltip()
-{
-    const std::u16string caption = Caption();
-    TTTOOLINFOW tool{};
-    tool.cbSize = TTTOOLINFOW_V1_SIZE;
-    tool.hwnd = hwnd_;
-    tool.uId = reinterpret_cast<UINT_PTR>(lblCaption_);
-    tool.lpszText = const_cast<wchar_t*>(wide(caption));
-    SendMessageW(tooltip_, TTM_UPDATETIPTEXTW, 0, reinterpret_cast<LPARAM>(&tool));
-}
-
 void ucStatus::placeLabel(int width, int height)
 {
     const HDC dc = GetDC(hwnd_);
@@ -235,7 +215,7 @@ LRESULT ucStatus::onPanel(UINT message, WPARAM wParam, LPARAM lParam)
         setBackColor(backColor_);
         return 0;
     case WM_DESTROY:
-        DestroyWindow(std::exchange(tooltip_, nullptr));
+        tooltip_.destroy();
         return 0;
     }
     return DefWindowProcW(hwnd_, message, wParam, lParam);

@@ -7,6 +7,7 @@
 #include "app/controls.h"
 #include "store/notebook.h"
 #include "ui/owned.h"
+#include "ui/tooltip.h"
 
 #include <cstdint>
 #include <functional>
@@ -66,12 +67,11 @@ private:
     LRESULT onPanel(UINT message, WPARAM wParam, LPARAM lParam);
     bool onLabelMouse(UINT message, WPARAM wParam, LPARAM lParam);
     void placeLabel(int width, int height);
-    void updateTooltip();
     LRESULT paintLabel(HDC dc);
 
     HWND hwnd_ = nullptr;
     HWND lblCaption_ = nullptr;
-    HWND tooltip_ = nullptr;
+    Tooltip tooltip_;
     WNDPROC labelBefore_ = nullptr;
     HBRUSH brush_ = nullptr;
     std::u16string early_; // a caption set before the panel was created

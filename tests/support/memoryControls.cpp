@@ -1,5 +1,6 @@
 #include "tests/support/memoryControls.h"
 
+#include "platform/clipboard.h"
 #include "platform/text.h"
 
 #include <gtest/gtest.h>
@@ -9,11 +10,65 @@
 
 namespace vellums::tests {
 
+void MemoryTextBox::setText(std::u16string_view text)
+{
+    text_ = text;
+    selection_ = {};
+    undo_.reset();
+}
+
+void MemoryTextBox::select(TextRange range)
+{
+    EXPECT_LE(range.start, range.end);
+    selection_ = {std::min(range.start, text_.size()), std::min(range.end, text_.size())};
+}
+
+std::u16string MemoryTextBox::selectedText() const
+{
+    return text_.substr(selection_.start, selection_.end - selection_.start);
+}
+
+void MemoryTextBox::replaceSelection(std::u16string_view text)
+{
+    undo_ = State{text_, selection_};
+    text_.replace(selection_.start, selection_.end - selection_.start, text);
+    selection_.start += text.size();
+    selection_.end = selection_.start;
+}
+
+void MemoryTextBox::undo()
+{
+    if (!undo_)
+        return;
+    std::swap(text_, undo_->text);
+    std::swap(selection_, undo_->selection);
+}
+
+void MemoryTextBox::cut()
+{
+    if (selection_.empty())
+        return;
+    copy();
+    replaceSelection({});
+}
+
+void MemoryTextBox::copy()
+{
+    if (!selection_.empty())
+        platform::setClipboardText(selectedText());
+}
+
+void MemoryTextBox::paste()
+{
+    replaceSelection(platform::clipboardText().value_or(u""));
+}
+
 void MemoryListBox::fill(const std::vector<ListEntry>& entries)
 {
     entries_.clear();
     for (const ListEntry& entry : entries)
-        entries_.push_back({entry});
+        if (entries_.size() < room_)
+            entries_.push_back({entry});
     current_ = -1;
 }
 
@@ -22,6 +77,11 @@ bool MemoryListBox::holds(int index) const
     EXPECT_GE(index, 0);
     EXPECT_LT(index, count());
     return index >= 0 && index < count();
+}
+
+std::u16string MemoryListBox::text(int index) const
+{
+    return holds(index) ? entries_[static_cast<std::size_t>(index)].entry.text : u"";
 }
 
 std::int32_t MemoryListBox::datum(int index) const
@@ -169,8 +229,8 @@ std::vector<std::u16string> MemoryDialogs::asked()
 
 MainWindow MemoryWindow::ports(StatusLine& status)
 {
-    return {caption, txtKey, txtType, txtShowWrap, lstHeads, lblDate, chkSort, mnu_SortOnTitle, mnu_ezdel,
-        mnu_AvailFields, status, ucStatusRight, dialogs};
+    return {caption, txtKey, txtInline, txtType, txtShowWrap, lstHeads, lstInLineSrch, txtInlineTip, lblDate,
+        chkSort, mnu_SortOnTitle, mnu_ezdel, mnu_InstantSrch, mnu_AvailFields, status, ucStatusRight, dialogs};
 }
 
 } // namespace vellums::tests

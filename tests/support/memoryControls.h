@@ -5,23 +5,46 @@
 #include "app/nameForm.h"
 
 #include <deque>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace vellums::tests {
 
+// Undo goes one step back, and forth again, as an edit control's does.
 class MemoryTextBox : public TextBox {
 public:
     std::u16string text() const override { return text_; }
-    void setText(std::u16string_view text) override { text_ = text; }
+    void setText(std::u16string_view text) override;
     void focus() override { focused_ = true; }
+    TextRange selection() const override { return selection_; }
+    void select(TextRange range) override;
+    void selectAll() override { select({0, text_.size()}); }
+    void replaceSelection(std::u16string_view text) override;
+    void scrollToCaret() override { scrolled_ = true; }
+    void undo() override;
+    void cut() override;
+    void copy() override;
+    void paste() override;
 
     void type(std::u16string_view text) { text_ = text; } // as a user would
-    bool focused() const { return focused_; }
+    std::u16string selectedText() const;
+    // What happened since the last call.
+    bool focused() { return std::exchange(focused_, false); }
+    bool scrolled() { return std::exchange(scrolled_, false); }
 
 private:
+    struct State {
+        std::u16string text;
+        TextRange selection;
+    };
+
     std::u16string text_;
+    TextRange selection_;
+    std::optional<State> undo_;
     bool focused_ = false;
+    bool scrolled_ = false;
 };
 
 // Fails the test where a command names an entry that is not there.
@@ -29,6 +52,7 @@ class MemoryListBox : public ListBox {
 public:
     void fill(const std::vector<ListEntry>& entries) override;
     int count() const override { return static_cast<int>(entries_.size()); }
+    std::u16string text(int index) const override;
     std::int32_t datum(int index) const override;
     void insert(int index, const ListEntry& entry) override;
     void setText(int index, std::u16string_view text) override;
@@ -36,9 +60,15 @@ public:
     std::vector<int> selected() const override;
     int current() const override { return current_; }
     void select(int index) override;
+    bool enabled() const override { return enabled_; }
+    void setEnabled(bool enabled) override { enabled_ = enabled; }
+    bool visible() const override { return visible_; }
+    void setVisible(bool visible) override { visible_ = visible; }
     std::u16string tag() const override { return tag_; }
     void setTag(std::u16string_view tag) override { tag_ = tag; }
 
+    // From now on the list holds this many entries at most.
+    void limitTo(std::size_t entries) { room_ = entries; }
     // As a user would, with Ctrl held for each but the first.
     void click(const std::vector<int>& indexes);
     std::vector<std::u16string> texts() const;
@@ -53,6 +83,9 @@ private:
 
     std::vector<Entry> entries_;
     int current_ = -1;
+    std::size_t room_ = static_cast<std::size_t>(-1);
+    bool enabled_ = true;
+    bool visible_ = true;
     std::u16string tag_;
 };
 
@@ -85,6 +118,18 @@ public:
 
 private:
     std::vector<MenuItem> items_;
+};
+
+class MemoryPostponed : public Postponed {
+public:
+    void start() override { waiting_ = true; }
+    void cancel() override { waiting_ = false; }
+    bool waiting() const { return waiting_; }
+    // The user pauses: whether it waited, and waits no more.
+    bool comes() { return std::exchange(waiting_, false); }
+
+private:
+    bool waiting_ = false;
 };
 
 class MemorySwitch : public Switchable {
@@ -133,13 +178,17 @@ private:
 struct MemoryWindow {
     MemoryLabel caption;
     MemoryTextBox txtKey;
+    MemoryTextBox txtInline;
     MemoryTextBox txtType;
     MemoryTextBox txtShowWrap;
     MemoryListBox lstHeads;
+    MemoryListBox lstInLineSrch;
+    MemoryLabel txtInlineTip;
     MemoryLabel lblDate;
     MemoryCheckItem chkSort;
     MemoryCheckItem mnu_SortOnTitle;
     MemoryCheckItem mnu_ezdel;
+    MemoryCheckItem mnu_InstantSrch;
     MemoryMenuItems mnu_AvailFields;
     MemoryLabel ucStatusRight;
     MemoryDialogs dialogs;

@@ -158,25 +158,65 @@ void Program::type(int id, WORD key, bool ctrl, bool shift) const
     AttachThreadInput(GetCurrentThreadId(), thread, TRUE);
     SetFocus(control(id));
     AttachThreadInput(GetCurrentThreadId(), thread, FALSE);
-    std::vector<INPUT> events;
-    const auto add = [&events](WORD virtualKey, DWORD flags) {
-        INPUT event{};
-        event.type = INPUT_KEYBOARD;
-        event.ki.wVk = virtualKey;
-        event.ki.dwFlags = flags;
-        events.push_back(event);
-    };
+    strike(key, ctrl, shift);
+}
+
+void Program::strike(WORD key, bool ctrl, bool shift, bool alt)
+{
+    std::vector<WORD> keys;
     if (ctrl)
-        add(VK_CONTROL, 0);
+        keys.push_back(VK_CONTROL);
     if (shift)
-        add(VK_SHIFT, 0);
-    add(key, 0);
-    add(key, KEYEVENTF_KEYUP);
-    if (shift)
-        add(VK_SHIFT, KEYEVENTF_KEYUP);
-    if (ctrl)
-        add(VK_CONTROL, KEYEVENTF_KEYUP);
+        keys.push_back(VK_SHIFT);
+    if (alt)
+        keys.push_back(VK_MENU);
+    keys.push_back(key);
+    std::vector<INPUT> events(2 * keys.size());
+    for (std::size_t i = 0; i < keys.size(); ++i) { // released in the opposite order
+        INPUT& down = events[i];
+        INPUT& up = events[events.size() - 1 - i];
+        down.type = up.type = INPUT_KEYBOARD;
+        down.ki.wVk = up.ki.wVk = keys[i];
+        up.ki.dwFlags = KEYEVENTF_KEYUP;
+    }
     SendInput(static_cast<UINT>(events.size()), events.data(), sizeof(INPUT));
+}
+
+void Program::click(int id, int x, int y, bool right) const
+{
+    SetForegroundWindow(window_);
+    RECT rect{};
+    GetWindowRect(control(id), &rect);
+    const auto absolute = [](int pixel, int screen) { return (pixel * 65536 + screen - 1) / screen; };
+    const LONG atX = absolute(rect.left + x, GetSystemMetrics(SM_CXSCREEN));
+    const LONG atY = absolute(rect.top + y, GetSystemMetrics(SM_CYSCREEN));
+    const DWORD buttons[] = {0UL, static_cast<DWORD>(right ? MOUSEEVENTF_RIGHTDOWN : MOUSEEVENTF_LEFTDOWN),
+        static_cast<DWORD>(right ? MOUSEEVENTF_RIGHTUP : MOUSEEVENTF_LEFTUP)};
+    INPUT events[3] = {};
+    for (int i = 0; i < 3; ++i) {
+        events[i].type = INPUT_MOUSE;
+        events[i].mi = {atX, atY, 0, MOUSEEVENTF_MOVE | MOUSEEVENTF_ABSOLUTE | buttons[i], 0, 0};
+    }
+    SendInput(3, events, sizeof(INPUT));
+}
+
+int Program::focused() const
+{
+    GUITHREADINFO info{};
+    info.cbSize = sizeof info;
+    GetGUIThreadInfo(GetWindowThreadProcessId(window_, nullptr), &info);
+    return info.hwndFocus == nullptr ? 0 : GetDlgCtrlID(info.hwndFocus);
+}
+
+std::pair<int, int> Program::selection(int id) const
+{
+    const LRESULT range = ask(id, EM_GETSEL);
+    return {LOWORD(range), HIWORD(range)};
+}
+
+void Program::select(int id, int start, int end) const
+{
+    ask(id, EM_SETSEL, static_cast<WPARAM>(start), end);
 }
 
 RECT Program::place(int id) const

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <windows.h>
@@ -37,6 +38,14 @@ public:
     // Types a key on the keyboard of the screen, with the modifiers held; the window is brought to the
     // front and the control gets the focus before.
     void type(int id, WORD key, bool ctrl = false, bool shift = false) const;
+    // The same to whatever has the focus: an open menu, for one.
+    static void strike(WORD key, bool ctrl = false, bool shift = false, bool alt = false);
+    // A click of the mouse, so many pixels from the control's upper left corner.
+    void click(int id, int x, int y, bool right = false) const;
+    int focused() const; // the id of the control that has the focus
+    // The selection of a box: units from the start of its text, behind 65,535 not to be told.
+    std::pair<int, int> selection(int id) const;
+    void select(int id, int start, int end) const;
     // Where a control stands in the window, in pixels.
     RECT place(int id) const;
     bool isShown(int id) const;

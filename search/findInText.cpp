@@ -1,0 +1,81 @@
+#include "search/findInText.h"
+
+#include "platform/clipboard.h"
+#include "platform/text.h"
+#include "search/inlineSearch.h"
+
+#include <algorithm>
+
+namespace vellums {
+namespace {
+
+std::u16string trimmed(const std::u16string& text)
+{
+    return std::u16string(platform::trimBlanks(text));
+}
+
+// What the user probably wants to look for: the selected text, else the search words, else the clipboard.
+// Words become an expression that finds them in this order on one line.
+std::u16string suggestedKeyword(const MainWindow& window)
+{
+    const TextBox& text = window.txtTarget();
+    const TextRange selection = text.selection();
+    std::u16string keyword;
+    if (!selection.empty())
+        keyword = trimmed(text.text().substr(selection.start, selection.end - selection.start));
+    if (keyword.empty())
+        keyword = window.txtKey.text();
+    if (keyword.empty())
+        keyword = platform::clipboardText().value_or(u"");
+    keyword.resize(std::min(keyword.size(), keyword.find(u"\r\n")));
+    if (keyword.find(u' ') != std::u16string::npos)
+        keyword = platform::replaceAll(trimmed(keyword), u" ", u".*");
+    return keyword;
+}
+
+void prepareFindBox(MainWindow& window)
+{
+    const std::u16string keyword = suggestedKeyword(window);
+    window.txtInline.focus();
+    if (!keyword.empty() && window.txtInline.text().empty())
+        window.txtInline.replaceSelection(keyword);
+    window.txtInline.selectAll();
+}
+
+// The entry that the command goes to from the caret.
+int nextEntry(const ListBox& list, std::int32_t caret, FindCommand command)
+{
+    const int count = list.count();
+    if (command == FindCommand::Previous) {
+        for (int i = count - 1; i >= 0; --i)
+            if (list.datum(i) < caret)
+                return i;
+        return count - 1;
+    }
+    for (int i = 0; i < count; ++i)
+        if (list.datum(i) > caret)
+            return i;
+    return 0;
+}
+
+} // namespace
+
+void findInText(const Notebook& notebook, MainWindow& window, FindCommand command)
+{
+    const std::u16string keyword = window.txtInline.text();
+    if (command == FindCommand::Inline || keyword.empty()) {
+        prepareFindBox(window);
+        return;
+    }
+    ListBox& list = window.lstInLineSrch;
+    if (list.tag() != keyword || list.count() == 0) {
+        doInlineSearch(notebook, window);
+        return;
+    }
+    const auto caret = static_cast<std::int32_t>(window.txtTarget().selection().start);
+    list.setVisible(true);
+    list.select(nextEntry(list, caret, command));
+    lstInLineSrchClick(window);
+}
+
+} // namespace vellums

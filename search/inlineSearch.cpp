@@ -1,0 +1,129 @@
+#include "search/inlineSearch.h"
+
+#include "platform/clipboard.h"
+#include "platform/text.h"
+#include "search/occurrences.h"
+
+namespace vellums {
+namespace {
+
+constexpr std::u16string_view kMark = u" > "; // between position and text of an entry
+
+std::vector<ListEntry> entriesOf(const Occurrences& found)
+{
+    std::vector<ListEntry> entries;
+    entries.reserve(found.list.size());
+    for (const Occurrence& occurrence : found.list) {
+        std::u16string text = platform::decimal(occurrence.position);
+        text += kMark;
+        text += occurrence.text;
+        entries.push_back({std::move(text), occurrence.position});
+    }
+    return entries;
+}
+
+std::u16string matchedText(const std::u16string& entry)
+{
+    const std::size_t mark = entry.find(kMark);
+    return mark == std::u16string::npos ? std::u16string() : entry.substr(mark + kMark.size());
+}
+
+std::u16string summary(const Notebook& notebook, int count)
+{
+    const std::u16string number = platform::decimal(count);
+    return notebook.say(
+        number + u" match" + (count > 1 ? u"es" : u"") + u" found.", u"关键字查找共 " + number + u" 处匹配。");
+}
+
+struct Reason {
+    std::int32_t number;
+    const char16_t* english;
+    const char16_t* chinese;
+};
+constexpr Reason kReasons[] = {
+    {6, u"The text has a line that is too long to be searched whole.", u"文本中有一行过长，未能全部查找。"},
+    {7, u"The search was given up: this expression needs too many steps.", u"该表达式过于复杂，查找已中止。"},
+    {28, u"Not a regular expression: nested too deeply.", u"正则表达式有误: 嵌套过深。"},
+    {5017, u"Not a regular expression: syntax error.", u"正则表达式有误: 语法错误。"},
+    {5018, u"Not a regular expression: a quantifier that repeats nothing.", u"正则表达式有误: 量词前缺少内容。"},
+    {5019, u"Not a regular expression: \"]\" is missing.", u"正则表达式有误: 缺少 \"]\"。"},
+    {5020, u"Not a regular expression: \")\" is missing, or one too many.", u"正则表达式有误: 括号不配对。"},
+    {5021, u"Not a regular expression: a range that ends before it begins.", u"正则表达式有误: 字符范围颠倒。"},
+};
+
+// Why the search ended early, and where in the find box.
+std::u16string explanation(const Notebook& notebook, const Occurrences::Ending& ending)
+{
+    std::u16string text = ending.description;
+    for (const Reason& reason : kReasons)
+        if (reason.number == ending.number)
+            text = notebook.say(reason.english, reason.chinese);
+    if (!ending.position)
+        return text;
+    const std::u16string place = platform::decimal(static_cast<std::int64_t>(*ending.position) + 1);
+    return text + notebook.say(u" (at character " + place + u")", u" (第 " + place + u" 个字符)");
+}
+
+} // namespace
+
+void doInlineSearch(const Notebook& notebook, MainWindow& window)
+{
+    ListBox& list = window.lstInLineSrch;
+    const std::u16string keyword = window.txtInline.text();
+    list.setEnabled(false);
+    list.fill({});
+    list.setTag(keyword);
+    const Occurrences found = findOccurrences(window.txtTarget().text(), keyword);
+    window.txtInlineTip.setText(found.ending ? explanation(notebook, *found.ending) : u"");
+    list.fill(entriesOf(found));
+    const int count = list.count();
+    if (static_cast<std::size_t>(count) < found.list.size()) { // the control holds no more
+        notebook.status.show(
+            notebook.say(u"Too many matches.", u"匹配结果过多，请尝试修改查找条件。"));
+        return;
+    }
+    if (found.ending || count == 0)
+        return;
+    list.setVisible(true);
+    list.setEnabled(true);
+    list.select(0);
+    lstInLineSrchClick(window);
+    notebook.status.show(summary(notebook, count));
+}
+
+void lstInLineSrchClick(MainWindow& window)
+{
+    const ListBox& list = window.lstInLineSrch;
+    const int entry = list.current();
+    if (entry < 0 || list.datum(entry) < 0)
+        return;
+    const auto start = static_cast<std::size_t>(list.datum(entry));
+    TextBox& text = window.txtTarget();
+    text.select({start, start + matchedText(list.text(entry)).size()});
+    text.scrollToCaret();
+    text.focus();
+}
+
+void hideResults(MainWindow& window)
+{
+    window.lstInLineSrch.setVisible(false);
+    window.lstInLineSrch.fill({});
+    window.lstInLineSrch.setTag({});
+}
+
+void copyResult(const MainWindow& window)
+{
+    const int entry = window.lstInLineSrch.current();
+    if (entry >= 0)
+        platform::setClipboardText(matchedText(window.lstInLineSrch.text(entry)));
+}
+
+void copyAllResults(const MainWindow& window)
+{
+    std::u16string all;
+    for (int i = 0; i < window.lstInLineSrch.count(); ++i)
+        all += window.lstInLineSrch.text(i) + u"\r\n";
+    platform::setClipboardText(all);
+}
+
+} // namespace vellums

@@ -1,0 +1,23 @@
+// The search inside the current text: the list of places where the find box's expression occurs.
+#pragma once
+
+#include "app/mainWindow.h"
+
+namespace vellums {
+
+// Lists every occurrence of the find box's text, a regular expression without regard to case, shows the
+// list, selects the first and reports their number. Where nothing is found the list stays empty, not
+// enabled, and is not shown; why an expression could not be searched for is told by the find box's tip.
+void doInlineSearch(const Notebook& notebook, MainWindow& window);
+
+// Selects in the text what the selected entry of the list stands for, and gives the text the focus.
+void lstInLineSrchClick(MainWindow& window);
+
+// Empties the list and takes it away.
+void hideResults(MainWindow& window);
+
+// The matched text of the selected entry, or the entries as they are shown, a line each, to the clipboard.
+void copyResult(const MainWindow& window);
+void copyAllResults(const MainWindow& window);
+
+} // namespace vellums

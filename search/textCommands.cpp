@@ -1,0 +1,203 @@
+#include "search/textCommands.h"
+
+#include "io/textCleanup.h"
+#include "platform/clipboard.h"
+#include "platform/clock.h"
+#include "platform/letterCase.h"
+#include "platform/text.h"
+
+namespace vellums {
+namespace {
+
+constexpr std::u16string_view kLineEnd = u"\r\n";
+
+// Without the tabs that stand behind line ends, and then without line ends; what grows together to a line
+// end goes as well.
+std::u16string joined(std::u16string_view lines)
+{
+    std::u16string text;
+    for (const char16_t c : lines)
+        if (c != u'\t' || !text.ends_with(kLineEnd))
+            text += c;
+    std::u16string line;
+    for (const char16_t c : text) {
+        line += c;
+        if (line.ends_with(kLineEnd))
+            line.erase(line.size() - kLineEnd.size());
+    }
+    return line;
+}
+
+// With one line end where several stand in a row.
+std::u16string compressed(std::u16string_view lines)
+{
+    std::u16string text;
+    for (std::size_t i = 0; i < lines.size();) {
+        const bool lineEnd = lines.substr(i).starts_with(kLineEnd);
+        if (!lineEnd)
+            text += lines[i];
+        else if (!text.ends_with(kLineEnd))
+            text += kLineEnd;
+        i += lineEnd ? kLineEnd.size() : 1;
+    }
+    return text;
+}
+
+std::u16string dateStamp()
+{
+    using platform::decimal;
+    const platform::LocalTime now = platform::localNow();
+    return decimal(now.year, 4) + u"-" + decimal(now.month) + u"-" + decimal(now.day) + u" " +
+        decimal(now.hour, 2) + u":" + decimal(now.minute, 2) + u":" + decimal(now.second, 2);
+}
+
+} // namespace
+
+TextCommands::TextCommands(
+    Notebook& notebook, MainWindow window, SearchBoxes& boxes, CheckItem& mnu_switchCase)
+    : notebook_(notebook)
+    , window_(window)
+    , boxes_(boxes)
+    , mnu_switchCase_(mnu_switchCase)
+{
+}
+
+TextBox& TextCommands::target()
+{
+    switch (txtPopUpTarget_) {
+    case PopUpTarget::Search:
+        return window_.txtKey;
+    case PopUpTarget::Title:
+        return window_.txtType;
+    case PopUpTarget::Find:
+        return window_.txtInline;
+    case PopUpTarget::RecordText:
+        break;
+    }
+    return window_.txtTarget();
+}
+
+void TextCommands::undo()
+{
+    target().undo();
+}
+
+void TextCommands::cut()
+{
+    target().cut();
+}
+
+void TextCommands::copy()
+{
+    target().copy();
+}
+
+void TextCommands::paste()
+{
+    target().paste();
+}
+
+void TextCommands::pasteAndGo()
+{
+    paste();
+    if (txtPopUpTarget_ == PopUpTarget::Search)
+        boxes_.searchEnter();
+    else if (txtPopUpTarget_ == PopUpTarget::Find)
+        boxes_.findEnter();
+}
+
+void TextCommands::deleteSelection()
+{
+    target().replaceSelection({});
+}
+
+void TextCommands::selectAll()
+{
+    target().selectAll();
+}
+
+void TextCommands::clearText()
+{
+    selectAll();
+    deleteSelection();
+}
+
+void TextCommands::reset()
+{
+    if (txtPopUpTarget_ == PopUpTarget::Search)
+        boxes_.searchEscape();
+    else if (txtPopUpTarget_ == PopUpTarget::Find)
+        boxes_.findEscape();
+    else
+        target().setText({});
+}
+
+void TextCommands::copyAll()
+{
+    platform::setClipboardText(window_.txtTarget().text());
+}
+
+std::u16string TextCommands::selectedText() const
+{
+    const TextRange selection = window_.txtTarget().selection();
+    return window_.txtTarget().text().substr(selection.start, selection.end - selection.start);
+}
+
+// The new text is selected as the old one was.
+void TextCommands::replaceSelected(const std::u16string& text)
+{
+    TextBox& box = window_.txtTarget();
+    const std::size_t start = box.selection().start;
+    box.replaceSelection(text);
+    box.select({start, start + text.size()});
+}
+
+void TextCommands::joinLines()
+{
+    if (!window_.txtTarget().selection().empty())
+        replaceSelected(joined(selectedText()));
+}
+
+void TextCommands::compressLines()
+{
+    if (!window_.txtTarget().selection().empty())
+        replaceSelected(compressed(selectedText()));
+}
+
+void TextCommands::insertDate()
+{
+    window_.txtTarget().replaceSelection(u"\r\n> " + dateStamp() + u"\r\n");
+}
+
+void TextCommands::insertTitle()
+{
+    window_.txtTarget().replaceSelection(window_.txtType.text());
+}
+
+void TextCommands::switchCase()
+{
+    TextBox& box = window_.txtTarget();
+    const bool toSmall = !mnu_switchCase_.checked();
+    mnu_switchCase_.setChecked(toSmall);
+    const auto switched = [toSmall](const std::u16string& text) {
+        return toSmall ? platform::toSmallLetters(text) : platform::toCapitals(text);
+    };
+    if (box.selection().empty())
+        box.setText(switched(box.text()));
+    else
+        replaceSelected(switched(selectedText()));
+    box.scrollToCaret();
+}
+
+void TextCommands::trimText()
+{
+    window_.txtTarget().setText(io::cleanBody(window_.txtTarget().text()));
+}
+
+void TextCommands::insertPattern(std::u16string_view piece)
+{
+    window_.txtInline.focus();
+    window_.txtInline.replaceSelection(platform::replaceAll(piece, u"...", u""));
+}
+
+} // namespace vellums

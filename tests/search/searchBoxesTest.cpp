@@ -1,0 +1,148 @@
+#include "search/searchBoxes.h"
+
+#include "app/settings.h"
+#include "search/searchFields.h"
+#include "tests/support/memoryControls.h"
+#include "tests/support/testNotebook.h"
+
+#include <gtest/gtest.h>
+
+namespace vellums {
+namespace {
+
+constexpr std::size_t kBodyField = 2; // columns: ID, VLHEAD, VLTEXT, ...
+
+class SearchBoxesTest : public testing::Test {
+protected:
+    SearchBoxesTest()
+    {
+        for (const char16_t* title : {u"apple", u"pear", u"plum"})
+            notes.run(u"INSERT INTO Notes (VLHEAD,VLTEXT,VLDATE) VALUES ('" + std::u16string(title) +
+                u"','a fruit',#2020-1-1#)");
+        moments.tableOpened.add([&] { rebuildSearchFields(*notes, ports); });
+        records.start();
+    }
+    void type(std::u16string_view words)
+    {
+        window.txtKey.type(words);
+        boxes.searchTextChanged();
+    }
+    // Whether a search was waiting for a pause, which comes now.
+    bool searched(bool userGoesOn = false)
+    {
+        if (!instantSearch.comes())
+            return false;
+        boxes.searchInstantly([=] { return userGoesOn; });
+        return true;
+    }
+
+    tests::TestNotebook notes;
+    tests::MemoryWindow window;
+    Moments moments;
+    MainWindow ports = window.ports(notes->status);
+    RecordCommands records{*notes, ports, moments};
+    tests::MemoryPostponed instantSearch;
+    SearchBoxes boxes{*notes, ports, records, instantSearch};
+};
+
+TEST_F(SearchBoxesTest, TypingSearchesAtOnceOnlyWhereThatIsCheapOrWanted)
+{
+    type(u"apple");
+    EXPECT_FALSE(searched());
+    boxes.searchEnter();
+    EXPECT_EQ(window.lstHeads.count(), 1);
+
+    boxes.toggleInstantSearch();
+    type(u"p");
+    EXPECT_TRUE(searched());
+    EXPECT_EQ(window.lstHeads.count(), 3);
+    boxes.toggleInstantSearch();
+    type(u"pl");
+    EXPECT_FALSE(searched());
+
+    toggleSearchField(ports, kBodyField);
+    type(u"fruit");
+    EXPECT_TRUE(searched());
+    EXPECT_EQ(window.lstHeads.count(), 0); // the word stands in bodies alone
+}
+
+TEST_F(SearchBoxesTest, EnterAndEscLeaveNothingWaiting)
+{
+    boxes.toggleInstantSearch();
+    type(u"plum");
+    boxes.searchEnter();
+    EXPECT_FALSE(searched());
+    EXPECT_EQ(window.lstHeads.count(), 1);
+    type(u"plums");
+    boxes.searchEscape();
+    EXPECT_FALSE(searched());
+    EXPECT_EQ(window.txtKey.text(), u"");
+    EXPECT_EQ(window.lstHeads.count(), 3);
+    notes.run(u"DELETE FROM Notes WHERE VLHEAD='pear'");
+    boxes.searchEscape(); // also when it was empty
+    EXPECT_EQ(window.lstHeads.count(), 2);
+}
+
+TEST_F(SearchBoxesTest, NoSearchStartsWhileAnInputMethodComposes)
+{
+    boxes.toggleInstantSearch();
+    type(u"p");
+    boxes.compositionStarted();
+    type(u"pl");
+    EXPECT_FALSE(searched());
+    boxes.compositionEnded();
+    EXPECT_TRUE(searched());
+    EXPECT_EQ(window.lstHeads.count(), 2);
+}
+
+TEST_F(SearchBoxesTest, ASearchIsGivenUpWhenTheUserGoesOnAndComesAgain)
+{
+    boxes.toggleInstantSearch();
+    const std::vector<std::u16string> shown = notes.shown();
+    type(u"plum");
+    EXPECT_TRUE(searched(true));
+    EXPECT_EQ(window.lstHeads.count(), 3);
+    EXPECT_EQ(notes.shown(), shown);
+    EXPECT_TRUE(searched());
+    EXPECT_EQ(window.lstHeads.count(), 1);
+}
+
+TEST_F(SearchBoxesTest, OrderByTitleIsKeptAndSearchesAnew)
+{
+    notes.run(u"UPDATE Notes SET VLDATE=#2021-1-1# WHERE VLHEAD='plum'");
+    boxes.toggleSortOnTitle();
+    EXPECT_EQ(getPrefValue(notes->settingsFile, kOptionsSection, u"obTitle", u""), u"1");
+    EXPECT_EQ(window.lstHeads.texts().front(), u"apple");
+    boxes.toggleSortOnTitle();
+    EXPECT_EQ(getPrefValue(notes->settingsFile, kOptionsSection, u"obTitle", u""), u"0");
+    EXPECT_EQ(window.lstHeads.texts().front(), u"plum");
+}
+
+TEST_F(SearchBoxesTest, AnotherRecordMakesTheResultsStale)
+{
+    window.txtInline.type(u"fruit");
+    boxes.findEnter();
+    EXPECT_EQ(window.txtShowWrap.selectedText(), u"fruit");
+    EXPECT_EQ(window.lstInLineSrch.tag(), u"fruit");
+    window.lstHeads.click({1});
+    records.selectHeading();
+    window.txtShowWrap.type(u"no such word, but fruit");
+    boxes.findEnter();
+    EXPECT_EQ(window.lstInLineSrch.data(), std::vector<std::int32_t>{18});
+    window.dialogs.answerNext(Answer::No);
+    boxes.searchEnter();
+
+    window.txtInline.type(u"(");
+    boxes.findEnter();
+    EXPECT_NE(window.txtInlineTip.text(), u"");
+    boxes.findTextChanged();
+    EXPECT_EQ(window.txtInlineTip.text(), u"");
+    boxes.findEscape();
+    EXPECT_EQ(window.txtInline.text(), u"");
+    EXPECT_FALSE(window.lstInLineSrch.visible());
+    boxes.newSearch();
+    EXPECT_TRUE(window.txtKey.focused());
+}
+
+} // namespace
+} // namespace vellums

@@ -1,0 +1,197 @@
+// Finding inside a text, in the real window.
+#include "tests/windows/builtProgram.h"
+#include "tests/windows/driver.h"
+#include "ui/ids.h"
+
+#include <gtest/gtest.h>
+
+namespace vellums::tests {
+namespace {
+
+const std::u16string kText = u"中文😀 tax rate\r\nno\r\n税 Tax; TAX 完";
+using Range = std::pair<int, int>;
+
+class FindTest : public testing::TestWithParam<bool> {
+protected:
+    FindTest()
+        : folder(builtProgram())
+    {
+        if (GetParam())
+            folder.write(L"Vellums.ini", "[Options]\r\nuiChinese=1\r\n");
+    }
+    std::u16string say(const char16_t* english, const char16_t* chinese) const
+    {
+        return GetParam() ? chinese : english;
+    }
+    static bool selects(const Program& program, Range range, int box = ID_txtShowWrap)
+    {
+        const bool selected = eventually([&] { return program.selection(box) == range; });
+        EXPECT_EQ(program.selection(box), range);
+        return selected;
+    }
+    static bool hasFocus(const Program& program, int id)
+    {
+        return eventually([&] { return program.focused() == id; });
+    }
+    static bool opensMenu(const Program& program)
+    {
+        return eventually([&] { return program.menuIsOpen(); });
+    }
+    static bool choose(const Program& program, WORD letter)
+    {
+        Program::strike(letter);
+        return eventually([&] { return !program.menuIsOpen(); });
+    }
+
+    ProgramFolder folder;
+};
+
+TEST_P(FindTest, EnterFindsAndKeysStep)
+{
+    Program program(folder.executable());
+    program.setText(ID_txtShowWrap, kText);
+    program.setText(ID_txtInline, u"t[ea]x");
+    EXPECT_FALSE(program.isShown(ID_lstInLineSrch));
+    program.type(ID_txtInline, VK_RETURN);
+    EXPECT_TRUE(program.showsStatus(say(u"3 matches found.", u"关键字查找共 3 处匹配。")));
+    EXPECT_TRUE(selects(program, {5, 8}));
+    EXPECT_TRUE(hasFocus(program, ID_txtShowWrap));
+    EXPECT_TRUE(program.isShown(ID_lstInLineSrch));
+    EXPECT_EQ(program.entryOf(ID_lstInLineSrch, u"5 > tax"), 0);
+    EXPECT_EQ(program.entryOf(ID_lstInLineSrch, u"21 > Tax"), 1);
+    EXPECT_EQ(program.entryOf(ID_lstInLineSrch, u"26 > TAX"), 2);
+
+    Program::strike(VK_F3);
+    EXPECT_TRUE(selects(program, {21, 24}));
+    Program::strike(VK_F3);
+    EXPECT_TRUE(selects(program, {26, 29}));
+    Program::strike(VK_F3);
+    EXPECT_TRUE(selects(program, {5, 8}));
+    Program::strike(VK_F3, false, true);
+    EXPECT_TRUE(selects(program, {26, 29}));
+    program.type(ID_txtInline, VK_RETURN); // the same, from the box
+    EXPECT_TRUE(selects(program, {21, 24}));
+    program.command(ID_mnu_top + 6);
+    EXPECT_TRUE(selects(program, {26, 29}));
+    program.command(ID_mnu_top + 5);
+    EXPECT_TRUE(selects(program, {21, 24}));
+
+    program.setText(ID_txtInline, u"t[ea]x;"); // one letter more: another search
+    program.type(ID_txtInline, VK_RETURN);
+    EXPECT_TRUE(program.showsStatus(say(u"1 match found.", u"关键字查找共 1 处匹配。")));
+    EXPECT_EQ(program.count(ID_lstInLineSrch), 1);
+    program.type(ID_txtInline, VK_ESCAPE);
+    EXPECT_TRUE(eventually([&] { return !program.isShown(ID_lstInLineSrch); }));
+    EXPECT_EQ(program.text(ID_txtInline), u"");
+    EXPECT_EQ(program.count(ID_lstInLineSrch), 0);
+    EXPECT_EQ(program.text(ID_txtShowWrap), kText);
+
+    program.setText(ID_txtInline, u"(tax"); // no expression: nothing happens
+    const std::u16string status = program.text(ID_ucStatusLeft);
+    program.type(ID_txtInline, VK_RETURN);
+    program.type(ID_txtInline, VK_F3);
+    EXPECT_TRUE(eventually([&] { return program.ask(ID_txtInline, EM_GETSEL) >= 0; }));
+    EXPECT_EQ(program.text(ID_ucStatusLeft), status);
+    EXPECT_FALSE(program.isShown(ID_lstInLineSrch));
+}
+
+TEST_P(FindTest, TheListSelectsInTheTextAndIsCopied)
+{
+    Program program(folder.executable());
+    program.command(ID_mnu_chkwrap); // the other box
+    ASSERT_TRUE(eventually([&] { return program.isShown(ID_txtShowNoWrap); }));
+    program.setText(ID_txtShowNoWrap, kText);
+    const RECT before = program.place(ID_txtShowNoWrap);
+    program.setText(ID_txtInline, u"tax");
+    program.type(ID_txtInline, VK_RETURN);
+    EXPECT_TRUE(selects(program, {5, 8}, ID_txtShowNoWrap));
+    const RECT text = program.place(ID_txtShowNoWrap);
+    const RECT list = program.place(ID_lstInLineSrch);
+    EXPECT_LT(text.bottom, before.bottom);
+    EXPECT_EQ(list.left, text.left);
+    EXPECT_EQ(list.right, text.right);
+    EXPECT_EQ(list.top, text.bottom);
+
+    const auto height = static_cast<int>(program.ask(ID_lstInLineSrch, LB_GETITEMHEIGHT));
+    program.click(ID_lstInLineSrch, 20, 2 * height + height / 2);
+    EXPECT_TRUE(selects(program, {26, 29}, ID_txtShowNoWrap));
+    EXPECT_TRUE(hasFocus(program, ID_txtShowNoWrap));
+
+    program.click(ID_lstInLineSrch, 20, height + height / 2, true);
+    ASSERT_TRUE(opensMenu(program));
+    EXPECT_TRUE(choose(program, 'C'));
+    program.type(ID_txtType, 'V', true);
+    EXPECT_TRUE(eventually([&] { return program.text(ID_txtType) == u"Tax"; }));
+    program.click(ID_lstInLineSrch, 20, height / 2, true);
+    ASSERT_TRUE(opensMenu(program));
+    EXPECT_TRUE(choose(program, 'A'));
+    program.select(ID_txtShowNoWrap, 0, -1);
+    program.type(ID_txtShowNoWrap, 'V', true);
+    EXPECT_TRUE(
+        eventually([&] { return program.text(ID_txtShowNoWrap) == u"5 > tax\r\n21 > Tax\r\n26 > TAX\r\n"; }));
+}
+
+TEST_P(FindTest, FindInlineOffersTheSelectedWords)
+{
+    Program program(folder.executable());
+    program.setText(ID_txtShowWrap, kText);
+    program.select(ID_txtShowWrap, 5, 17); // "tax rate" and the line behind it
+    program.type(ID_txtShowWrap, 'F', true);
+    EXPECT_TRUE(eventually([&] { return program.text(ID_txtInline) == u"tax.*rate"; }));
+    EXPECT_TRUE(selects(program, {0, 9}, ID_txtInline));
+    EXPECT_TRUE(hasFocus(program, ID_txtInline));
+    program.type(ID_txtInline, 'Z', true);
+    EXPECT_TRUE(eventually([&] { return program.text(ID_txtInline).empty(); }));
+
+    // The menu under the label, and the key that opens it.
+    program.click(ID_lblRemarks + 1, 3, 3);
+    ASSERT_TRUE(opensMenu(program));
+    Program::strike(VK_DOWN);
+    EXPECT_TRUE(choose(program, VK_RETURN));
+    EXPECT_TRUE(eventually([&] { return program.text(ID_txtInline) == u"."; }));
+    program.type(ID_txtInline, VK_OEM_2, true);
+    ASSERT_TRUE(opensMenu(program));
+    Program::strike(VK_DOWN);
+    Program::strike(VK_DOWN);
+    EXPECT_TRUE(choose(program, VK_RETURN));
+    EXPECT_TRUE(eventually([&] { return program.text(ID_txtInline) == u"..*"; }));
+    program.type(ID_txtKey, VK_OEM_2, true);
+    EXPECT_TRUE(opensMenu(program));
+    EXPECT_TRUE(choose(program, VK_ESCAPE));
+}
+
+TEST_P(FindTest, TheListFollowsEachLetterWhereItIsToldTo)
+{
+    Program program(folder.executable());
+    for (const char16_t* text : {u"apple pie", u"apple cake", u"plum"}) {
+        ASSERT_TRUE(setClipboard(text));
+        const int before = program.count(ID_lstHeads);
+        program.type(ID_txtShowWrap, VK_F5);
+        ASSERT_TRUE(eventually([&] { return program.count(ID_lstHeads) == before + 1; }));
+    }
+    program.type(ID_txtKey, 'P');
+    program.type(ID_txtKey, 'L');
+    program.type(ID_txtKey, 'U');
+    EXPECT_TRUE(eventually([&] { return program.text(ID_txtKey) == u"plu"; }));
+    EXPECT_EQ(program.count(ID_lstHeads), 3);
+    program.command(ID_mnu_InstantSrch);
+    program.type(ID_txtKey, 'M');
+    EXPECT_TRUE(eventually([&] { return program.count(ID_lstHeads) == 1; }));
+    program.type(ID_txtKey, VK_BACK);
+    program.type(ID_txtKey, VK_BACK);
+    EXPECT_TRUE(eventually([&] { return program.count(ID_lstHeads) == 3; }));
+    EXPECT_TRUE(hasFocus(program, ID_txtKey));
+    program.command(ID_mnu_InstantSrch);
+    program.command(ID_mnu_AvailFields + 2); // bodies are not searched
+    program.type(ID_txtKey, 'U');
+    EXPECT_TRUE(eventually([&] { return program.count(ID_lstHeads) == 1; }));
+    program.type(ID_txtKey, VK_ESCAPE);
+    EXPECT_TRUE(eventually([&] { return program.count(ID_lstHeads) == 3; }));
+    EXPECT_EQ(program.text(ID_txtKey), u"");
+}
+
+INSTANTIATE_TEST_SUITE_P(InBothLanguages, FindTest, testing::Bool(),
+    [](const auto& test) { return test.param ? "Chinese" : "English"; });
+
+} // namespace
+} // namespace vellums::tests

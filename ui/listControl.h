@@ -1,0 +1,46 @@
+// What every list over a LISTBOX control has in common. How many entries may be selected differs.
+#pragma once
+
+#include "app/controls.h"
+
+#include <windows.h>
+
+namespace vellums::ui {
+
+class ListControl : public ListBox {
+public:
+    HWND hwnd() const { return hwnd_; }
+
+    void fill(const std::vector<ListEntry>& entries) override;
+    int count() const override;
+    std::u16string text(int index) const override;
+    std::int32_t datum(int index) const override;
+    void insert(int index, const ListEntry& entry) override;
+    void remove(const std::vector<int>& indexes) override;
+    bool enabled() const override { return IsWindowEnabled(hwnd_) != FALSE; }
+    void setEnabled(bool enabled) override { EnableWindow(hwnd_, enabled); }
+    std::u16string tag() const override { return tag_; }
+    void setTag(std::u16string_view tag) override { tag_ = tag; }
+
+protected:
+    // Makes the control, with these styles and those of every list; its parent owns it.
+    void createList(HWND parent, int id, DWORD style);
+
+    // Entries change one by one while nothing is drawn: with drawing on, each would move the scroll bar.
+    class DrawingOff {
+    public:
+        explicit DrawingOff(HWND window);
+        DrawingOff(const DrawingOff&) = delete;
+        DrawingOff& operator=(const DrawingOff&) = delete;
+        ~DrawingOff();
+
+    private:
+        HWND window_;
+    };
+
+private:
+    HWND hwnd_ = nullptr;
+    std::u16string tag_;
+};
+
+} // namespace vellums::ui
