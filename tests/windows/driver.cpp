@@ -354,6 +354,19 @@ void emptyClipboard()
     setClipboard(u"");
 }
 
+std::u16string clipboard()
+{
+    if (OpenClipboard(nullptr) == FALSE)
+        return {};
+    std::wstring text;
+    if (const HANDLE block = GetClipboardData(CF_UNICODETEXT); block != nullptr) {
+        text = static_cast<const wchar_t*>(GlobalLock(block));
+        GlobalUnlock(block);
+    }
+    CloseClipboard();
+    return narrow(text);
+}
+
 std::u16string utf16(const char* utf8)
 {
     const int length = MultiByteToWideChar(CP_UTF8, 0, utf8, -1, nullptr, 0);

@@ -85,6 +85,7 @@ private:
 // Puts text on the clipboard; retries while others hold it.
 bool setClipboard(const std::u16string& text);
 void emptyClipboard();
+std::u16string clipboard(); // its text; empty while others hold it
 
 std::u16string utf16(const char* utf8);
 std::wstring wideOf(const std::u16string& text);

@@ -1,31 +1,16 @@
 // Every command that has a key, by that key; and those that have none, by their menu entry.
-#include "tests/windows/builtProgram.h"
-#include "tests/windows/driver.h"
+#include "tests/windows/programTest.h"
 #include "ui/ids.h"
-
-#include <gtest/gtest.h>
 
 namespace vellums::tests {
 namespace {
 
-class KeysTest : public testing::TestWithParam<bool> {
+class KeysTest : public ProgramTest {
 protected:
-    KeysTest()
-        : folder(builtProgram())
-    {
-        if (GetParam())
-            folder.write(L"Vellums.ini", "[Options]\r\nuiChinese=1\r\n");
-    }
-    std::u16string say(const char16_t* english, const char16_t* chinese) const
-    {
-        return GetParam() ? chinese : english;
-    }
     static bool counts(const Program& program, int records)
     {
         return eventually([&] { return program.count(ID_lstHeads) == records; });
     }
-
-    ProgramFolder folder;
 };
 
 TEST_P(KeysTest, RecordsAreAddedCopiedSavedAndDeleted)
@@ -109,8 +94,7 @@ TEST_P(KeysTest, TheViewChanges)
     EXPECT_EQ(program.close(), 0u);
 }
 
-INSTANTIATE_TEST_SUITE_P(InBothLanguages, KeysTest, testing::Bool(),
-    [](const auto& test) { return test.param ? "Chinese" : "English"; });
+INSTANTIATE_TEST_SUITE_P(InBothLanguages, KeysTest, testing::Bool(), languageOf);
 
 } // namespace
 } // namespace vellums::tests

@@ -1,0 +1,47 @@
+// A test that runs the real program in a folder of its own, in English or in Chinese.
+#pragma once
+
+#include "tests/windows/builtProgram.h"
+#include "tests/windows/driver.h"
+
+#include <gtest/gtest.h>
+
+namespace vellums::tests {
+
+// The parameter: in Chinese.
+class ProgramTest : public testing::TestWithParam<bool> {
+protected:
+    ProgramTest()
+        : folder(builtProgram())
+    {
+        if (GetParam())
+            folder.write(L"Vellums.ini", "[Options]\r\nuiChinese=1\r\n");
+    }
+    std::u16string say(const char16_t* english, const char16_t* chinese) const
+    {
+        return GetParam() ? chinese : english;
+    }
+    static bool hasFocus(const Program& program, int id)
+    {
+        return eventually([&] { return program.focused() == id; });
+    }
+    static bool opensMenu(const Program& program)
+    {
+        return eventually([&] { return program.menuIsOpen(); });
+    }
+    // Strikes a key that chooses an entry of the open menu.
+    static bool choose(const Program& program, WORD key)
+    {
+        Program::strike(key);
+        return eventually([&] { return !program.menuIsOpen(); });
+    }
+
+    ProgramFolder folder;
+};
+
+inline std::string languageOf(const testing::TestParamInfo<bool>& test)
+{
+    return test.param ? "Chinese" : "English";
+}
+
+} // namespace vellums::tests
