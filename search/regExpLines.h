@@ -32,8 +32,8 @@ public:
     void run(std::u16string_view text, const MatcherFor& matcherFor, Effort& effort, const Visit& visit);
 
     // visit(first, end) for each match in the text, until it gives false.
-    template <typename Found>
-    void forEach(std::u16string_view text, const MatcherFor& matcherFor, Effort& effort, Found visit)
+    template <typename OnMatch>
+    void forEach(std::u16string_view text, const MatcherFor& matcherFor, Effort& effort, OnMatch visit)
     {
         if (chain_)
             chain_->take(text);
@@ -51,9 +51,9 @@ private:
 
     // What lies between `begin` and `end` counts as a text of its own; the places given are those in the
     // whole text. False: the visitor ended it.
-    template <typename Found>
+    template <typename OnMatch>
     bool forEachBetween(std::u16string_view text, std::size_t begin, std::size_t end,
-        const MatcherFor& matcherFor, Effort& effort, Found& visit)
+        const MatcherFor& matcherFor, Effort& effort, OnMatch& visit)
     {
         std::size_t from = begin;
         if (chain_) {
