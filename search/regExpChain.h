@@ -54,7 +54,7 @@ private:
     struct FirstRun {
         std::size_t from;
         std::size_t begin;
-        std::size_t last; // its last unit; kNowhere: there is none any more
+        std::size_t last; // its last unit
     };
 
     Chain(Steps steps, const Tree& tree);
