@@ -1,9 +1,12 @@
 // How long does it take to find regular expressions in every line of 5 MB of text, beside PCRE2 (16 bit,
-// compiled to machine code) and RE2 (UTF-8)? Each searches line by line and stops at 32,767 matches.
+// compiled to machine code) and RE2 (UTF-8)? Each searches line by line and stops at 32,767 matches. Then:
+// how long do patterns take that other engines hang on?
 //
 //   regExpBenchmark NOTES     a file that scripts/collectTexts made
 #define PCRE2_CODE_UNIT_WIDTH 16
+#include "benchmarks/hostilePatterns.h"
 #include "benchmarks/notesFile.h"
+#include "benchmarks/turns.h"
 #include "platform/text.h"
 #include "search/regExp.h"
 
@@ -11,7 +14,6 @@
 #include <re2/re2.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <exception>
 #include <functional>
@@ -24,7 +26,7 @@ namespace {
 
 constexpr std::size_t kUnits = 5000000;
 constexpr std::size_t kMostMatches = 32767;
-constexpr int kRuns = 9;
+constexpr int kRounds = 15;
 
 struct Question {
     const char* kind;
@@ -58,18 +60,6 @@ const Question kQuestions[] = {
     {"back reference", u"\\b(\\w+) \\1\\b", 2},
     {"back reference", u"(['\"]).*?\\1", 2},
 };
-
-double best(const std::function<void()>& work)
-{
-    double result = 1e9;
-    for (int i = 0; i < kRuns; ++i) {
-        const auto start = std::chrono::steady_clock::now();
-        work();
-        const std::chrono::duration<double, std::milli> took = std::chrono::steady_clock::now() - start;
-        result = std::min(result, took.count());
-    }
-    return result;
-}
 
 std::size_t ours(RegExp& regExp, std::u16string_view text)
 {
@@ -182,49 +172,22 @@ void measure(const Question& question, std::u16string_view text, const std::stri
     Re2 re2(question.pattern);
     const std::size_t found = ours(regExp, text);
     const std::size_t theirs = pcre.count(text);
-    const double our = best([&] { ours(regExp, text); });
-    const double their = best([&] { pcre.count(text); });
+    std::vector<std::function<void()>> works = {[&] { ours(regExp, text); }, [&] { pcre.count(text); }};
+    if (re2.knows())
+        works.push_back([&] { re2.count(utf8); });
+    const std::vector<double> times = medianTimes(works, kRounds);
+    const double our = times[0];
+    const double their = times[1];
     std::printf("%-17s %-34s %6zu %8.2f %8.2f %6.2f (%.1f)%s", question.kind,
         platform::toUtf8(question.pattern).c_str(), found, our, their, our / their, question.bar,
         our / their <= question.bar ? "" : " MISSED");
-    if (re2.knows()) {
-        const double third = best([&] { re2.count(utf8); });
-        std::printf(" %8.2f %6.2f%s", third, our / third, our <= third ? "" : " MISSED");
-    }
+    if (re2.knows())
+        std::printf(" %8.2f %6.2f%s", times[2], our / times[2], our <= times[2] ? "" : " MISSED");
     if (found != theirs)
         std::printf("  PCRE2 finds %zu", theirs);
     std::printf("\n");
     std::fflush(stdout);
 }
-
-void measureHostile(std::u16string_view pattern)
-{
-    std::u16string text(100000, u'a');
-    RegExp regExp;
-    regExp.Pattern = pattern;
-    regExp.IgnoreCase = true;
-    regExp.Global = true;
-    double took = 0;
-    std::string outcome;
-    for (const std::u16string_view ending : {u"", u"!"}) {
-        const std::u16string whole = text + std::u16string(ending);
-        took = std::max(took, best([&] {
-            try {
-                outcome = std::to_string(regExp.Execute(whole).size()) + " matches";
-            } catch (const RegExpError& e) {
-                outcome = "ends with error " + std::to_string(e.number);
-            }
-        }));
-    }
-    const bool refers = pattern.find(u"\\1") != pattern.npos || pattern.find(u"\\2") != pattern.npos;
-    std::printf("%-34s %8.2f ms%s  %s\n", platform::toUtf8(pattern).c_str(), took,
-        took < (refers ? 100 : 10) ? "" : " MISSED", outcome.c_str());
-}
-
-const std::u16string_view kHostile[] = {u"(a+)+b", u"(a|aa)+$", u"(.*)*x", u"(a*)*b", u"^(a+)+$", u"(a|a?)+b",
-    u"(a+)*[^a]b", u"(?:a|b|ab)*c", u".*.*.*=", u"(?:.*a){12}", u"(x+x+)+y", u"a*b|a*c|a*d", u"(?=(a+)+$)a",
-    u"(?!(a+)+b)a", u"a(?:.*b)?", u"((a*)*)*", u"(a?){50}a{50}", u"(a+)+\\1b", u"(a|aa)+\\1$", u"(.*)\\1x",
-    u"(a*)*\\1b", u"(?=(a+))\\1b", u"(a)(?:\\1|a)*b", u"(?:a|aa)+(!)\\1", u"(?:a*)*(!)\\1", u"(a+)+(!)\\2"};
 
 } // namespace
 } // namespace vellums::benchmarks
@@ -244,9 +207,7 @@ int main(int count, char** arguments)
             "found", "ms", "PCRE2", "ratio (bar)", "RE2", "ratio");
         for (const Question& question : kQuestions)
             measure(question, text, utf8);
-        std::printf("\n100,000 times \"a\", then the same and \"!\"\n");
-        for (const std::u16string_view pattern : kHostile)
-            measureHostile(pattern);
+        measureHostilePatterns();
     } catch (const std::exception& e) {
         std::fprintf(stderr, "%s\n", e.what());
         return 1;

@@ -1,6 +1,7 @@
 # Targets that take any bytes. As tests they run over their own seeds, changed in the same ways each time;
 # with VELLUMS_FUZZ (Clang, -fsanitize=fuzzer-no-link in CMAKE_CXX_FLAGS) also as fuzz_NAME_search, which
-# looks for new inputs.
+# looks for new inputs. What it found worth keeping, made few with -merge=1 and into lines with --pack, lies
+# in fuzz/NAMEInputs.txt and runs as a test of its own.
 option(VELLUMS_FUZZ "Build the fuzz targets with libFuzzer" OFF)
 add_library(fuzz_support STATIC fuzz/workFile.cpp fuzz/sampleDatabase.cpp)
 target_link_libraries(fuzz_support PUBLIC store)
@@ -12,6 +13,11 @@ foreach(target_and_count database:300 sql:1500 textFile:2000 profile:3000 regExp
   target_link_libraries(fuzz_${target} PRIVATE fuzz_support)
   add_test(NAME fuzz.${target} COMMAND fuzz_${target} --mutate ${count})
   set_tests_properties(fuzz.${target} PROPERTIES TIMEOUT 300 LABELS fuzz)
+  set(saved ${PROJECT_SOURCE_DIR}/fuzz/${target}Inputs.txt)
+  if(EXISTS ${saved})
+    add_test(NAME fuzz.${target}_saved COMMAND fuzz_${target} --lines ${saved})
+    set_tests_properties(fuzz.${target}_saved PROPERTIES TIMEOUT 300 LABELS fuzz)
+  endif()
   if(VELLUMS_FUZZ)
     add_executable(fuzz_${target}_search fuzz/${target}Target.cpp)
     target_link_libraries(fuzz_${target}_search PRIVATE fuzz_support)

@@ -1,7 +1,7 @@
 // A pattern and a text. The first byte holds the properties, the second the length of the pattern in
 // bytes; both are UTF-8, and U+E000 to U+E7FF stand for halves of surrogate pairs. The search refuses the
-// pattern or gives matches in order; short ones are those of the reference matcher, and whole texts give
-// what their lines give.
+// pattern or gives matches in order; short ones are those of the reference matcher, whole texts give what
+// their lines give, and a pattern finds the same as a part of a larger one.
 #include "fuzz/target.h"
 #include "platform/text.h"
 #include "search/regExp.h"
@@ -49,6 +49,23 @@ void checkAgainstReference(
             "another match");
 }
 
+// As one of two ways, the other of which never matches, the pattern takes none of the engine's shortcuts.
+void checkAsOneOfTwo(const RegExp& regExp, std::u16string_view text, const std::vector<RegExpMatch>& matches)
+{
+    RegExp either;
+    either.Pattern = u"(?:" + regExp.Pattern + u"|[])";
+    either.IgnoreCase = regExp.IgnoreCase;
+    either.Global = regExp.Global;
+    either.Multiline = regExp.Multiline;
+    std::vector<RegExpMatch> expected;
+    try {
+        expected = either.Execute(text);
+    } catch (const RegExpError&) {
+        return; // it may be nested too deeply now, or try too much
+    }
+    require(matches == expected, "a shortcut finds something else");
+}
+
 void checkLines(RegExp& regExp, std::u16string_view text)
 {
     std::vector<RegExpMatch> expected;
@@ -79,6 +96,7 @@ void search(RegExp& regExp, std::u16string_view text)
     }
     require(regExp.Test(text) == !matches.empty(), "Test and Execute differ");
     checkAgainstReference(regExp, text, matches);
+    checkAsOneOfTwo(regExp, text, matches);
     if (regExp.Global)
         checkLines(regExp, text);
 }
@@ -93,6 +111,8 @@ std::vector<std::string> seeds()
         seed(2, "(?:a?){3}(a*)*\\10", "aaaa\xEE\x80\x80"),
         seed(3, "price: \\$?\\d+(\\.\\d{2})?", "Price: $12.50, price: 7"),
         seed(2, "red|green apple|[ab]+", "a green apple\r\nred ab"), seed(2, "a{2,1}", ""),
+        seed(3, "[A-Z][a-z]+ [A-Z][a-z]+", "New York, new\r\nyork City"),
+        seed(2, "\\b(\\w+) \\1\\b-?", "the the- cat ca"), seed(6, "^\\s*(?:a){1,9}[^b]*?b", "aaa\n aa-b"),
         seed(3, "\xCF\x83+(\xCE\xA3)\\1", "\xCF\x82\xCF\x83\xCE\xA3\xCF\x82")};
 }
 

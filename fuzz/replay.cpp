@@ -1,6 +1,8 @@
 // Runs a target without a fuzzer.
 //
 //   TARGET FILE|FOLDER...     runs it over saved inputs
+//   TARGET --lines FILE       the same; each line is an input in hexadecimal digits
+//   TARGET --pack FOLDER      prints the inputs of a folder as such lines
 //   TARGET --mutate COUNT     runs it over its seeds and COUNT changed ones, the same at every run
 //   TARGET --seeds FOLDER     writes the seeds for a fuzzer to begin with
 #include "fuzz/target.h"
@@ -12,6 +14,7 @@
 #include <fstream>
 #include <iterator>
 #include <random>
+#include <set>
 
 namespace vellums::fuzz {
 namespace {
@@ -124,6 +127,43 @@ void replay(const fs::path& path)
             runOne(bytesOf(entry.path()));
 }
 
+std::string fromDigits(const std::string& line)
+{
+    require(line.size() % 2 == 0 && line.find_first_not_of("0123456789abcdef") == line.npos,
+        "a line is no row of hexadecimal digits");
+    std::string bytes;
+    for (std::size_t i = 0; i < line.size(); i += 2)
+        bytes += static_cast<char>(std::stoi(line.substr(i, 2), nullptr, 16));
+    return bytes;
+}
+
+void replayLines(const fs::path& path)
+{
+    std::ifstream file(path);
+    std::size_t count = 0;
+    for (std::string line; std::getline(file, line); ++count)
+        runOne(fromDigits(line));
+    require(count > 0, "no inputs were found");
+    std::printf("%zu inputs\n", count);
+}
+
+// In the order of the lines themselves, so that few of them change when inputs are added.
+void pack(const fs::path& folder)
+{
+    std::set<std::string> lines;
+    for (const auto& entry : fs::directory_iterator(folder)) {
+        std::string line;
+        for (const char byte : bytesOf(entry.path())) {
+            constexpr std::string_view kDigits = "0123456789abcdef";
+            line += kDigits[static_cast<unsigned char>(byte) / 16];
+            line += kDigits[static_cast<unsigned char>(byte) % 16];
+        }
+        lines.insert(line);
+    }
+    for (const std::string& line : lines)
+        std::printf("%s\n", line.c_str());
+}
+
 } // namespace
 } // namespace vellums::fuzz
 
@@ -135,6 +175,10 @@ int main(int count, char** arguments)
         fuzz::mutate(std::strtoul(words[1].c_str(), nullptr, 10));
     else if (words.size() == 2 && words[0] == "--seeds")
         fuzz::writeSeeds(words[1]);
+    else if (words.size() == 2 && words[0] == "--lines")
+        fuzz::replayLines(words[1]);
+    else if (words.size() == 2 && words[0] == "--pack")
+        fuzz::pack(words[1]);
     else
         for (const std::string& word : words)
             fuzz::replay(word);

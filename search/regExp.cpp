@@ -66,7 +66,9 @@ void RegExp::forEach(std::u16string_view text, Visit visit)
             hit = made.lines.scan().next(text, hit.place + hit.length);
     } else if (made.lines.promising(text)) {
         Effort effort(text.size());
-        made.matcherFor(text.size()).forEach(text, 0, effort, visit);
+        made.lines.forEach(
+            text, [&made](std::size_t length) -> regexp::Matcher& { return made.matcherFor(length); }, effort,
+            visit);
     }
 }
 

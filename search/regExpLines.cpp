@@ -46,6 +46,16 @@ bool common(const UnitSet& set)
     return sum > kCommon;
 }
 
+// The same of texts: single units among them.
+bool common(const std::vector<std::u16string>& texts)
+{
+    UnitSet units;
+    for (const std::u16string& text : texts)
+        if (text.size() == 1)
+            units = units.with(UnitSet({{text[0], text[0]}}));
+    return common(units);
+}
+
 bool hasLineEnd(const std::u16string& text)
 {
     return text.find_first_of(u"\r\n") != text.npos;
@@ -66,6 +76,8 @@ LineSearch::LineSearch(const Tree& tree)
     : minLength_(static_cast<std::size_t>(tree.nodes[tree.root].minLength))
 {
     choose(tree);
+    if (plan_ != Plan::Literal)
+        chain_ = Chain::of(tree);
 }
 
 void LineSearch::choose(const Tree& tree)
@@ -74,7 +86,7 @@ void LineSearch::choose(const Tree& tree)
     const Literals needed = neededLiterals(tree);
     if (!needed.texts.empty() && std::none_of(needed.texts.begin(), needed.texts.end(), hasLineEnd)) {
         literals_.emplace(needed.texts, tree.ignoreCase);
-        if (literals_->usable()) {
+        if (literals_->usable() && (needed.whole || !common(needed.texts))) {
             plan_ = needed.whole ? Plan::Literal : Plan::Needed;
             return;
         }
@@ -132,23 +144,24 @@ std::size_t LineSearch::nextPromising(std::u16string_view text, std::size_t from
 }
 
 void LineSearch::run(
-    std::u16string_view text, const MatcherFor& matcherFor, Effort& effort, const Visit& visit) const
+    std::u16string_view text, const MatcherFor& matcherFor, Effort& effort, const Visit& visit)
 {
     if (plan_ == Plan::Literal)
         return literalsInLines(text, visit);
     if (plan_ == Plan::ClassRun)
         return runsInLines(text, visit);
+    if (chain_)
+        chain_->take(text);
     std::size_t from = 0; // where a line begins
     for (std::size_t place = nextPromising(text, from); place != kNowhere;
          place = nextPromising(text, from)) {
         const std::size_t start = lineAround(text, place, from, from);
         // The place may be the LF of the line's own end.
         const std::size_t end = findLineEnd(text, place > start ? place - 1 : place);
-        const std::u16string_view line = text.substr(start, end - start);
-        const auto pass = [&](std::size_t first, std::size_t last) {
-            return first == last || visit(start, start + first, last - first);
+        auto pass = [&](std::size_t first, std::size_t last) {
+            return first == last || visit(start, first, last - first);
         };
-        if (line.size() >= minLength_ && !matcherFor(line.size()).forEach(line, 0, effort, pass))
+        if (end - start >= minLength_ && !forEachBetween(text, start, end, matcherFor, effort, pass))
             return;
         if (end == text.size())
             return;

@@ -2,6 +2,7 @@
 // what a match must contain or begin with, and only the lines around it are looked at.
 #pragma once
 
+#include "search/regExpChain.h"
 #include "search/regExpEffort.h"
 #include "search/regExpLiterals.h"
 #include "search/regExpMatcher.h"
@@ -27,9 +28,17 @@ public:
 
     // line, first unit and length of a match that is not empty, in the text; false ends the search.
     using Visit = std::function<bool(std::size_t lineStart, std::size_t first, std::size_t length)>;
-    using MatcherFor = std::function<Matcher&(std::size_t lineLength)>;
-    void run(
-        std::u16string_view text, const MatcherFor& matcherFor, Effort& effort, const Visit& visit) const;
+    using MatcherFor = std::function<Matcher&(std::size_t textLength)>;
+    void run(std::u16string_view text, const MatcherFor& matcherFor, Effort& effort, const Visit& visit);
+
+    // visit(first, end) for each match in the text, until it gives false.
+    template <typename OnMatch>
+    void forEach(std::u16string_view text, const MatcherFor& matcherFor, Effort& effort, OnMatch visit)
+    {
+        if (chain_)
+            chain_->take(text);
+        forEachBetween(text, 0, text.size(), matcherFor, effort, visit);
+    }
 
 private:
     enum class Plan {
@@ -40,6 +49,30 @@ private:
         EveryLine,
     };
 
+    // What lies between `begin` and `end` counts as a text of its own; the places given are those in the
+    // whole text. False: the visitor ended it.
+    template <typename OnMatch>
+    bool forEachBetween(std::u16string_view text, std::size_t begin, std::size_t end,
+        const MatcherFor& matcherFor, Effort& effort, OnMatch& visit)
+    {
+        std::size_t from = begin;
+        if (chain_) {
+            chain_->narrow(begin, end);
+            Chain::Found found = chain_->next(from);
+            for (; found.end != kNowhere; found = chain_->next(from)) {
+                if (!visit(found.first, found.end))
+                    return false;
+                from = found.end;
+            }
+            if (found.first == kNowhere)
+                return true;
+            from = found.first;
+        }
+        return matcherFor(end - begin)
+            .forEach(text.substr(begin, end - begin), from - begin, effort,
+                [&](std::size_t first, std::size_t last) { return visit(begin + first, begin + last); });
+    }
+
     void choose(const Tree& tree);
     bool chooseRun(const Tree& tree);
     void literalsInLines(std::u16string_view text, const Visit& visit) const;
@@ -49,6 +82,7 @@ private:
 
     Plan plan_ = Plan::EveryLine;
     std::size_t minLength_;
+    std::optional<Chain> chain_;
     std::optional<LiteralScan> literals_;
     std::optional<UnitScan> units_;
     std::size_t fewest_ = 1; // of a run

@@ -81,6 +81,21 @@ std::size_t UnitSet::size() const
     return count;
 }
 
+bool UnitSet::meets(const UnitSet& other) const
+{
+    auto a = ranges_.begin();
+    auto b = other.ranges_.begin();
+    while (a != ranges_.end() && b != other.ranges_.end()) {
+        if (a->last < b->first)
+            ++a;
+        else if (b->last < a->first)
+            ++b;
+        else
+            return true;
+    }
+    return false;
+}
+
 UnitSet UnitSet::complement() const
 {
     UnitSet result;

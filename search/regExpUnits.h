@@ -32,7 +32,8 @@ public:
     const std::vector<UnitRange>& ranges() const { return ranges_; }
     bool empty() const { return ranges_.empty(); }
     bool contains(char16_t unit) const;
-    std::size_t size() const; // units
+    std::size_t size() const;               // units
+    bool meets(const UnitSet& other) const; // they have a unit in common
 
     UnitSet complement() const;
     UnitSet with(const UnitSet& other) const;

@@ -112,6 +112,10 @@ TEST(RegExp, EndsSoonWhateverThePattern)
     for (const std::u16string_view pattern : kPatterns)
         for (const std::u16string_view end : {u"", u"!"})
             found(pattern, "ig", repeated(u"a", 100000) + std::u16string(end));
+    // Every start looks as far as the end of the text.
+    const std::u16string farLook = u"!" + repeated(u"abc", 800000);
+    EXPECT_EQ(found(u"[ab]+c[abc]+!", "g", farLook), "-");
+    EXPECT_EQ(found(u"([ab]+)c\\1[abc]+!", "g", farLook), "-");
     const std::chrono::duration<double> took = std::chrono::steady_clock::now() - start;
     EXPECT_LT(took.count(), 40) << "seconds, on a busy machine and with every check of the compiler";
     EXPECT_EQ(found(u"(a|aa)+$", "i", repeated(u"a", 100000)), "0:100000");
