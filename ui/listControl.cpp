@@ -23,6 +23,7 @@ void ListControl::createList(HWND parent, int id, DWORD style)
             LBS_HASSTRINGS,
         0, 0, 0, 0, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr),
         nullptr);
+    classProc_ = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(hwnd_, GWLP_WNDPROC));
 }
 
 void ListControl::fill(const std::vector<ListEntry>& entries)
@@ -31,49 +32,48 @@ void ListControl::fill(const std::vector<ListEntry>& entries)
     for (const ListEntry& entry : entries)
         units += entry.text.size() + 1;
     const DrawingOff off(hwnd_);
-    SendMessageW(hwnd_, LB_RESETCONTENT, 0, 0);
-    SendMessageW(hwnd_, LB_INITSTORAGE, entries.size(), static_cast<LPARAM>(units * sizeof(wchar_t)));
+    send(LB_RESETCONTENT);
+    send(LB_INITSTORAGE, entries.size(), static_cast<LPARAM>(units * sizeof(wchar_t)));
     for (std::size_t i = 0; i < entries.size(); ++i) {
-        if (SendMessageW(hwnd_, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wide(entries[i].text))) < 0)
+        if (send(LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wide(entries[i].text))) < 0)
             break;
-        SendMessageW(hwnd_, LB_SETITEMDATA, i, entries[i].datum);
+        send(LB_SETITEMDATA, i, entries[i].datum);
     }
 }
 
 int ListControl::count() const
 {
-    return static_cast<int>(SendMessageW(hwnd_, LB_GETCOUNT, 0, 0));
+    return static_cast<int>(send(LB_GETCOUNT));
 }
 
 std::u16string ListControl::text(int index) const
 {
-    const LRESULT length = SendMessageW(hwnd_, LB_GETTEXTLEN, static_cast<WPARAM>(index), 0);
+    const LRESULT length = send(LB_GETTEXTLEN, static_cast<WPARAM>(index), 0);
     if (length <= 0)
         return {};
     std::u16string text(static_cast<std::size_t>(length) + 1, u'\0');
     const LRESULT copied =
-        SendMessageW(hwnd_, LB_GETTEXT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(text.data()));
+        send(LB_GETTEXT, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(text.data()));
     text.resize(static_cast<std::size_t>(copied < 0 ? 0 : copied));
     return text;
 }
 
 std::int32_t ListControl::datum(int index) const
 {
-    return static_cast<std::int32_t>(SendMessageW(hwnd_, LB_GETITEMDATA, static_cast<WPARAM>(index), 0));
+    return static_cast<std::int32_t>(send(LB_GETITEMDATA, static_cast<WPARAM>(index), 0));
 }
 
 void ListControl::insert(int index, const ListEntry& entry)
 {
-    SendMessageW(
-        hwnd_, LB_INSERTSTRING, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(wide(entry.text)));
-    SendMessageW(hwnd_, LB_SETITEMDATA, static_cast<WPARAM>(index), entry.datum);
+    send(LB_INSERTSTRING, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(wide(entry.text)));
+    send(LB_SETITEMDATA, static_cast<WPARAM>(index), entry.datum);
 }
 
 void ListControl::remove(const std::vector<int>& indexes)
 {
     const DrawingOff off(hwnd_);
     for (auto index = indexes.rbegin(); index != indexes.rend(); ++index)
-        SendMessageW(hwnd_, LB_DELETESTRING, static_cast<WPARAM>(*index), 0);
+        send(LB_DELETESTRING, static_cast<WPARAM>(*index), 0);
 }
 
 } // namespace vellums::ui

@@ -20,7 +20,7 @@ void ResultsList::setFont(HFONT font)
 {
     font_ = font;
     SendMessageW(hwnd(), WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
-    SendMessageW(hwnd(), LB_SETITEMHEIGHT, 0, entryHeight());
+    send(LB_SETITEMHEIGHT, 0, entryHeight());
 }
 
 int ResultsList::entryHeight() const
@@ -66,7 +66,7 @@ void ResultsList::setText(int index, std::u16string_view text)
     const std::int32_t number = datum(index);
     const int selected = current();
     const DrawingOff off(hwnd());
-    SendMessageW(hwnd(), LB_DELETESTRING, static_cast<WPARAM>(index), 0);
+    send(LB_DELETESTRING, static_cast<WPARAM>(index), 0);
     insert(index, {std::u16string(text), number});
     select(selected);
 }
@@ -78,12 +78,12 @@ std::vector<int> ResultsList::selected() const
 
 int ResultsList::current() const
 {
-    return static_cast<int>(SendMessageW(hwnd(), LB_GETCURSEL, 0, 0));
+    return static_cast<int>(send(LB_GETCURSEL));
 }
 
 void ResultsList::select(int index)
 {
-    SendMessageW(hwnd(), LB_SETCURSEL, static_cast<WPARAM>(index), 0);
+    send(LB_SETCURSEL, static_cast<WPARAM>(index), 0);
 }
 
 void ResultsList::setVisible(bool visible)
