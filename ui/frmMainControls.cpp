@@ -83,7 +83,7 @@ void frmMain::createHeader()
         hwnd_, L"STATIC", notebook_.say(u"Find:", u"查找:"), SS_NOTIFY | SS_CENTERIMAGE, ID_lblRemarks + 1));
     txtInline_.create(hwnd_, ID_txtInline, EditBox::Kind::OneLine);
     txtInlineTip_.create(hwnd_, txtInline_.hwnd());
-    lblDate_.attach(createChild(hwnd_, L"STATIC", u"", SS_NOTIFY | SS_RIGHT | SS_CENTERIMAGE, ID_lblDate));
+    lblDate_.attach(createChild(hwnd_, L"STATIC", u"", SS_NOTIFY | SS_CENTER | SS_CENTERIMAGE, ID_lblDate));
     createUnseenLabel(hwnd_, ID_lblAccessible, titleName());
     txtType_.create(hwnd_, ID_txtType, EditBox::Kind::OneLine);
     createUnseenLabel(hwnd_, ID_lblAccessible + 1, sortName());

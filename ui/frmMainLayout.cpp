@@ -55,7 +55,7 @@ void frmMain::layOut()
     input.height = scale_.twips(client.bottom);
     input.searchLabelWidth = measured(lblRemarks_[0], lblRemarks_[0].text());
     input.findLabelWidth = measured(lblRemarks_[1], lblRemarks_[1].text());
-    input.dateWidth = measured(lblDate_, u"2009-10-28 19:17:18");
+    input.dateWidth = measured(lblDate_, u"2000-00-00 00:00:00");
     input.splitterLeft = splitterLeft_;
     input.resultsShown = lstInLineSrch_.visible();
     const Layout at = computeLayout(input, scale_);
