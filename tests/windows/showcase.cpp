@@ -1,4 +1,5 @@
-// Starts the program on a folder of texts, runs a search, saves a picture, and says what it saw.
+// Starts the program on a folder of texts, searches all of them and one of them for the same words, saves
+// a picture, and says what it saw.
 // Usage: showcase.exe Vellums.exe FOLDER WORDS PICTURE.bmp [PICTURE-WITHOUT-LIST.bmp]
 #include "tests/windows/driver.h"
 #include "ui/ids.h"
@@ -47,6 +48,10 @@ int wmain(int argumentCount, wchar_t** arguments)
     print("Record:    ", program.text(ID_txtType));
     print("Window:    ", program.caption());
     std::printf("Headings:  %d of %d\n", program.count(ID_lstHeads), all);
+    program.setText(ID_txtInline, narrow(arguments[3]));
+    program.press(ID_txtInline, VK_RETURN);
+    eventually([&] { return program.count(ID_lstInLineSrch) > 0; });
+    print("Found:     ", program.text(ID_ucStatusLeft));
     SetForegroundWindow(program.window());
     UpdateWindow(program.window());
     Sleep(300); // for the picture: the screen is drawn a moment later
