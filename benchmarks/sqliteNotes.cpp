@@ -8,9 +8,9 @@ namespace vellums::benchmarks {
 
 namespace {
 
-void bind(sqlite3_stmt* statement, int place, const std::u16string& text)
+void bindText(sqlite3_stmt* statement, int place, const std::u16string& text)
 {
-    sqlite3_bind_text16(statement, place, text.data(), static_cast<int>(text.size() * 2), nullptr);
+    sqlite3_bind_text16(statement, place, text.data(), static_cast<int>(text.size() * 2), SQLITE_TRANSIENT);
 }
 
 } // namespace
@@ -68,9 +68,9 @@ std::size_t SqliteNotes::count()
 
 void SqliteNotes::insert(const Note& note)
 {
-    bind(insert_.get(), 1, note.title);
-    bind(insert_.get(), 2, note.body);
-    bind(insert_.get(), 3, note.date);
+    bindText(insert_.get(), 1, note.title);
+    bindText(insert_.get(), 2, note.body);
+    bindText(insert_.get(), 3, note.date);
     if (sqlite3_step(insert_.get()) != SQLITE_DONE)
         throw std::runtime_error(sqlite3_errmsg(database_.get()));
     sqlite3_reset(insert_.get());
@@ -91,7 +91,7 @@ void SqliteNotes::add(const Note& note)
 
 std::size_t SqliteNotes::search(const std::u16string& pattern)
 {
-    bind(search_.get(), 1, u"%" + pattern + u"%");
+    bindText(search_.get(), 1, u"%" + pattern + u"%");
     std::size_t rows = 0;
     std::size_t units = 0; // reads each title, as a list would
     while (sqlite3_step(search_.get()) == SQLITE_ROW) {

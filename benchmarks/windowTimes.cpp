@@ -1,12 +1,16 @@
 // What the window costs beside the bare calls of the system, and how soon the program can be used.
 //
-//   windowTimes Vellums.exe FOLDER
+//   windowTimes Vellums.exe FOLDER [FOLDER-WITH-NOTES]
 //
 // Fills 32,767 headings and sets a text of a million characters, each beside the same calls without
 // anything around them; starts the program on an empty notebook in FOLDER beside the system's notepad.
+// Types into the search box of a notebook with many notes while each letter searches all of them, beside
+// the same where nothing is searched before Enter.
 #include "tests/windows/driver.h"
 #include "ui/editBox.h"
 #include "ui/headsList.h"
+#include "ui/ids.h"
+#include "ui/modBorderColor.h"
 
 #include <algorithm>
 #include <chrono>
@@ -68,12 +72,16 @@ void measureControls()
     ui::HeadsList list;
     list.create(parent, 1);
     MoveWindow(list.hwnd(), 0, 0, 300, 600, TRUE);
+    ui::modBorderColor::subclass(list.hwnd()); // as in the main window
+    ui::HeadsList bare;
+    bare.create(parent, 3);
+    MoveWindow(bare.hwnd(), 0, 0, 300, 600, TRUE);
     std::vector<ListEntry> entries;
     for (int i = 0; i < kHeadings; ++i)
         entries.push_back({u"Heading of a note 标题 " + std::u16string(i % 20, u'x'), i});
     compare(
         "32,767 headings, our list", [&] { return milliseconds([&] { list.fill(entries); }); },
-        "bare list-box calls", [&] { return milliseconds([&] { bareFill(list.hwnd(), entries); }); });
+        "bare list-box calls", [&] { return milliseconds([&] { bareFill(bare.hwnd(), entries); }); });
 
     ui::EditBox box;
     box.create(parent, 2, ui::EditBox::Kind::Wrapping);
@@ -129,22 +137,93 @@ double startTime(const std::wstring& commandLine)
     return time;
 }
 
+void copyProgram(const wchar_t* from, const std::wstring& folder)
+{
+    CopyFileW(from, (folder + L"\\Vellums.exe").c_str(), FALSE);
+}
+
+// How long each letter takes to stand in the box, typed one every 80 ms.
+std::vector<double> letterTimes(const tests::Program& program, std::string_view word)
+{
+    std::vector<double> times;
+    program.setText(ID_txtKey, u"");
+    tests::eventually([&] { // the focus of another program comes when it comes
+        program.type(ID_txtKey, VK_HOME);
+        return program.focused() == ID_txtKey;
+    });
+    std::size_t length = 0;
+    for (const char letter : word) {
+        Sleep(80);
+        ++length;
+        times.push_back(milliseconds([&] {
+            tests::Program::strike(static_cast<WORD>(letter));
+            const auto end = Clock::now() + std::chrono::seconds(10);
+            while (static_cast<std::size_t>(program.ask(ID_txtKey, WM_GETTEXTLENGTH)) < length &&
+                Clock::now() < end)
+                Sleep(0);
+        }));
+    }
+    return times;
+}
+
+void append(std::vector<double>& times, const std::vector<double>& more)
+{
+    times.insert(times.end(), more.begin(), more.end());
+}
+
+void measureTyping(const std::wstring& folder)
+{
+    constexpr std::string_view kWord = "INFORMATION";
+    constexpr int kTypings = 5;
+    const tests::Program program(folder + L"\\Vellums.exe");
+    if (program.window() == nullptr) {
+        std::puts("The window of the notebook with many notes did not come.");
+        return;
+    }
+    std::vector<double> quiet;
+    for (int run = 0; run < kTypings; ++run)
+        append(quiet, letterTimes(program, kWord));
+    program.press(ID_txtKey, VK_RETURN);
+    Sleep(3000);
+    const std::u16string found = program.text(ID_ucStatusLeft); // what the list comes to each time
+
+    program.command(ID_mnu_InstantSrch);
+    std::vector<double> searching;
+    std::vector<double> lists;
+    for (int run = 0; run < kTypings; ++run) {
+        program.setText(ID_txtKey, u"");
+        tests::eventually([&] { return program.text(ID_ucStatusLeft) != found; });
+        append(searching, letterTimes(program, kWord));
+        lists.push_back(
+            milliseconds([&] { tests::eventually([&] { return program.text(ID_ucStatusLeft) == found; }); }));
+    }
+    std::printf("a letter, no search before Enter   median %8.1f ms   worst %8.1f ms\n"
+                "a letter, each searches all notes  median %8.1f ms   worst %8.1f ms\n"
+                "the list, after the last letter    median %8.1f ms\n",
+        median(quiet), *std::max_element(quiet.begin(), quiet.end()), median(searching),
+        *std::max_element(searching.begin(), searching.end()), median(lists));
+}
+
 } // namespace
 
 int wmain(int count, wchar_t** arguments)
 {
-    if (count != 3) {
-        std::puts("Usage: windowTimes Vellums.exe FOLDER");
+    if (count != 3 && count != 4) {
+        std::puts("Usage: windowTimes Vellums.exe FOLDER [FOLDER-WITH-NOTES]");
         return 2;
     }
     std::printf("medians of %d runs in turns\n", kRuns);
     measureControls();
     const std::wstring program = std::wstring(arguments[2]) + L"\\Vellums.exe";
-    CopyFileW(arguments[1], program.c_str(), FALSE);
+    copyProgram(arguments[1], arguments[2]);
     startTime(L"\"" + program + L"\""); // makes the notebook
     startTime(L"notepad.exe");
     compare(
         "start to a usable window", [&] { return startTime(L"\"" + program + L"\""); },
         "the system's notepad", [] { return startTime(L"notepad.exe"); });
+    if (count == 4) {
+        copyProgram(arguments[1], arguments[3]);
+        measureTyping(arguments[3]);
+    }
     return 0;
 }
