@@ -20,7 +20,7 @@ public:
     // At the end of the window's initialisation: the table's search fields, the first query.
     void start();
 
-    void search();        // what the search box asks for
+    void search(); // what the search box asks for
     // The same, but given up as soon as the user goes on typing, which the routine is asked for now and
     // then. False: it was given up, and the list is as before.
     bool searchUnless(const std::function<bool()>& userGoesOn);

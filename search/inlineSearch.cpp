@@ -31,8 +31,8 @@ std::u16string matchedText(const std::u16string& entry)
 std::u16string summary(const Notebook& notebook, int count)
 {
     const std::u16string number = platform::decimal(count);
-    return notebook.say(
-        number + u" match" + (count > 1 ? u"es" : u"") + u" found.", u"关键字查找共 " + number + u" 处匹配。");
+    return notebook.say(number + u" match" + (count > 1 ? u"es" : u"") + u" found.",
+        u"关键字查找共 " + number + u" 处匹配。");
 }
 
 struct Reason {
@@ -45,10 +45,12 @@ constexpr Reason kReasons[] = {
     {7, u"The search was given up: this expression needs too many steps.", u"该表达式过于复杂，查找已中止。"},
     {28, u"Not a regular expression: nested too deeply.", u"正则表达式有误: 嵌套过深。"},
     {5017, u"Not a regular expression: syntax error.", u"正则表达式有误: 语法错误。"},
-    {5018, u"Not a regular expression: a quantifier that repeats nothing.", u"正则表达式有误: 量词前缺少内容。"},
+    {5018, u"Not a regular expression: a quantifier that repeats nothing.",
+        u"正则表达式有误: 量词前缺少内容。"},
     {5019, u"Not a regular expression: \"]\" is missing.", u"正则表达式有误: 缺少 \"]\"。"},
     {5020, u"Not a regular expression: \")\" is missing, or one too many.", u"正则表达式有误: 括号不配对。"},
-    {5021, u"Not a regular expression: a range that ends before it begins.", u"正则表达式有误: 字符范围颠倒。"},
+    {5021, u"Not a regular expression: a range that ends before it begins.",
+        u"正则表达式有误: 字符范围颠倒。"},
 };
 
 // Why the search ended early, and where in the find box.
@@ -78,8 +80,7 @@ void doInlineSearch(const Notebook& notebook, MainWindow& window)
     list.fill(entriesOf(found));
     const int count = list.count();
     if (static_cast<std::size_t>(count) < found.list.size()) { // the control holds no more
-        notebook.status.show(
-            notebook.say(u"Too many matches.", u"匹配结果过多，请尝试修改查找条件。"));
+        notebook.status.show(notebook.say(u"Too many matches.", u"匹配结果过多，请尝试修改查找条件。"));
         return;
     }
     if (found.ending || count == 0)

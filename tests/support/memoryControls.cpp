@@ -230,7 +230,8 @@ std::vector<std::u16string> MemoryDialogs::asked()
 MainWindow MemoryWindow::ports(StatusLine& status)
 {
     return {caption, txtKey, txtInline, txtType, txtShowWrap, lstHeads, lstInLineSrch, txtInlineTip, lblDate,
-        chkSort, mnu_SortOnTitle, mnu_ezdel, mnu_InstantSrch, mnu_AvailFields, status, ucStatusRight, dialogs};
+        chkSort, mnu_SortOnTitle, mnu_ezdel, mnu_InstantSrch, mnu_AvailFields, status, ucStatusRight,
+        dialogs};
 }
 
 } // namespace vellums::tests
