@@ -77,6 +77,11 @@ TextBox& TextCommands::target()
     return window_.txtTarget();
 }
 
+bool TextCommands::hasSelection()
+{
+    return !target().selection().empty();
+}
+
 void TextCommands::undo()
 {
     target().undo();

@@ -18,6 +18,7 @@ public:
     void setTarget(PopUpTarget target) { txtPopUpTarget_ = target; }
 
     // On the target.
+    bool hasSelection();
     void undo();
     void cut();
     void copy();

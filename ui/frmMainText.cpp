@@ -175,11 +175,8 @@ void frmMain::showTextMenu(HWND control, POINT screen)
 // Grey is what would do nothing.
 void frmMain::enableTextMenu(HWND control)
 {
-    DWORD start = 0;
-    DWORD end = 0;
-    SendMessageW(control, EM_GETSEL, reinterpret_cast<WPARAM>(&start), reinterpret_cast<LPARAM>(&end));
     for (const int id : {ID_mnu_txtcut, ID_mnu_txtcopy, ID_mnu_txtdelete})
-        menus_->setEnabled(id, start != end);
+        menus_->setEnabled(id, textCommands_->hasSelection());
     menus_->setEnabled(ID_mnu_txtundo, SendMessageW(control, EM_CANUNDO, 0, 0) != 0);
     for (const int id : {ID_mnu_txtpaste, ID_mnu_txtpastego})
         menus_->setEnabled(id, platform::clipboardHasText());

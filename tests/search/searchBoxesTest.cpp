@@ -1,25 +1,19 @@
 #include "search/searchBoxes.h"
 
 #include "app/settings.h"
-#include "search/searchFields.h"
-#include "tests/support/memoryControls.h"
-#include "tests/support/testNotebook.h"
-
-#include <gtest/gtest.h>
+#include "tests/search/boxesFixture.h"
 
 namespace vellums {
 namespace {
 
 constexpr std::size_t kBodyField = 2; // columns: ID, VLHEAD, VLTEXT, ...
 
-class SearchBoxesTest : public testing::Test {
+class SearchBoxesTest : public tests::BoxesFixture {
 protected:
     SearchBoxesTest()
     {
         for (const char16_t* title : {u"apple", u"pear", u"plum"})
-            notes.run(u"INSERT INTO Notes (VLHEAD,VLTEXT,VLDATE) VALUES ('" + std::u16string(title) +
-                u"','a fruit',#2020-1-1#)");
-        moments.tableOpened.add([&] { rebuildSearchFields(*notes, ports); });
+            addNote(title, u"a fruit");
         records.start();
     }
     void type(std::u16string_view words)
@@ -35,14 +29,6 @@ protected:
         boxes.searchInstantly([=] { return userGoesOn; });
         return true;
     }
-
-    tests::TestNotebook notes;
-    tests::MemoryWindow window;
-    Moments moments;
-    MainWindow ports = window.ports(notes->status);
-    RecordCommands records{*notes, ports, moments};
-    tests::MemoryPostponed instantSearch;
-    SearchBoxes boxes{*notes, ports, records, instantSearch};
 };
 
 TEST_F(SearchBoxesTest, TypingSearchesAtOnceOnlyWhereThatIsCheapOrWanted)

@@ -4,9 +4,7 @@
 #include "platform/text.h"
 #include "search/patternMenu.h"
 #include "search/regExp.h"
-#include "search/searchFields.h"
-#include "tests/support/memoryControls.h"
-#include "tests/support/testNotebook.h"
+#include "tests/search/boxesFixture.h"
 
 #include <gmock/gmock.h>
 #include <random>
@@ -14,7 +12,7 @@
 namespace vellums {
 namespace {
 
-class TextCommandsTest : public testing::Test {
+class TextCommandsTest : public tests::BoxesFixture {
 protected:
     std::u16string after(std::u16string_view text, void (TextCommands::*command)())
     {
@@ -28,13 +26,6 @@ protected:
         return result.substr(1, result.size() - 2);
     }
 
-    tests::TestNotebook notes;
-    tests::MemoryWindow window;
-    Moments moments;
-    MainWindow ports = window.ports(notes->status);
-    RecordCommands records{*notes, ports, moments};
-    tests::MemoryPostponed instantSearch;
-    SearchBoxes boxes{*notes, ports, records, instantSearch};
     tests::MemoryCheckItem mnu_switchCase;
     TextCommands commands{*notes, ports, boxes, mnu_switchCase};
     tests::MemoryTextBox& box = window.txtShowWrap;
@@ -153,9 +144,8 @@ TEST_F(TextCommandsTest, WorkOnTheirTarget)
 
 TEST_F(TextCommandsTest, PasteAndGoAndResetAreEnterAndEscOfTheBox)
 {
-    notes.run(u"INSERT INTO Notes (VLHEAD,VLTEXT,VLDATE) VALUES ('apple','red',#2020-1-1#)");
-    notes.run(u"INSERT INTO Notes (VLHEAD,VLTEXT,VLDATE) VALUES ('pear','green',#2020-1-2#)");
-    moments.tableOpened.add([&] { rebuildSearchFields(*notes, ports); });
+    addNote(u"apple", u"red");
+    addNote(u"pear", u"green");
     records.start();
     EXPECT_EQ(window.lstHeads.count(), 2);
 

@@ -1,0 +1,34 @@
+// A notebook and a window with the boxes on top, their commands and a timer that the test lets ring.
+#pragma once
+
+#include "search/searchBoxes.h"
+#include "search/searchFields.h"
+#include "tests/support/memoryControls.h"
+#include "tests/support/testNotebook.h"
+
+#include <gtest/gtest.h>
+
+namespace vellums::tests {
+
+class BoxesFixture : public testing::Test {
+protected:
+    BoxesFixture()
+    {
+        moments.tableOpened.add([this] { rebuildSearchFields(*notes, ports); });
+    }
+    void addNote(const std::u16string& title, const std::u16string& text)
+    {
+        notes.run(
+            u"INSERT INTO Notes (VLHEAD,VLTEXT,VLDATE) VALUES ('" + title + u"','" + text + u"',#2020-1-1#)");
+    }
+
+    TestNotebook notes;
+    MemoryWindow window;
+    Moments moments;
+    MainWindow ports = window.ports(notes->status);
+    RecordCommands records{*notes, ports, moments};
+    MemoryPostponed instantSearch;
+    SearchBoxes boxes{*notes, ports, records, instantSearch};
+};
+
+} // namespace vellums::tests
