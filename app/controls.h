@@ -116,7 +116,8 @@ public:
 class Postponed {
 public:
     virtual ~Postponed() = default;
-    virtual void start() = 0; // once; from now on where it was waiting already
+    // Once, after so many milliseconds without another start; 0: as soon as nothing else waits.
+    virtual void start(int quietMs) = 0;
     virtual void cancel() = 0;
 };
 

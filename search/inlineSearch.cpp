@@ -41,16 +41,14 @@ struct Reason {
     const char16_t* chinese;
 };
 constexpr Reason kReasons[] = {
-    {6, u"The text has a line that is too long to be searched whole.", u"文本中有一行过长，未能全部查找。"},
-    {7, u"The search was given up: this expression needs too many steps.", u"该表达式过于复杂，查找已中止。"},
-    {28, u"Not a regular expression: nested too deeply.", u"正则表达式有误: 嵌套过深。"},
-    {5017, u"Not a regular expression: syntax error.", u"正则表达式有误: 语法错误。"},
-    {5018, u"Not a regular expression: a quantifier that repeats nothing.",
-        u"正则表达式有误: 量词前缺少内容。"},
-    {5019, u"Not a regular expression: \"]\" is missing.", u"正则表达式有误: 缺少 \"]\"。"},
-    {5020, u"Not a regular expression: \")\" is missing, or one too many.", u"正则表达式有误: 括号不配对。"},
-    {5021, u"Not a regular expression: a range that ends before it begins.",
-        u"正则表达式有误: 字符范围颠倒。"},
+    {6, u"The text has a line that is too long to be searched whole", u"文本中有一行过长，未能全部查找"},
+    {7, u"The search was given up: this expression needs too many steps", u"该表达式过于复杂，查找已中止"},
+    {28, u"Not a regular expression: nested too deeply", u"正则表达式有误: 嵌套过深"},
+    {5017, u"Not a regular expression: syntax error", u"正则表达式有误: 语法错误"},
+    {5018, u"Not a regular expression: a quantifier that repeats nothing", u"正则表达式有误: 量词前缺少内容"},
+    {5019, u"Not a regular expression: \"]\" is missing", u"正则表达式有误: 缺少 \"]\""},
+    {5020, u"Not a regular expression: \")\" is missing, or one too many", u"正则表达式有误: 括号不配对"},
+    {5021, u"Not a regular expression: a range that ends before it begins", u"正则表达式有误: 字符范围颠倒"},
 };
 
 // Why the search ended early, and where in the find box.
@@ -60,10 +58,11 @@ std::u16string explanation(const Notebook& notebook, const Occurrences::Ending& 
     for (const Reason& reason : kReasons)
         if (reason.number == ending.number)
             text = notebook.say(reason.english, reason.chinese);
-    if (!ending.position)
-        return text;
-    const std::u16string place = platform::decimal(static_cast<std::int64_t>(*ending.position) + 1);
-    return text + notebook.say(u" (at character " + place + u")", u" (第 " + place + u" 个字符)");
+    if (ending.position) {
+        const std::u16string place = platform::decimal(static_cast<std::int64_t>(*ending.position) + 1);
+        text += notebook.say(u" (character " + place + u")", u" (第 " + place + u" 个字符)");
+    }
+    return text + notebook.say(u".", u"。");
 }
 
 } // namespace

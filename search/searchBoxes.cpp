@@ -5,6 +5,13 @@
 #include "search/inlineSearch.h"
 
 namespace vellums {
+namespace {
+
+// A letter of the search words must not answer the question about unsaved changes, so the question waits
+// until nobody types.
+constexpr int kQuietBeforeQuestionMs = 1000;
+
+} // namespace
 
 SearchBoxes::SearchBoxes(
     Notebook& notebook, MainWindow window, RecordCommands& commands, Postponed& instantSearch)
@@ -47,9 +54,14 @@ bool SearchBoxes::searchesWhileTyping() const
 void SearchBoxes::searchTextChanged()
 {
     if (!composing_ && searchesWhileTyping())
-        instantSearch_.start();
+        postponeSearch();
     else
         instantSearch_.cancel();
+}
+
+void SearchBoxes::postponeSearch()
+{
+    instantSearch_.start(commands_.current().hasUnsavedChanges() ? kQuietBeforeQuestionMs : 0);
 }
 
 void SearchBoxes::compositionStarted()
@@ -67,7 +79,7 @@ void SearchBoxes::compositionEnded()
 void SearchBoxes::searchInstantly(const std::function<bool()>& userGoesOn)
 {
     if (!commands_.searchUnless(userGoesOn))
-        instantSearch_.start();
+        postponeSearch();
 }
 
 void SearchBoxes::findEnter()

@@ -35,6 +35,7 @@ public:
 
 private:
     bool searchesWhileTyping() const;
+    void postponeSearch();
 
     Notebook& notebook_;
     MainWindow window_;

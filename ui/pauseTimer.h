@@ -3,6 +3,8 @@
 
 #include "app/controls.h"
 
+#include <algorithm>
+
 #include <windows.h>
 
 namespace vellums::ui {
@@ -15,7 +17,10 @@ public:
         window_ = window;
         id_ = id;
     }
-    void start() override { SetTimer(window_, id_, USER_TIMER_MINIMUM, nullptr); }
+    void start(int quietMs) override
+    {
+        SetTimer(window_, id_, static_cast<UINT>(std::max(quietMs, USER_TIMER_MINIMUM)), nullptr);
+    }
     void cancel() override { KillTimer(window_, id_); }
 
 private:

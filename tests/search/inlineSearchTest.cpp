@@ -75,7 +75,7 @@ TEST_F(InlineSearch, TellsInTheTipWhyNothingWasFound)
 {
     search(u"some text", u"(x");
     EXPECT_EQ(window.txtInlineTip.text(),
-        u"Not a regular expression: \")\" is missing, or one too many. (at character 1)");
+        u"Not a regular expression: \")\" is missing, or one too many (character 1).");
     EXPECT_TRUE(listIsUntouched());
     EXPECT_EQ(all.status.last, u"before");
     all.notebook.chinese = true;

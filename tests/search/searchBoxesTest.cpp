@@ -93,6 +93,19 @@ TEST_F(SearchBoxesTest, ASearchIsGivenUpWhenTheUserGoesOnAndComesAgain)
     EXPECT_EQ(window.lstHeads.count(), 1);
 }
 
+TEST_F(SearchBoxesTest, NoLetterAnswersTheQuestionAboutUnsavedText)
+{
+    boxes.toggleInstantSearch();
+    type(u"a");
+    EXPECT_EQ(instantSearch.quietMs(), 0);
+    window.txtShowWrap.type(u"unsaved");
+    type(u"an");
+    EXPECT_GE(instantSearch.quietMs(), 500);
+    window.dialogs.answerNext(Answer::Yes);
+    EXPECT_TRUE(searched());
+    EXPECT_EQ(notes.rows(u"SELECT COUNT(*) FROM Notes WHERE VLTEXT='unsaved'").front(), u"1");
+}
+
 TEST_F(SearchBoxesTest, OrderByTitleIsKeptAndSearchesAnew)
 {
     notes.run(u"UPDATE Notes SET VLDATE=#2021-1-1# WHERE VLHEAD='plum'");

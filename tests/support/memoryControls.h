@@ -122,14 +122,19 @@ private:
 
 class MemoryPostponed : public Postponed {
 public:
-    void start() override { waiting_ = true; }
+    void start(int quietMs) override
+    {
+        waiting_ = true;
+        quietMs_ = quietMs;
+    }
     void cancel() override { waiting_ = false; }
-    bool waiting() const { return waiting_; }
+    int quietMs() const { return quietMs_; } // that the last start asked for
     // The user pauses: whether it waited, and waits no more.
     bool comes() { return std::exchange(waiting_, false); }
 
 private:
     bool waiting_ = false;
+    int quietMs_ = 0;
 };
 
 class MemorySwitch : public Switchable {
