@@ -147,6 +147,14 @@ TEST_P(FindTest, TheListFollowsEachLetterWhereItIsToldTo)
     program.type(ID_txtKey, VK_BACK);
     EXPECT_TRUE(eventually([&] { return program.count(ID_lstHeads) == 3; }));
     EXPECT_TRUE(hasFocus(program, ID_txtKey));
+    program.ask(ID_txtKey, WM_IME_STARTCOMPOSITION); // nothing is looked for until the word is whole
+    program.type(ID_txtKey, 'U');
+    EXPECT_TRUE(eventually([&] { return program.text(ID_txtKey) == u"plu"; }));
+    EXPECT_EQ(program.count(ID_lstHeads), 3);
+    program.ask(ID_txtKey, WM_IME_ENDCOMPOSITION);
+    EXPECT_TRUE(eventually([&] { return program.count(ID_lstHeads) == 1; }));
+    program.type(ID_txtKey, VK_BACK);
+    EXPECT_TRUE(eventually([&] { return program.count(ID_lstHeads) == 3; }));
     program.command(ID_mnu_InstantSrch);
     program.command(ID_mnu_AvailFields + 2); // bodies are not searched
     program.type(ID_txtKey, 'U');
