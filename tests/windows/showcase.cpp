@@ -1,5 +1,5 @@
-// Starts the program on a folder of texts, searches all of them and one of them for the same words, saves
-// a picture, and says what it saw.
+// Starts the program on a folder of texts, searches all of them for some words and the first one found for
+// the last word, saves a picture, and says what it saw.
 // Usage: showcase.exe Vellums.exe FOLDER WORDS PICTURE.bmp [PICTURE-WITHOUT-LIST.bmp]
 #include "tests/windows/driver.h"
 #include "ui/ids.h"
@@ -48,9 +48,11 @@ int wmain(int argumentCount, wchar_t** arguments)
     print("Record:    ", program.text(ID_txtType));
     print("Window:    ", program.caption());
     std::printf("Headings:  %d of %d\n", program.count(ID_lstHeads), all);
-    program.setText(ID_txtInline, narrow(arguments[3]));
+    const std::u16string searched = program.text(ID_ucStatusLeft);
+    const std::u16string words = narrow(arguments[3]);
+    program.setText(ID_txtInline, words.substr(words.rfind(u' ') + 1));
     program.press(ID_txtInline, VK_RETURN);
-    eventually([&] { return program.count(ID_lstInLineSrch) > 0; });
+    eventually([&] { return program.text(ID_ucStatusLeft) != searched; }, 3000);
     print("Found:     ", program.text(ID_ucStatusLeft));
     SetForegroundWindow(program.window());
     UpdateWindow(program.window());
