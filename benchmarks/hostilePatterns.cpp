@@ -14,7 +14,7 @@ namespace vellums::benchmarks {
 namespace {
 
 constexpr std::size_t kTextUnits = 100000;
-constexpr int kRounds = 11;
+constexpr int kHostileRounds = 11;
 constexpr double kBar = 10; // milliseconds
 constexpr double kBarWithReferences = 100;
 
@@ -48,7 +48,7 @@ double slowest(std::u16string_view pattern, std::string& outcomes)
     double result = 0;
     for (const std::u16string& text : texts) {
         std::string outcome;
-        const double took = medianTimes({[&] { outcome = search(pattern, text); }}, kRounds)[0];
+        const double took = medianTimes({[&] { outcome = search(pattern, text); }}, kHostileRounds)[0];
         outcomes += (outcomes.empty() ? "" : ", ") + outcome;
         result = std::max(result, took);
     }
