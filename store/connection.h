@@ -57,7 +57,7 @@ public:
     virtual std::unique_ptr<Recordset> query(std::u16string_view sql) = 0;
     // Lets queries be given up: while one runs, `wanted` is asked now and then, and true ends it with the
     // error kOperationCanceled. A provider that cannot be stopped goes on.
-    virtual void stopWhen(std::function<bool()>) { }
+    virtual void stopWhen(const std::function<bool()>&) { }
     // Runs one statement; gives the number of rows it changed, -1 where a provider does not tell. Throws
     // ProviderError.
     virtual std::int32_t execute(std::u16string_view sql) = 0;

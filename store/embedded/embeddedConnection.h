@@ -12,7 +12,7 @@ public:
     explicit EmbeddedConnection(const std::u16string& path);
 
     std::unique_ptr<Recordset> query(std::u16string_view sql) override;
-    void stopWhen(std::function<bool()> wanted) override { database_->stopWhen(std::move(wanted)); }
+    void stopWhen(const std::function<bool()>& wanted) override { database_->stopWhen(wanted); }
     std::int32_t execute(std::u16string_view sql) override;
     std::vector<SchemaTable> tables() override;
     void beginBatch() override;
