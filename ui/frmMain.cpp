@@ -23,6 +23,9 @@ constexpr int kHeightTwips = 9600;
 // A click in a list is treated once the list is done with the mouse: a question may follow.
 constexpr UINT kHeadingSelected = WM_APP + 1;
 constexpr UINT kResultSelected = WM_APP + 2;
+
+// Loading the service that names controls takes a good part of the start: the window is there first.
+constexpr UINT kNameControls = WM_APP + 3;
 constexpr UINT_PTR kInstantSearch = 1; // a timer
 
 void registerClass()
@@ -96,6 +99,7 @@ void frmMain::open(const Opening& opening, int showCommand)
             u"请输入或粘贴文本, 然后按 Ctrl+S 保存。"));
     ShowWindow(window, showCommand);
     UpdateWindow(window);
+    PostMessageW(window, kNameControls, 0, 0);
     SetFocus(lstHeads_.count() > 0 ? lstHeads_.hwnd() : text_.hwnd());
     if (!opening.paths.empty())
         importPaths(opening.paths);
@@ -148,6 +152,9 @@ LRESULT frmMain::onMessage(UINT message, WPARAM wParam, LPARAM lParam)
     case kHeadingSelected:
         if (!importing_)
             commands_->selectHeading();
+        return 0;
+    case kNameControls:
+        nameControls();
         return 0;
     case kResultSelected:
         if (!importing_)

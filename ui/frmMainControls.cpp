@@ -69,7 +69,6 @@ void frmMain::createControls()
     }
     for (const WindowLabel& label : lblRemarks_)
         SetWindowSubclass(label.hwnd(), controlProc, 1, reinterpret_cast<DWORD_PTR>(this));
-    nameControls();
     makeFonts();
 }
 
