@@ -184,9 +184,14 @@ void Program::strike(WORD key, bool ctrl, bool shift, bool alt)
 
 void Program::click(int id, int x, int y, bool right) const
 {
+    // A window that comes to the front after the click would close the menu that the click opens.
     SetForegroundWindow(window_);
     RECT rect{};
-    GetWindowRect(control(id), &rect);
+    eventually([&] {
+        GetWindowRect(control(id), &rect);
+        return GetForegroundWindow() == window_ && focused() != 0 &&
+            WindowFromPoint({rect.left + x, rect.top + y}) == control(id);
+    });
     const auto absolute = [](int pixel, int screen) { return (pixel * 65536 + screen - 1) / screen; };
     const LONG atX = absolute(rect.left + x, GetSystemMetrics(SM_CXSCREEN));
     const LONG atY = absolute(rect.top + y, GetSystemMetrics(SM_CYSCREEN));
