@@ -80,8 +80,15 @@ Program::Program(const std::wstring& executable, const std::wstring& arguments)
     std::wstring commandLine = L"\"" + executable + L"\" " + arguments;
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
-    if (CreateProcessW(executable.c_str(), commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-            &startup, &process_) == FALSE)
+    // Right after a kill of the same program the system once refused to start it.
+    const auto starts = [&] {
+        const BOOL started = CreateProcessW(executable.c_str(), commandLine.data(), nullptr, nullptr, FALSE,
+            0, nullptr, nullptr, &startup, &process_);
+        if (started == FALSE)
+            std::wprintf(L"The program did not start: error %lu.\n", GetLastError());
+        return started != FALSE;
+    };
+    if (!eventually(starts, 1000))
         return;
     AssignProcessToJobObject(job_, process_.hProcess);
     WaitForInputIdle(process_.hProcess, 10000);
