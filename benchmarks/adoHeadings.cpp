@@ -5,6 +5,7 @@
 // Fills a database in FOLDER (the present one by default) with 40,000 notes and lists 32,767 headings
 // through both clients in turns. ADO's objects are doubles of the tests that answer from the embedded
 // engine, so what they spend is shown apart: the engine's work, and filling the arrays of GetRows.
+#include "benchmarks/turns.h"
 #include "platform/files.h"
 #include "platform/text.h"
 #include "platform/win32/comObject.h"
@@ -13,13 +14,13 @@
 #include "store/headingQuery.h"
 #include "tests/ado/registration.h"
 
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
 
 namespace {
 
 using namespace vellums;
+using benchmarks::median;
+using benchmarks::millisecondsOf;
 
 constexpr int kRuns = 15;
 constexpr int kNotes = 40000;
@@ -27,19 +28,17 @@ constexpr int kNotes = 40000;
 // Opens, lists as the window does, closes; gives the milliseconds.
 double list(const Provider& provider, const std::u16string& connectionString, const std::u16string& sql)
 {
-    const auto begin = std::chrono::steady_clock::now();
     std::vector<std::pair<std::int32_t, std::u16string>> headings;
-    {
+    const double took = millisecondsOf([&] {
         const auto connection = provider.open(connectionString);
         const auto rows = connection->query(sql);
         while (rows->next())
             headings.emplace_back(
                 std::get<std::int32_t>(rows->value(0)), std::get<std::u16string>(rows->value(1)));
-    }
-    const auto end = std::chrono::steady_clock::now();
+    });
     if (headings.size() != static_cast<std::size_t>(kMaxListed))
         std::printf("wrong number of headings: %zu\n", headings.size());
-    return std::chrono::duration<double, std::milli>(end - begin).count();
+    return took;
 }
 
 void fill(const EmbeddedProvider& provider, const std::u16string& path)
@@ -54,12 +53,6 @@ void fill(const EmbeddedProvider& provider, const std::u16string& path)
             decimal(i) + u" 标题', 'A short body, number " + decimal(i) + u".', '', " +
             decimal(30000 + i * 7 % 9973) + u")");
     connection->endBatch();
-}
-
-double median(std::vector<double> times)
-{
-    std::sort(times.begin(), times.end());
-    return times[times.size() / 2];
 }
 
 void measure(const std::u16string& path)

@@ -7,38 +7,24 @@
 
 #include "benchmarks/notesFile.h"
 #include "benchmarks/sqliteNotes.h"
+#include "benchmarks/turns.h"
 #include "jet/database.h"
 #include "platform/files.h"
 #include "platform/text.h"
 
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
-#include <functional>
 #include <stdexcept>
 
 namespace {
 
 using namespace vellums;
+using benchmarks::median;
+using benchmarks::millisecondsOf;
 using benchmarks::Note;
 using benchmarks::SqliteNotes;
 
 constexpr int kSearches = 9;
 constexpr int kAdds = 41;
-
-double millisecondsOf(const std::function<void()>& work)
-{
-    const auto begin = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count();
-}
-
-double median(std::vector<double> times)
-{
-    std::nth_element(
-        times.begin(), times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2), times.end());
-    return times[times.size() / 2];
-}
 
 std::u16string quoted(const std::u16string& text)
 {

@@ -6,6 +6,7 @@
 // anything around them; starts the program on an empty notebook in FOLDER beside the system's notepad.
 // Types into the search box of a notebook with many notes while each letter searches all of them, beside
 // the same where nothing is searched before Enter.
+#include "benchmarks/turns.h"
 #include "tests/windows/driver.h"
 #include "ui/editBox.h"
 #include "ui/headsList.h"
@@ -19,24 +20,12 @@
 namespace {
 
 using namespace vellums;
+using benchmarks::median;
+using benchmarks::millisecondsOf;
 using Clock = std::chrono::steady_clock;
 
 constexpr int kRuns = 11;
 constexpr int kHeadings = 32767;
-
-template <typename Work>
-double milliseconds(Work&& work)
-{
-    const auto begin = Clock::now();
-    work();
-    return std::chrono::duration<double, std::milli>(Clock::now() - begin).count();
-}
-
-double median(std::vector<double> times)
-{
-    std::sort(times.begin(), times.end());
-    return times[times.size() / 2];
-}
 
 // Both in turns.
 template <typename Own, typename Bare>
@@ -80,8 +69,8 @@ void measureControls()
     for (int i = 0; i < kHeadings; ++i)
         entries.push_back({u"Heading of a note 标题 " + std::u16string(i % 20, u'x'), i});
     compare(
-        "32,767 headings, our list", [&] { return milliseconds([&] { list.fill(entries); }); },
-        "bare list-box calls", [&] { return milliseconds([&] { bareFill(bare.hwnd(), entries); }); });
+        "32,767 headings, our list", [&] { return millisecondsOf([&] { list.fill(entries); }); },
+        "bare list-box calls", [&] { return millisecondsOf([&] { bareFill(bare.hwnd(), entries); }); });
 
     ui::EditBox box;
     box.create(parent, 2, ui::EditBox::Kind::Wrapping);
@@ -90,10 +79,10 @@ void measureControls()
     while (text.size() < 1000000)
         text += u"A line of a long text, as people keep them: 中文 and Latin.\r\n";
     compare(
-        "a million characters, our box", [&] { return milliseconds([&] { box.setText(text); }); },
+        "a million characters, our box", [&] { return millisecondsOf([&] { box.setText(text); }); },
         "bare SetWindowTextW",
         [&] {
-            return milliseconds(
+            return millisecondsOf(
                 [&] { SetWindowTextW(box.hwnd(), reinterpret_cast<const wchar_t*>(text.c_str())); });
         });
     DestroyWindow(parent);
@@ -106,7 +95,7 @@ double startTime(const std::wstring& commandLine)
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION process{};
-    const double time = milliseconds([&] {
+    const double time = millisecondsOf([&] {
         CreateProcessW(
             nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup, &process);
         struct Search {
@@ -155,7 +144,7 @@ std::vector<double> letterTimes(const tests::Program& program, std::string_view 
     for (const char letter : word) {
         Sleep(80);
         ++length;
-        times.push_back(milliseconds([&] {
+        times.push_back(millisecondsOf([&] {
             tests::Program::strike(static_cast<WORD>(letter));
             const auto end = Clock::now() + std::chrono::seconds(10);
             while (static_cast<std::size_t>(program.ask(ID_txtKey, WM_GETTEXTLENGTH)) < length &&
@@ -194,8 +183,8 @@ void measureTyping(const std::wstring& folder)
         program.setText(ID_txtKey, u"");
         tests::eventually([&] { return program.text(ID_ucStatusLeft) != found; });
         append(searching, letterTimes(program, kWord));
-        lists.push_back(
-            milliseconds([&] { tests::eventually([&] { return program.text(ID_ucStatusLeft) == found; }); }));
+        lists.push_back(millisecondsOf(
+            [&] { tests::eventually([&] { return program.text(ID_ucStatusLeft) == found; }); }));
     }
     std::printf("a letter, no search before Enter   median %8.1f ms   worst %8.1f ms\n"
                 "a letter, each searches all notes  median %8.1f ms   worst %8.1f ms\n"
