@@ -1,40 +1,11 @@
 #include "search/regExpLines.h"
 
+#include "search/regExpBeginnings.h"
+
 #include <algorithm>
 
 namespace vellums::regexp {
 namespace {
-
-constexpr int kDeepestBeginning = 100;
-
-// The units that a match of the node may begin with, if it takes any.
-UnitSet beginnings(const Tree& tree, NodeNo number, int depth)
-{
-    const Node& node = tree.nodes[number];
-    if (depth > kDeepestBeginning)
-        return UnitSet().complement();
-    UnitSet result;
-    switch (node.kind) {
-    case NodeKind::Unit:
-        return tree.sets[node.set];
-    case NodeKind::BackReference:
-        return UnitSet().complement();
-    case NodeKind::Assert:
-    case NodeKind::Look:
-        return {};
-    case NodeKind::Sequence:
-        for (const NodeNo child : node.children) {
-            result = result.with(beginnings(tree, child, depth + 1));
-            if (tree.nodes[child].minLength > 0)
-                break;
-        }
-        return result;
-    default:
-        for (const NodeNo child : node.children)
-            result = result.with(beginnings(tree, child, depth + 1));
-        return result;
-    }
-}
 
 // Nearly every line has a unit of the set.
 bool common(const UnitSet& set)
@@ -94,7 +65,7 @@ void LineSearch::choose(const Tree& tree)
     }
     if (minLength_ == 0 || chooseRun(tree))
         return;
-    const UnitSet first = beginnings(tree, tree.root, 0);
+    const UnitSet first = beginningsOf(tree);
     if (first.size() > kTooMany || common(first))
         return;
     units_.emplace(first);

@@ -1,5 +1,7 @@
 #include "search/regExpSteps.h"
 
+#include "search/regExpBeginnings.h"
+
 #include <algorithm>
 
 namespace vellums::regexp {
@@ -25,8 +27,7 @@ public:
         for (std::size_t i = 0; i < steps_.list.size(); ++i)
             if (leavesChoice(i))
                 return {};
-        if (!findBeginnings())
-            return {};
+        steps_.beginnings = beginningsOf(tree_);
         return std::move(steps_);
     }
 
@@ -135,20 +136,6 @@ private:
             return !tree_.multiline || !set.meets(lineEnds());
         if (assertion == Assertion::WordEdge)
             return run.fewest > 0 && (!set.meets(wordUnits()) || !set.meets(wordUnits().complement()));
-        return false;
-    }
-
-    bool findBeginnings()
-    {
-        for (const Step& step : steps_.list) {
-            if (step.kind == Step::Kind::Reference)
-                return false;
-            if (step.kind != Step::Kind::Run)
-                continue;
-            steps_.beginnings = steps_.beginnings.with(setOf(step));
-            if (step.fewest > 0)
-                return true;
-        }
         return false;
     }
 
