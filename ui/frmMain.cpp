@@ -215,7 +215,7 @@ bool frmMain::onCommand(int id, int notification)
             display_->onListSelection(id);
         return true;
     case ID_chkSort:
-        if (notification == BN_CLICKED)
+        if (notification == BN_CLICKED && !importing_)
             commands_->search();
         return true;
     case ID_lblDate:

@@ -163,13 +163,17 @@ HBRUSH frmMain::colourControl(HDC dc, HWND control)
 // Enter, Esc and Del where they are commands; the boxes' own use of all other keys stays.
 bool frmMain::onControlKey(HWND control, WPARAM key)
 {
-    if (control == lstHeads_.hwnd() && key == VK_DELETE) {
+    const std::optional<PopUpTarget> box = boxOf(control);
+    const bool deletes = control == lstHeads_.hwnd() && key == VK_DELETE;
+    const bool endsLine = box && box != PopUpTarget::RecordText && (key == VK_RETURN || key == VK_ESCAPE);
+    if (!deletes && !endsLine)
+        return false;
+    if (importing_) // commands wait until the import is done
+        return true;
+    if (deletes) {
         commands_->deleteSelected();
         return true;
     }
-    const std::optional<PopUpTarget> box = boxOf(control);
-    if (!box || (key != VK_RETURN && key != VK_ESCAPE))
-        return false;
     const bool enter = key == VK_RETURN;
     if (box == PopUpTarget::Search)
         enter ? boxes_->searchEnter() : boxes_->searchEscape();

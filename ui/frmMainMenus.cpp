@@ -199,7 +199,7 @@ void frmMain::onContextMenu(HWND control, POINT screen)
     } else {
         const std::vector<int> before = lstHeads_.selected();
         selectUnderPoint(control, screen);
-        if (lstHeads_.selected() != before)
+        if (lstHeads_.selected() != before && !importing_)
             commands_->selectHeading();
     }
     list_->rebuildMenu();
