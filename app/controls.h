@@ -30,7 +30,6 @@ public:
     virtual TextRange selection() const = 0;
     // What lies beyond the end of the text counts as its end.
     virtual void select(TextRange range) = 0;
-    virtual void selectAll() = 0;
     // Puts a text in the place of the selection, so that undo() takes it back; the caret goes behind it.
     virtual void replaceSelection(std::u16string_view text) = 0;
     virtual void scrollToCaret() = 0;
@@ -39,6 +38,13 @@ public:
     virtual void cut() = 0;
     virtual void copy() = 0;
     virtual void paste() = 0;
+
+    void selectAll() { select({0, static_cast<std::size_t>(-1)}); }
+    std::u16string selectedText() const
+    {
+        const TextRange range = selection();
+        return range.empty() ? std::u16string() : text().substr(range.start, range.end - range.start);
+    }
 };
 
 struct ListEntry {

@@ -18,11 +18,7 @@ std::u16string trimmed(const std::u16string& text)
 // Words become an expression that finds them in this order on one line.
 std::u16string suggestedKeyword(const MainWindow& window)
 {
-    const TextBox& text = window.txtTarget();
-    const TextRange selection = text.selection();
-    std::u16string keyword;
-    if (!selection.empty())
-        keyword = trimmed(text.text().substr(selection.start, selection.end - selection.start));
+    std::u16string keyword = trimmed(window.txtTarget().selectedText());
     if (keyword.empty())
         keyword = window.txtKey.text();
     if (keyword.empty())

@@ -72,7 +72,6 @@ void doInlineSearch(const Notebook& notebook, MainWindow& window)
     ListBox& list = window.lstInLineSrch;
     const std::u16string keyword = window.txtInline.text();
     list.setEnabled(false);
-    list.fill({});
     list.setTag(keyword);
     const Occurrences found = findOccurrences(window.txtTarget().text(), keyword);
     window.txtInlineTip.setText(found.ending ? explanation(notebook, *found.ending) : u"");

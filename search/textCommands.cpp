@@ -142,12 +142,6 @@ void TextCommands::copyAll()
     platform::setClipboardText(window_.txtTarget().text());
 }
 
-std::u16string TextCommands::selectedText() const
-{
-    const TextRange selection = window_.txtTarget().selection();
-    return window_.txtTarget().text().substr(selection.start, selection.end - selection.start);
-}
-
 // The new text is selected as the old one was.
 void TextCommands::replaceSelected(const std::u16string& text)
 {
@@ -160,13 +154,13 @@ void TextCommands::replaceSelected(const std::u16string& text)
 void TextCommands::joinLines()
 {
     if (!window_.txtTarget().selection().empty())
-        replaceSelected(joined(selectedText()));
+        replaceSelected(joined(window_.txtTarget().selectedText()));
 }
 
 void TextCommands::compressLines()
 {
     if (!window_.txtTarget().selection().empty())
-        replaceSelected(compressed(selectedText()));
+        replaceSelected(compressed(window_.txtTarget().selectedText()));
 }
 
 void TextCommands::insertDate()
@@ -190,7 +184,7 @@ void TextCommands::switchCase()
     if (box.selection().empty())
         box.setText(switched(box.text()));
     else
-        replaceSelected(switched(selectedText()));
+        replaceSelected(switched(box.selectedText()));
     box.scrollToCaret();
 }
 

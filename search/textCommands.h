@@ -44,7 +44,6 @@ public:
 private:
     TextBox& target();
     void replaceSelected(const std::u16string& text);
-    std::u16string selectedText() const;
 
     Notebook& notebook_;
     MainWindow window_;

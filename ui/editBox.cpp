@@ -69,11 +69,6 @@ void EditBox::select(TextRange range)
     SendMessageW(hwnd_, EM_SETSEL, range.start, static_cast<LPARAM>(range.end));
 }
 
-void EditBox::selectAll()
-{
-    SendMessageW(hwnd_, EM_SETSEL, 0, -1);
-}
-
 void EditBox::replaceSelection(std::u16string_view text)
 {
     SendMessageW(hwnd_, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(wide(showable(text))));

@@ -20,7 +20,6 @@ public:
     void focus() override;
     TextRange selection() const override;
     void select(TextRange range) override;
-    void selectAll() override;
     void replaceSelection(std::u16string_view text) override;
     void scrollToCaret() override;
     void undo() override;

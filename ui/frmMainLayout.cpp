@@ -106,7 +106,7 @@ void frmMain::dragSplitter(int left)
     RECT client{};
     GetClientRect(hwnd_, &client);
     splitterLeft_ = splitterInDrag(scale_.twips(left), scale_.twips(client.right));
-    ShowWindow(lstHeads_.hwnd(), splitterLeft_ > 0 ? SW_SHOWNA : SW_HIDE);
+    lstHeads_.setVisible(splitterLeft_ > 0);
     layOut();
 }
 
@@ -130,7 +130,7 @@ void frmMain::showList(bool shown)
         splitterLeft_ = 0;
     layOut();
     ShowWindow(splitter_.hwnd(), shown ? SW_SHOWNA : SW_HIDE);
-    ShowWindow(lstHeads_.hwnd(), shown ? SW_SHOWNA : SW_HIDE);
+    lstHeads_.setVisible(shown);
     if (!shown && hadFocus)
         text_.focus();
     if (shown)

@@ -31,7 +31,6 @@ public:
     void focus() override { shown().focus(); }
     TextRange selection() const override { return shown().selection(); }
     void select(TextRange range) override { shown().select(range); }
-    void selectAll() override { shown().selectAll(); }
     void replaceSelection(std::u16string_view text) override { shown().replaceSelection(text); }
     void scrollToCaret() override { shown().scrollToCaret(); }
     void undo() override { shown().undo(); }

@@ -2,7 +2,7 @@
 
 #include "platform/clipboard.h"
 #include "search/findInText.h"
-#include "tests/support/windowFixture.h"
+#include "tests/support/memoryControls.h"
 
 #include <gmock/gmock.h>
 
@@ -23,15 +23,22 @@ protected:
     {
         window.txtShowWrap.setText(text);
         window.txtInline.setText(keyword);
-        doInlineSearch(all.notebook, all.ports);
+        doInlineSearch(notebook, ports);
     }
-    void find(FindCommand command) { findInText(all.notebook, all.ports, command); }
+    void find(FindCommand command) { findInText(notebook, ports, command); }
     std::u16string selected() const { return window.txtShowWrap.selectedText(); }
     std::size_t caret() const { return window.txtShowWrap.selection().start; }
     bool listIsUntouched() const { return !results.enabled() && !results.visible(); }
 
-    tests::WindowFixture all;
-    tests::MemoryWindow& window = all.window;
+    struct Line : StatusLine {
+        std::u16string last = u"before";
+        void show(const std::u16string& text) override { last = text; }
+    };
+
+    Line status;
+    Notebook notebook{status};
+    tests::MemoryWindow window;
+    MainWindow ports = window.ports(status);
     tests::MemoryListBox& results = window.lstInLineSrch;
 };
 
@@ -47,13 +54,13 @@ TEST_F(InlineSearch, ListsThePlacesSelectsTheFirstAndCounts)
     EXPECT_EQ(selected(), u"Tax");
     EXPECT_TRUE(window.txtShowWrap.scrolled());
     EXPECT_TRUE(window.txtShowWrap.focused());
-    EXPECT_EQ(all.status.last, u"3 matches found.");
+    EXPECT_EQ(status.last, u"3 matches found.");
     search(u"one > two", u"e > t"); // the first mark alone stands between position and text
     EXPECT_EQ(selected(), u"e > t");
-    EXPECT_EQ(all.status.last, u"1 match found.");
-    all.notebook.chinese = true;
+    EXPECT_EQ(status.last, u"1 match found.");
+    notebook.chinese = true;
     search(u"aa", u"a");
-    EXPECT_EQ(all.status.last, u"关键字查找共 2 处匹配。");
+    EXPECT_EQ(status.last, u"关键字查找共 2 处匹配。");
 }
 
 TEST_F(InlineSearch, ChangesNothingToBeSeenWhereNothingIsFound)
@@ -67,7 +74,7 @@ TEST_F(InlineSearch, ChangesNothingToBeSeenWhereNothingIsFound)
     }
     search(u"", u"a");
     EXPECT_TRUE(listIsUntouched());
-    EXPECT_EQ(all.status.last, u"before");
+    EXPECT_EQ(status.last, u"before");
     EXPECT_FALSE(window.txtShowWrap.focused());
 }
 
@@ -77,15 +84,15 @@ TEST_F(InlineSearch, TellsInTheTipWhyNothingWasFound)
     EXPECT_EQ(window.txtInlineTip.text(),
         u"Not a regular expression: \")\" is missing, or one too many (character 1).");
     EXPECT_TRUE(listIsUntouched());
-    EXPECT_EQ(all.status.last, u"before");
-    all.notebook.chinese = true;
+    EXPECT_EQ(status.last, u"before");
+    notebook.chinese = true;
     search(u"some text", u"ab[z-a]");
     EXPECT_EQ(window.txtInlineTip.text().substr(0, 15), u"正则表达式有误: 字符范围颠倒");
     search(u"some text", u"text");
     EXPECT_EQ(window.txtInlineTip.text(), u"");
 
     // What was found before the search had to end stays, but takes no clicks.
-    hideResults(all.ports);
+    hideResults(ports);
     search(u"ab\r\n" + std::u16string(40000, u'-') + u"ab", u"ab");
     EXPECT_THAT(results.texts(), ElementsAre(u"0 > ab"));
     EXPECT_FALSE(results.enabled());
@@ -96,14 +103,14 @@ TEST_F(InlineSearch, StopsAtWhatTheListCanHold)
 {
     search(std::u16string(40000, u'a') + u"\r\n", u"a");
     EXPECT_EQ(results.count(), 32767);
-    EXPECT_EQ(all.status.last, u"32767 matches found.");
-    hideResults(all.ports);
+    EXPECT_EQ(status.last, u"32767 matches found.");
+    hideResults(ports);
     EXPECT_EQ(results.tag(), u"");
     EXPECT_FALSE(results.visible());
     results.setEnabled(false);
     results.limitTo(10);
     search(std::u16string(50, u'a'), u"a");
-    EXPECT_EQ(all.status.last, u"Too many matches.");
+    EXPECT_EQ(status.last, u"Too many matches.");
     EXPECT_TRUE(listIsUntouched());
 }
 
@@ -111,9 +118,9 @@ TEST_F(InlineSearch, CopiesAnEntryAndAllOfThem)
 {
     search(u"cat\r\ncut", u"c.t");
     results.select(1);
-    copyResult(all.ports);
+    copyResult(ports);
     EXPECT_EQ(platform::clipboardText(), u"cut");
-    copyAllResults(all.ports);
+    copyAllResults(ports);
     EXPECT_EQ(platform::clipboardText(), u"0 > cat\r\n5 > cut\r\n");
 }
 

@@ -23,11 +23,6 @@ void MemoryTextBox::select(TextRange range)
     selection_ = {std::min(range.start, text_.size()), std::min(range.end, text_.size())};
 }
 
-std::u16string MemoryTextBox::selectedText() const
-{
-    return text_.substr(selection_.start, selection_.end - selection_.start);
-}
-
 void MemoryTextBox::replaceSelection(std::u16string_view text)
 {
     undo_ = State{text_, selection_};

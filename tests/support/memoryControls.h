@@ -20,7 +20,6 @@ public:
     void focus() override { focused_ = true; }
     TextRange selection() const override { return selection_; }
     void select(TextRange range) override;
-    void selectAll() override { select({0, text_.size()}); }
     void replaceSelection(std::u16string_view text) override;
     void scrollToCaret() override { scrolled_ = true; }
     void undo() override;
@@ -29,7 +28,6 @@ public:
     void paste() override;
 
     void type(std::u16string_view text) { text_ = text; } // as a user would
-    std::u16string selectedText() const;
     // What happened since the last call.
     bool focused() { return std::exchange(focused_, false); }
     bool scrolled() { return std::exchange(scrolled_, false); }
