@@ -88,7 +88,7 @@ bool CurrentRecord::save()
     if (conn_ == notebook_.dbConn && table_ == notebook_.dbTable)
         renameHeading(record_.id, platform::replaceAll(title, u"\r\n", u""));
     showDetails();
-    notebook_.status.show(notebook_.say(u"1 record saved.", u"已保存 1 条记录"));
+    notebook_.status.done(notebook_.say(u"1 record saved.", u"已保存 1 条记录"));
     return true;
 }
 
@@ -119,7 +119,7 @@ bool CurrentRecord::add(const std::u16string& title, const std::u16string& text,
         window_.lstHeads.select(0);
     }
     showDetails();
-    notebook_.status.show(report);
+    notebook_.status.done(report);
     return true;
 }
 

@@ -61,7 +61,7 @@ bool dbQuery(const Notebook& notebook, MainWindow& window, const std::u16string&
     } catch (const ProviderError& e) {
         if (e.number == kOperationCanceled && giveUp)
             return false;
-        notebook.status.show(u"dbQuery: " + e.description + u" (" + platform::decimal(e.number) + u")");
+        notebook.status.failed(u"dbQuery: " + e.description + u" (" + platform::decimal(e.number) + u")");
         return false;
     }
 }

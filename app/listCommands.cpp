@@ -81,11 +81,11 @@ void ListCommands::moveTo(std::size_t index)
     if (!gone.empty() && !records_.takeFromList(gone, !whole))
         return;
     if (copied.failed)
-        notebook_.status.show(copyFailure(notebook_));
+        notebook_.status.failed(copyFailure(notebook_));
     else if (!whole)
-        notebook_.status.show(notebook_.say(u"Failed to delete source records.", u"源记录删除失败。"));
+        notebook_.status.failed(notebook_.say(u"Failed to delete source records.", u"源记录删除失败。"));
     else
-        notebook_.status.show(notebook_.say(counted(deleted) + u" record(s) moved to " + target,
+        notebook_.status.done(notebook_.say(counted(deleted) + u" record(s) moved to " + target,
             counted(deleted) + u" 条记录已移动至 " + target));
 }
 
@@ -97,9 +97,9 @@ void ListCommands::copyTo(std::size_t index)
         return;
     const CopiedRecords copied = copyRecords(notebook_, target, ids);
     if (copied.failed)
-        notebook_.status.show(copyFailure(notebook_));
+        notebook_.status.failed(copyFailure(notebook_));
     else
-        notebook_.status.show(notebook_.say(counted(copied.ids.size()) + u" record(s) copied to " + target,
+        notebook_.status.done(notebook_.say(counted(copied.ids.size()) + u" record(s) copied to " + target,
             counted(copied.ids.size()) + u" 条记录已复制至 " + target));
 }
 

@@ -3,7 +3,7 @@
 
 #include "app/controls.h"
 #include "app/dialogs.h"
-#include "store/notebook.h"
+#include "ports/progress.h"
 
 namespace vellums {
 
@@ -23,8 +23,8 @@ struct MainWindow {
     CheckItem& mnu_ezdel;       // checked: deleting asks nothing
     CheckItem& mnu_InstantSrch; // checked: the list follows each letter of the search box
     MenuItems& mnu_AvailFields; // the columns that are searched
-    StatusLine& ucStatusLeft;
-    Label& ucStatusRight; // the link of the current record
+    Label& ucStatusRight;       // the link of the current record
+    Progress& progress;
     Dialogs& dialogs;
 
     // The box that shows the current text.

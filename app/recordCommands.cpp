@@ -89,7 +89,7 @@ void RecordCommands::fillList(std::int32_t wanted, const std::function<bool()>& 
         if (!current_.load(window_.lstHeads.datum(entry)))
             return; // its error is the last line shown
     }
-    notebook_.status.show(foundText(notebook_, count));
+    notebook_.status.found(foundText(notebook_, count));
 }
 
 void RecordCommands::selectHeading()
@@ -163,10 +163,10 @@ void RecordCommands::addFromClipboard(const std::u16string& text, bool fromClipb
     if (!current_.load(added->id))
         return;
     if (fromClipboard)
-        notebook_.status.show(
+        notebook_.status.done(
             notebook_.say(u"1 record created from the Clibboard.", u"已从剪粘板新增 1 条记录"));
     else
-        notebook_.status.show(notebook_.say(u"1 record created.", u"已新建 1 条记录"));
+        notebook_.status.done(notebook_.say(u"1 record created.", u"已新建 1 条记录"));
 }
 
 void RecordCommands::duplicate()
@@ -198,7 +198,7 @@ void RecordCommands::deleteSelected()
         return;
     const bool whole = deleted == ids.size();
     if (takeFromList({ids.begin(), ids.begin() + static_cast<std::ptrdiff_t>(deleted)}, !whole) && whole)
-        notebook_.status.show(
+        notebook_.status.done(
             notebook_.say(platform::decimal(static_cast<std::int64_t>(deleted)) + u" record(s) deleted.",
                 u"已删除 " + platform::decimal(static_cast<std::int64_t>(deleted)) + u" 条记录"));
 }

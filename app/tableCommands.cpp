@@ -76,7 +76,7 @@ bool TableCommands::open(const std::u16string& connectionString, const std::u16s
     try {
         columnNames(*notebook_.connect(connectionString), table);
     } catch (const ProviderError& e) {
-        notebook_.status.show(queryError(e));
+        notebook_.status.failed(queryError(e));
         return false;
     }
     notebook_.dbConn = connPart(notebook_, connectionString, ConnPart::WithBareName);
@@ -85,8 +85,9 @@ bool TableCommands::open(const std::u16string& connectionString, const std::u16s
     showNothing();
     records_.start();
     if (!stored)
-        notebook_.status.show(notebook_.say(u"The settings file cannot be written: " + notebook_.settingsFile,
-            u"无法写入设置文件: " + notebook_.settingsFile));
+        notebook_.status.failed(
+            notebook_.say(u"The settings file cannot be written: " + notebook_.settingsFile,
+                u"无法写入设置文件: " + notebook_.settingsFile));
     return true;
 }
 
@@ -119,11 +120,11 @@ void TableCommands::newDatabase()
         return;
     const std::u16string report =
         notebook_.say(u"New database file created: ", u"数据库文件新建成功: ") + name;
-    notebook_.status.show(report);
+    notebook_.status.done(report);
     const bool opened = open(connectionStringFor(notebook_, name), table);
     rebuildMenu();
     if (opened)
-        notebook_.status.show(report);
+        notebook_.status.done(report);
 }
 
 void TableCommands::newTable()
@@ -141,7 +142,7 @@ void TableCommands::newTable()
         open(notebook_.dbConn, checkedTableName(name));
     rebuildMenu();
     if (!isFirst)
-        notebook_.status.show(notebook_.say(u"New table created: ", u"数据表新建成功: ") + name);
+        notebook_.status.done(notebook_.say(u"New table created: ", u"数据表新建成功: ") + name);
 }
 
 void TableCommands::renameTable()
@@ -179,7 +180,7 @@ void TableCommands::openAnother()
         else
             open(notebook_.dbConn, first);
     } catch (const ProviderError& e) {
-        notebook_.status.show(queryError(e));
+        notebook_.status.failed(queryError(e));
     }
 }
 
@@ -189,7 +190,7 @@ void TableCommands::offerFreshTable()
     const std::u16string name = freshName(notebook_, *notebook_.connect());
     const std::u16string left = notebook_.say(
         u"No snippet table is left in " + fileName() + u".", u"数据库 " + fileName() + u" 中已没有摘录表");
-    notebook_.status.show(left);
+    notebook_.status.done(left);
     const Answer answer = window_.dialogs.askYesNo(
         left + notebook_.say(u" Create the new table " + name + u"?", u", 是否新建表 " + name + u"?"));
     if (answer == Answer::Yes && newSnippetTable(notebook_, name))

@@ -97,8 +97,8 @@ void runImport(const Arguments& arguments)
         check(import.importFolder(path));
     }
     importFiles();
-    if (session.line())
-        complain(*session.line());
+    if (!session.outcome().isEmpty())
+        complain(session.outcome().line(false));
     if (missing)
         throw Failure{u""};
 }

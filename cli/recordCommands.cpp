@@ -117,8 +117,8 @@ void runDedupe(const Arguments& arguments)
     const maint::Duplicates duplicates = maint::delDupRec(session.notebook());
     if (!duplicates.done)
         session.fail();
-    if (session.line())
-        printLine(*session.line());
+    if (!session.outcome().isEmpty())
+        printLine(session.outcome().line(false));
 }
 
 void runDigest(const Arguments& arguments)

@@ -10,7 +10,7 @@ namespace vellums::cli {
 Session::Session(const std::u16string& file)
     : file_(platform::absolutePath(file))
     , provider_(file_)
-    , notebook_(*this)
+    , notebook_(outcome_)
 {
     notebook_.appDir = platform::programFolder();
     notebook_.exeName = platform::programName();
@@ -37,7 +37,7 @@ void Session::chooseTable(const std::optional<std::u16string>& table)
 
 void Session::fail() const
 {
-    throw Failure{line_.value_or(u"The operation failed.")};
+    throw Failure{outcome_.hasFailed() ? outcome_.line(false) : u"The operation failed."};
 }
 
 std::unique_ptr<Connection> Session::OneFile::open(const std::u16string&) const

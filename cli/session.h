@@ -16,7 +16,7 @@ struct Failure {
 };
 
 // The notebook of one database file, served by the embedded engine whatever the file's name.
-class Session : private StatusLine {
+class Session {
 public:
     // The file as it was named. The program's own files lie beside the program.
     explicit Session(const std::u16string& file);
@@ -28,9 +28,9 @@ public:
     // ProviderError.
     void chooseTable(const std::optional<std::u16string>& table);
 
-    // The last line that a routine showed, or nothing.
-    const std::optional<std::u16string>& line() const { return line_; }
-    // Throws Failure with the line that the failed routine showed.
+    // What the routines have told up to now.
+    const Outcome& outcome() const { return outcome_; }
+    // Throws Failure with the line of the failed routine.
     [[noreturn]] void fail() const;
 
 private:
@@ -49,12 +49,10 @@ private:
         std::u16string file_;
     };
 
-    void show(const std::u16string& text) override { line_ = text; }
-
     std::u16string file_; // full path
     OneFile provider_;
+    Outcome outcome_;
     Notebook notebook_;
-    std::optional<std::u16string> line_;
 };
 
 } // namespace vellums::cli

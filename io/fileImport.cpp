@@ -108,7 +108,7 @@ bool FileImport::importFiles(const std::vector<std::u16string>& paths)
         batches.finish();
         return true;
     } catch (const ProviderError& e) {
-        notebook_.status.show(
+        notebook_.status.failed(
             u"importFile - " + current + u" > " + e.description + u" (" + platform::decimal(e.number) + u")");
         return false;
     }

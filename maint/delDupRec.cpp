@@ -71,7 +71,7 @@ Duplicates delDupRec(const Notebook& notebook, const std::function<void()>& refr
     try {
         found = findDuplicates(*notebook.connect(), notebook.dbTable);
     } catch (const ProviderError& e) {
-        notebook.status.show(u"delDupRec - " + notebook.dbTable + u" (" + e.description + u")");
+        notebook.status.failed(u"delDupRec - " + notebook.dbTable + u" (" + e.description + u")");
         return {};
     }
     Duplicates result{true, 0, found.total};
@@ -83,7 +83,7 @@ Duplicates delDupRec(const Notebook& notebook, const std::function<void()>& refr
     if (refreshList)
         refreshList();
     if (result.done && result.removed > 0)
-        notebook.status.show(duplicatesText(notebook, result.removed, result.total));
+        notebook.status.done(duplicatesText(notebook, result.removed, result.total));
     return result;
 }
 

@@ -11,7 +11,7 @@ import subprocess
 import sys
 import tempfile
 
-FLOORS = ["cli", "ui", "io", "maint", "search", "app", "store", "jet", "platform"]
+FLOORS = ["cli", "ui", "io", "maint", "search", "app", "ports", "store", "jet", "platform"]
 JET_FLOORS = ["sql", "upkeep", "catalogue", "table", "index", "file"]
 LEAVES = {"io/textCleanup", "io/modTextUTF", "io/clsFolderScan", "maint/clsMD5", "maint/charCleaner"}
 LEAF_PREFIXES = ("search/regExp",)

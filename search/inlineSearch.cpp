@@ -78,7 +78,7 @@ void doInlineSearch(const Notebook& notebook, MainWindow& window)
     list.fill(entriesOf(found));
     const int count = list.count();
     if (static_cast<std::size_t>(count) < found.list.size()) { // the control holds no more
-        notebook.status.show(notebook.say(u"Too many matches.", u"匹配结果过多，请尝试修改查找条件。"));
+        notebook.status.failed(notebook.say(u"Too many matches.", u"匹配结果过多，请尝试修改查找条件。"));
         return;
     }
     if (found.ending || count == 0)
@@ -87,7 +87,7 @@ void doInlineSearch(const Notebook& notebook, MainWindow& window)
     list.setEnabled(true);
     list.select(0);
     lstInLineSrchClick(window);
-    notebook.status.show(summary(notebook, count));
+    notebook.status.done(summary(notebook, count));
 }
 
 void lstInLineSrchClick(MainWindow& window)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/mainWindow.h"
+#include "store/notebook.h"
 
 namespace vellums {
 

@@ -52,7 +52,7 @@ bool upgradeTable(const Notebook& notebook, MainWindow& window, Connection& conn
     std::vector<std::u16string> withLink = kOldColumns;
     withLink.push_back(u"VLLINK");
     if (columns != kOldColumns && columns != withLink) {
-        notebook.status.show(
+        notebook.status.done(
             notebook.say(u"The table " + notebook.dbTable + u" is no snippet table; it is left as it is.",
                 u"数据表 " + notebook.dbTable + u" 不是摘录表, 未作修改"));
         return false;
@@ -82,7 +82,7 @@ bool rebuildSearchFields(const Notebook& notebook, MainWindow& window)
             setFields(notebook, window, columnsOf(*connection, notebook.dbTable));
         return true;
     } catch (const ProviderError& e) {
-        notebook.status.show(e.description + u" (" + platform::decimal(e.number) + u")");
+        notebook.status.failed(e.description + u" (" + platform::decimal(e.number) + u")");
         return false;
     }
 }

@@ -60,7 +60,7 @@ std::u16string dbCreateNew(const Notebook& notebook, const std::u16string& fileN
         notebook.provider->createDatabase(path, table);
         return table;
     } catch (const ProviderError& e) {
-        notebook.status.show(u"dbCreateNew: " + e.description + u" (" + platform::decimal(e.number) + u")");
+        notebook.status.failed(u"dbCreateNew: " + e.description + u" (" + platform::decimal(e.number) + u")");
         return {};
     }
 }

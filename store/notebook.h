@@ -3,19 +3,13 @@
 #pragma once
 
 #include "store/connection.h"
+#include "store/outcome.h"
 
 #include <memory>
 #include <string>
 #include <string_view>
 
 namespace vellums {
-
-// The one-line report; the left status panel implements it.
-class StatusLine {
-public:
-    virtual ~StatusLine() = default;
-    virtual void show(const std::u16string& text) = 0;
-};
 
 struct Notebook {
     explicit Notebook(StatusLine& line)

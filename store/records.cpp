@@ -40,7 +40,7 @@ bool reporting(const Notebook& notebook, std::u16string_view label, Work&& work)
         work(*connection);
         return true;
     } catch (const ProviderError& e) {
-        notebook.status.show(errorLine(label, e));
+        notebook.status.failed(errorLine(label, e));
         return false;
     }
 }
@@ -172,7 +172,7 @@ std::optional<SnippetRecord> getRecText(const Notebook& notebook, std::int32_t i
     const bool done = reporting(notebook, labelWithId(u"getRecText", id),
         [&](Connection& connection) { record = getRecText(connection, notebook.dbTable, id); });
     if (done && !record)
-        notebook.status.show(
+        notebook.status.failed(
             notebook.say(u"getRecText - " + decimal(id) + u" > There is no such record any more.",
                 u"getRecText - " + decimal(id) + u" > 该记录已不存在"));
     return record;

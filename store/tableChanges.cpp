@@ -28,7 +28,7 @@ void showNotCreated(const Notebook& notebook, const std::u16string& name, const 
     const std::u16string reason = !equalNoCase(name, renamed) && tableExists(notebook, name)
         ? notebook.say(u"named table already existed. ", u"同名表已存在 ")
         : error.description;
-    notebook.status.show(notebook.say(u"Failed to create new table: ", u"新增数据表失败, ") + reason);
+    notebook.status.failed(notebook.say(u"Failed to create new table: ", u"新增数据表失败, ") + reason);
 }
 
 // Runs the work with the checked name on a connection; a failure becomes the line about new tables.
@@ -155,7 +155,7 @@ bool dropTable(const Notebook& notebook, const std::u16string& table)
         dropTable(*notebook.connect(), table);
         return true;
     } catch (const ProviderError& e) {
-        notebook.status.show(u"dropTable - " + e.description + u" (" + platform::decimal(e.number) + u")");
+        notebook.status.failed(u"dropTable - " + e.description + u" (" + platform::decimal(e.number) + u")");
         return false;
     }
 }

@@ -45,9 +45,23 @@ void registerClass()
 
 frmMain::frmMain(Notebook& notebook)
     : notebook_(notebook)
-    , ports_{caption_, txtKey_, txtInline_, txtType_, text_, lstHeads_, lstInLineSrch_, txtInlineTip_,
-          lblDate_, chkSort_, mnu_SortOnTitle_, mnu_ezdel_, mnu_InstantSrch_, mnu_AvailFields_, ucStatusLeft_,
-          ucStatusRight_, dialogs_}
+    , ports_{.caption = caption_,
+          .txtKey = txtKey_,
+          .txtInline = txtInline_,
+          .txtType = txtType_,
+          .txtShowWrap = text_,
+          .lstHeads = lstHeads_,
+          .lstInLineSrch = lstInLineSrch_,
+          .txtInlineTip = txtInlineTip_,
+          .lblDate = lblDate_,
+          .chkSort = chkSort_,
+          .mnu_SortOnTitle = mnu_SortOnTitle_,
+          .mnu_ezdel = mnu_ezdel_,
+          .mnu_InstantSrch = mnu_InstantSrch_,
+          .mnu_AvailFields = mnu_AvailFields_,
+          .ucStatusRight = ucStatusRight_,
+          .progress = work_,
+          .dialogs = dialogs_}
 {
 }
 
@@ -93,9 +107,9 @@ void frmMain::open(const Opening& opening, int showCommand)
     commands_->start();
     tables_->rebuildMenu();
     if (!startReport.empty()) // what start-up had to say matters more than the count
-        ucStatusLeft_.show(startReport);
+        ucStatusLeft_.setCaption(startReport);
     if (opening.firstStart)
-        ucStatusRight_.show(notebook_.say(u"Type or paste a text, then press Ctrl+S to keep it.",
+        ucStatusRight_.setCaption(notebook_.say(u"Type or paste a text, then press Ctrl+S to keep it.",
             u"请输入或粘贴文本, 然后按 Ctrl+S 保存。"));
     ShowWindow(window, showCommand);
     UpdateWindow(window);

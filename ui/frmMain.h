@@ -37,14 +37,24 @@ struct Opening {
     bool firstStart = false;           // the database is new: greet
 };
 
-// A report line that is connected once the window is there.
-struct LateStatus : StatusLine {
-    StatusLine* target = nullptr;
-    void show(const std::u16string& text) override
+// Shows each line at once in a panel, once the window is there.
+struct PanelLine : StatusLine {
+    ucStatus* panel = nullptr;
+    void failed(const std::u16string& line) override { show(line); }
+    void done(const std::u16string& line) override { show(line); }
+    void found(const std::u16string& line) override { show(line); }
+    void show(const std::u16string& line) const
     {
-        if (target != nullptr)
-            target->show(text);
+        if (panel != nullptr)
+            panel->setCaption(line);
     }
+};
+
+// Work that nobody sees yet.
+struct UnseenWork : Progress {
+    void begin(std::u16string_view) override { }
+    bool step(std::size_t, std::size_t) override { return true; }
+    void end() noexcept override { }
 };
 
 class frmMain {
@@ -56,7 +66,7 @@ public:
     ~frmMain();
 
     // The panel, for reports from before the window is shown.
-    StatusLine& statusLine() { return ucStatusLeft_; }
+    ucStatus& statusPanel() { return ucStatusLeft_; }
 
     // Creates and shows the window, fills the list, and imports what it was opened with.
     void open(const Opening& opening, int showCommand);
@@ -179,6 +189,7 @@ private:
     ButtonCheck chkSort_;
     ucStatus ucStatusLeft_;
     ucStatus ucStatusRight_;
+    UnseenWork work_;
     MessageDialogs dialogs_;
     frmInput input_;
     MainWindow ports_;

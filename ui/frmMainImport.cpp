@@ -42,7 +42,7 @@ void frmMain::refreshKeeping(const std::u16string& report)
 {
     commands_->refresh();
     if (!report.empty())
-        ucStatusLeft_.show(report);
+        ucStatusLeft_.setCaption(report);
 }
 
 void frmMain::importFolder()

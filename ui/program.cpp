@@ -37,10 +37,10 @@ int programMain(const std::vector<std::u16string>& /*arguments*/, const std::u16
 
     Engines engines({[](const std::u16string& id) { return AdoProvider::usable(id); },
         [](const std::u16string& id) { return std::make_unique<AdoProvider>(id); }});
-    ui::LateStatus status;
+    ui::PanelLine status;
     Notebook notebook(status);
     ui::frmMain window(notebook);
-    status.target = &window.statusLine();
+    status.panel = &window.statusPanel();
     const bool firstStart = startUp(notebook, platform::programFolder(), platform::programName(),
         [&](Notebook& started) { engines.serve(started); });
     window.open({parseCommandLine(commandLine).paths, firstStart}, SW_SHOWNORMAL);

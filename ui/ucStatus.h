@@ -23,7 +23,7 @@ using PropertyBag = std::map<std::u16string, std::u16string>;
 
 enum class Alignment : std::uint8_t { Left = 0, Right = 1, Centre = 2 };
 
-class ucStatus : public StatusLine, public Label {
+class ucStatus : public Label {
 public:
     ucStatus();
     ~ucStatus() override;
@@ -57,7 +57,6 @@ public:
     void writeProperties(PropertyBag& bag) const;
     void readProperties(const PropertyBag& bag);
 
-    void show(const std::u16string& text) override { setCaption(text); }
     std::u16string text() const override { return Caption(); }
     void setText(std::u16string_view text) override { setCaption(std::u16string(text)); }
 

@@ -20,8 +20,8 @@ using testing::IsEmpty;
 class ListCommandsTest : public testing::TestWithParam<bool> {
 protected:
     ListCommandsTest()
-        : records_(*notes_, window_.ports(notes_->status), moments_)
-        , commands_(*notes_, window_.ports(notes_->status), records_, {mnu_avtables_, mnu_moverec_})
+        : records_(*notes_, window_.ports(), moments_)
+        , commands_(*notes_, window_.ports(), records_, {mnu_avtables_, mnu_moverec_})
     {
         notes_->chinese = GetParam();
         notes_.run(u"SELECT * INTO [Other] FROM [Notes]");

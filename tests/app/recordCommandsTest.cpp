@@ -36,7 +36,7 @@ const std::u16string kTooLong(256, u'x');
 class RecordCommandsTest : public testing::TestWithParam<bool> {
 protected:
     RecordCommandsTest()
-        : commands_(*notes_, window_.ports(notes_->status), moments_)
+        : commands_(*notes_, window_.ports(), moments_)
     {
         notes_->chinese = GetParam();
         platform::setClipboardText(u"");
@@ -80,7 +80,7 @@ protected:
     // The list follows a switch of tables before the boxes do.
     bool dbQueryWithoutBoxes()
     {
-        MainWindow window = window_.ports(notes_->status);
+        MainWindow window = window_.ports();
         return dbQuery(*notes_, window, u"");
     }
     void choose(int entry)

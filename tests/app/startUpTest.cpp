@@ -9,6 +9,7 @@
 #include "store/catalogue.h"
 #include "store/connectionString.h"
 #include "tests/support/client.h"
+#include "tests/support/shownLines.h"
 #include "tests/support/temporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -21,12 +22,12 @@ namespace {
 using testing::IsEmpty;
 using Texts = std::vector<std::u16string>;
 
-class StartUp : public testing::Test, private StatusLine {
+class StartUp : public testing::Test {
 protected:
     // A start of the program that lies in the folder "app".
     Notebook start()
     {
-        Notebook notebook(*this);
+        Notebook notebook(told_);
         notebook.provider = &provider_;
         startUp(notebook, appDir_, u"Vellums");
         return notebook;
@@ -51,10 +52,8 @@ protected:
     tests::TemporaryFolder folder_;
     const Provider& provider_ = tests::client();
     std::u16string appDir_ = folder_.makeFolder(u"app");
-    Texts shown_;
-
-private:
-    void show(const std::u16string& text) override { shown_.push_back(text); }
+    tests::ShownLines told_;
+    const Texts& shown_ = told_.lines;
 };
 
 TEST_F(StartUp, FixesThePathsOfTheProgram)

@@ -28,9 +28,8 @@ const std::u16string kYesNo = u" (Yes/No)";
 class TableCommandsTest : public testing::TestWithParam<bool> {
 protected:
     TableCommandsTest()
-        : records_(*notes_, window_.ports(notes_->status), moments_)
-        , commands_(
-              *notes_, window_.ports(notes_->status), records_, {mnu_availdb_, mnu_switchto_, frmInput_})
+        : records_(*notes_, window_.ports(), moments_)
+        , commands_(*notes_, window_.ports(), records_, {mnu_availdb_, mnu_switchto_, frmInput_})
     {
         notes_->chinese = GetParam();
         notes_.run(u"SELECT * INTO [Other] FROM [Notes]");

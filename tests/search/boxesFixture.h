@@ -25,7 +25,7 @@ protected:
     TestNotebook notes;
     MemoryWindow window;
     Moments moments;
-    MainWindow ports = window.ports(notes->status);
+    MainWindow ports = window.ports();
     RecordCommands records{*notes, ports, moments};
     MemoryPostponed instantSearch;
     SearchBoxes boxes{*notes, ports, records, instantSearch};

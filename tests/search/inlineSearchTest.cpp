@@ -3,6 +3,7 @@
 #include "platform/clipboard.h"
 #include "search/findInText.h"
 #include "tests/support/memoryControls.h"
+#include "tests/support/shownLines.h"
 
 #include <gmock/gmock.h>
 
@@ -30,15 +31,13 @@ protected:
     std::size_t caret() const { return window.txtShowWrap.selection().start; }
     bool listIsUntouched() const { return !results.enabled() && !results.visible(); }
 
-    struct Line : StatusLine {
-        std::u16string last = u"before";
-        void show(const std::u16string& text) override { last = text; }
-    };
+    // The last line; "before" where there was none.
+    std::u16string lastLine() const { return status.lines.empty() ? u"before" : status.lines.back(); }
 
-    Line status;
+    tests::ShownLines status;
     Notebook notebook{status};
     tests::MemoryWindow window;
-    MainWindow ports = window.ports(status);
+    MainWindow ports = window.ports();
     tests::MemoryListBox& results = window.lstInLineSrch;
 };
 
@@ -54,13 +53,13 @@ TEST_F(InlineSearch, ListsThePlacesSelectsTheFirstAndCounts)
     EXPECT_EQ(selected(), u"Tax");
     EXPECT_TRUE(window.txtShowWrap.scrolled());
     EXPECT_TRUE(window.txtShowWrap.focused());
-    EXPECT_EQ(status.last, u"3 matches found.");
+    EXPECT_EQ(lastLine(), u"3 matches found.");
     search(u"one > two", u"e > t"); // the first mark alone stands between position and text
     EXPECT_EQ(selected(), u"e > t");
-    EXPECT_EQ(status.last, u"1 match found.");
+    EXPECT_EQ(lastLine(), u"1 match found.");
     notebook.chinese = true;
     search(u"aa", u"a");
-    EXPECT_EQ(status.last, u"关键字查找共 2 处匹配。");
+    EXPECT_EQ(lastLine(), u"关键字查找共 2 处匹配。");
 }
 
 TEST_F(InlineSearch, ChangesNothingToBeSeenWhereNothingIsFound)
@@ -74,7 +73,7 @@ TEST_F(InlineSearch, ChangesNothingToBeSeenWhereNothingIsFound)
     }
     search(u"", u"a");
     EXPECT_TRUE(listIsUntouched());
-    EXPECT_EQ(status.last, u"before");
+    EXPECT_EQ(lastLine(), u"before");
     EXPECT_FALSE(window.txtShowWrap.focused());
 }
 
@@ -84,7 +83,7 @@ TEST_F(InlineSearch, TellsInTheTipWhyNothingWasFound)
     EXPECT_EQ(window.txtInlineTip.text(),
         u"Not a regular expression: \")\" is missing, or one too many (character 1).");
     EXPECT_TRUE(listIsUntouched());
-    EXPECT_EQ(status.last, u"before");
+    EXPECT_EQ(lastLine(), u"before");
     notebook.chinese = true;
     search(u"some text", u"ab[z-a]");
     EXPECT_EQ(window.txtInlineTip.text().substr(0, 15), u"正则表达式有误: 字符范围颠倒");
@@ -103,14 +102,14 @@ TEST_F(InlineSearch, StopsAtWhatTheListCanHold)
 {
     search(std::u16string(40000, u'a') + u"\r\n", u"a");
     EXPECT_EQ(results.count(), 32767);
-    EXPECT_EQ(status.last, u"32767 matches found.");
+    EXPECT_EQ(lastLine(), u"32767 matches found.");
     hideResults(ports);
     EXPECT_EQ(results.tag(), u"");
     EXPECT_FALSE(results.visible());
     results.setEnabled(false);
     results.limitTo(10);
     search(std::u16string(50, u'a'), u"a");
-    EXPECT_EQ(status.last, u"Too many matches.");
+    EXPECT_EQ(lastLine(), u"Too many matches.");
     EXPECT_TRUE(listIsUntouched());
 }
 

@@ -23,7 +23,7 @@ class SearchFields : public testing::TestWithParam<const char16_t*> {
 protected:
     SearchFields()
         : notes_(GetParam())
-        , ports_(window_.ports(notes_->status))
+        , ports_(window_.ports())
     {
     }
 

@@ -222,11 +222,40 @@ std::vector<std::u16string> MemoryDialogs::asked()
     return std::exchange(asked_, {});
 }
 
-MainWindow MemoryWindow::ports(StatusLine& status)
+void MemoryProgress::begin(std::u16string_view what)
 {
-    return {caption, txtKey, txtInline, txtType, txtShowWrap, lstHeads, lstInLineSrch, txtInlineTip, lblDate,
-        chkSort, mnu_SortOnTitle, mnu_ezdel, mnu_InstantSrch, mnu_AvailFields, status, ucStatusRight,
-        dialogs};
+    EXPECT_FALSE(running_) << "one work at a time";
+    running_ = true;
+    works_.emplace_back(what);
+}
+
+bool MemoryProgress::step(std::size_t done, std::size_t total)
+{
+    EXPECT_TRUE(running_);
+    if (onStep)
+        onStep(done, total);
+    return stopAt_ == 0 || ++steps_ < stopAt_;
+}
+
+MainWindow MemoryWindow::ports()
+{
+    return {.caption = caption,
+        .txtKey = txtKey,
+        .txtInline = txtInline,
+        .txtType = txtType,
+        .txtShowWrap = txtShowWrap,
+        .lstHeads = lstHeads,
+        .lstInLineSrch = lstInLineSrch,
+        .txtInlineTip = txtInlineTip,
+        .lblDate = lblDate,
+        .chkSort = chkSort,
+        .mnu_SortOnTitle = mnu_SortOnTitle,
+        .mnu_ezdel = mnu_ezdel,
+        .mnu_InstantSrch = mnu_InstantSrch,
+        .mnu_AvailFields = mnu_AvailFields,
+        .ucStatusRight = ucStatusRight,
+        .progress = progress,
+        .dialogs = dialogs};
 }
 
 } // namespace vellums::tests

@@ -3,8 +3,10 @@
 
 #include "app/mainWindow.h"
 #include "app/nameForm.h"
+#include "ports/progress.h"
 
 #include <deque>
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
@@ -178,6 +180,27 @@ private:
     std::vector<std::u16string> asked_;
 };
 
+// Long work that the test looks at, stops, or talks into.
+class MemoryProgress : public Progress {
+public:
+    void begin(std::u16string_view what) override;
+    bool step(std::size_t done, std::size_t total) override;
+    void end() noexcept override { running_ = false; }
+
+    // At the step with this number (counted from 1 over all works) the user asks to stop.
+    void stopAt(int step) { stopAt_ = step; }
+    // Called at each step, as waiting events are.
+    std::function<void(std::size_t done, std::size_t total)> onStep;
+    const std::vector<std::u16string>& works() const { return works_; } // their names
+    bool isRunning() const { return running_; }
+
+private:
+    std::vector<std::u16string> works_;
+    bool running_ = false;
+    int steps_ = 0;
+    int stopAt_ = 0;
+};
+
 struct MemoryWindow {
     MemoryLabel caption;
     MemoryTextBox txtKey;
@@ -194,9 +217,10 @@ struct MemoryWindow {
     MemoryCheckItem mnu_InstantSrch;
     MemoryMenuItems mnu_AvailFields;
     MemoryLabel ucStatusRight;
+    MemoryProgress progress;
     MemoryDialogs dialogs;
 
-    MainWindow ports(StatusLine& status);
+    MainWindow ports();
 };
 
 } // namespace vellums::tests

@@ -29,7 +29,7 @@ struct ShortText {
 
 TestNotebook::TestNotebook(const std::u16string& fileName, const std::u16string& table)
     : file_(folder_.file(fileName))
-    , notebook_(*this)
+    , notebook_(told_)
 {
     client().createDatabase(file_, table);
     notebook_.provider = &client();
