@@ -18,7 +18,8 @@ struct TextRange {
     bool operator==(const TextRange&) const = default;
 };
 
-// A box for text, of one line or several. Lines end in CR LF.
+// A box for text, of one line or several. What is put into it gets the form of boxText(); a box of one line
+// takes the first line of what replaces its selection.
 class TextBox {
 public:
     virtual ~TextBox() = default;
@@ -37,7 +38,6 @@ public:
     virtual void undo() = 0;
     virtual void cut() = 0;
     virtual void copy() = 0;
-    virtual void paste() = 0;
 
     void selectAll() { select({0, static_cast<std::size_t>(-1)}); }
     std::u16string selectedText() const

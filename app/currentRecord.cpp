@@ -1,3 +1,7 @@
+// The boxes and what is remembered of the record change together or not at all: the texts are put into the
+// boxes first, and only when that is done does the record they belong to become the current one, by steps
+// that cannot fail. Where putting them fails half way (no memory), the texts before come back. So a text
+// is never taken for that of another record.
 #include "app/currentRecord.h"
 
 #include "platform/clock.h"
@@ -33,94 +37,156 @@ bool CurrentRecord::load(std::int32_t id)
     std::optional<SnippetRecord> loaded = getRecText(notebook_, id);
     if (!loaded)
         return false;
-    record_ = std::move(*loaded);
-    conn_ = notebook_.dbConn;
-    table_ = notebook_.dbTable;
-    window_.txtType.setText(record_.head);
-    window_.txtTarget().setText(record_.text);
-    // Boxes may show a text otherwise than it was given (a U+0000 ends it): what they hold now counts.
-    keepAsSaved(window_.txtType.text(), window_.txtTarget().text());
-    showDetails();
-    forgetResults();
+    show(std::move(*loaded));
     return true;
 }
 
 void CurrentRecord::clear()
 {
-    record_ = {};
-    record_.id = kNewRecord;
-    window_.txtType.setText({});
-    window_.txtTarget().setText({});
-    keepAsSaved({}, {});
-    showDetails();
+    SnippetRecord none;
+    none.id = kNewRecord;
+    show(std::move(none));
+}
+
+void CurrentRecord::show(SnippetRecord record)
+{
+    std::u16string conn = notebook_.dbConn;
+    std::u16string table = notebook_.dbTable;
+    RecordTexts texts;
+    try {
+        window_.txtTarget().setText(record.text);
+        window_.txtType.setText(record.head);
+        texts = shown(); // a box may show a text otherwise than it was given: what it holds now counts
+        showDetails(record);
+    } catch (...) {
+        showSaved();
+        throw;
+    }
+    record_ = std::move(record);
+    conn_ = std::move(conn);
+    table_ = std::move(table);
+    saved_ = std::move(texts);
+    ++generation_;
     forgetResults();
 }
 
-// The places found belong to the text before; without its mark the list is made anew by the next find.
+// After a failure. Where not even this can be done, what the boxes hold counts as a new record: it may be
+// saved twice, but never over another one.
+void CurrentRecord::showSaved() noexcept
+{
+    try {
+        window_.txtTarget().setText(saved_.text);
+        window_.txtType.setText(saved_.title);
+        showDetails(record_);
+    } catch (...) {
+        record_.id = kNewRecord;
+    }
+}
+
+// The places found belong to the text before.
 void CurrentRecord::forgetResults()
 {
+    window_.lstInLineSrch.setVisible(false);
+    window_.lstInLineSrch.fill({});
     window_.lstInLineSrch.setTag({});
+}
+
+void CurrentRecord::rereadStampAndDate()
+{
+    if (record_.id < 0)
+        return;
+    const std::optional<SnippetRecord> now = getRecText(origin(), record_.id);
+    if (!now)
+        return;
+    record_.type = now->type;
+    record_.date = now->date;
+    showDetails(record_);
+}
+
+RecordTexts CurrentRecord::shown() const
+{
+    return {window_.txtType.text(), window_.txtTarget().text()};
 }
 
 bool CurrentRecord::hasUnsavedChanges() const
 {
-    return window_.txtTarget().text() != savedText_ || window_.txtType.text() != savedTitle_;
+    return window_.txtTarget().text() != saved_.text || window_.txtType.text() != saved_.title;
 }
 
-bool CurrentRecord::save()
+CurrentRecord::Saving CurrentRecord::save()
 {
-    const std::u16string title = window_.txtType.text();
-    const std::u16string text = window_.txtTarget().text();
+    RecordTexts texts = shown();
     if (record_.id < 0)
-        return add(title, text, notebook_.say(u"1 record added.", u"已添加 1 条记录"));
-    switch (modRecord(origin(), record_.id, title, text, record_.type)) {
+        return add(texts) ? Saving::Added : Saving::Failed;
+    const std::u16string heading = platform::replaceAll(texts.title, u"\r\n", u"");
+    switch (modRecord(origin(), record_.id, texts.title, texts.text, record_.type)) {
     case Saved::Failed:
-        return false;
+        return Saving::Failed;
     case Saved::Gone:
-        return add(title, text,
-            notebook_.say(
-                u"The record no longer existed. 1 record added.", u"原记录已不存在, 已添加 1 条记录"));
+        return add(texts) ? Saving::AddedAgain : Saving::Failed;
     case Saved::Yes:
         break;
     }
+    saved_ = std::move(texts);
     record_.date = platform::oleNow();
-    keepAsSaved(title, text);
-    if (conn_ == notebook_.dbConn && table_ == notebook_.dbTable)
-        renameHeading(record_.id, platform::replaceAll(title, u"\r\n", u""));
-    showDetails();
-    notebook_.status.done(notebook_.say(u"1 record saved.", u"已保存 1 条记录"));
-    return true;
+    ++generation_;
+    if (isInList())
+        renameHeading(record_.id, heading);
+    showDetails(record_);
+    return Saving::Saved;
 }
 
-bool CurrentRecord::add(const std::u16string& title, const std::u16string& text, const std::u16string& report)
+bool CurrentRecord::add(const RecordTexts& texts)
 {
     NewRecord record;
-    record.text = text;
+    record.text = texts.text;
     record.link = record_.link.empty() ? window_.chkSort.caption() : record_.link;
-    if (!title.empty())
-        record.title = sqlQuoted(platform::replaceAll(title, u"\r\n", u""));
+    if (!texts.title.empty())
+        record.title = sqlQuoted(platform::replaceAll(texts.title, u"\r\n", u""));
     const Notebook there = record_.id < 0 ? notebook_ : origin();
     const std::optional<AddedRecord> added = addRecord(there, record);
     if (!added)
         return false;
-    window_.chkSort.setCaption({});
-    record_.link = record.link;
-    conn_ = there.dbConn;
-    table_ = there.dbTable;
     const std::int32_t idBefore = record_.id;
     record_.id = added->id;
     record_.type.clear();
     record_.date = platform::oleNow();
+    saved_ = texts;
+    conn_ = there.dbConn;
+    table_ = there.dbTable;
+    record_.link = record.link;
+    ++generation_;
+    window_.chkSort.setCaption({});
     window_.txtType.setText(added->title);
-    keepAsSaved(window_.txtType.text(), text);
-    if (conn_ == notebook_.dbConn && table_ == notebook_.dbTable) {
+    saved_.title = window_.txtType.text();
+    if (isInList()) {
         removeHeading(idBefore);
         window_.lstHeads.insert(0, {added->title, added->id});
         window_.lstHeads.select(0);
     }
-    showDetails();
-    notebook_.status.done(report);
+    showDetails(record_);
     return true;
+}
+
+UnsavedText CurrentRecord::unsavedText() const
+{
+    UnsavedText kept;
+    kept.conn = record_.id < 0 ? notebook_.dbConn : conn_;
+    kept.parent = notebook_.dbParent;
+    kept.table = record_.id < 0 ? notebook_.dbTable : table_;
+    kept.id = record_.id;
+    kept.titleBefore = saved_.title;
+    kept.textBefore = saved_.text;
+    kept.title = window_.txtType.text();
+    kept.text = window_.txtTarget().text();
+    kept.link = record_.link.empty() ? window_.chkSort.caption() : record_.link;
+    return kept;
+}
+
+// The list shows the table that the record belongs to.
+bool CurrentRecord::isInList() const
+{
+    return conn_ == notebook_.dbConn && table_ == notebook_.dbTable;
 }
 
 void CurrentRecord::renameHeading(std::int32_t id, const std::u16string& title)
@@ -139,16 +205,10 @@ void CurrentRecord::removeHeading(std::int32_t id)
     window_.lstHeads.remove(entries);
 }
 
-void CurrentRecord::keepAsSaved(const std::u16string& title, const std::u16string& text)
+void CurrentRecord::showDetails(const SnippetRecord& record)
 {
-    savedTitle_ = title;
-    savedText_ = text;
-}
-
-void CurrentRecord::showDetails()
-{
-    window_.lblDate.setText(dateText(record_.date));
-    window_.ucStatusRight.setText(record_.link);
+    window_.lblDate.setText(dateText(record.date));
+    window_.ucStatusRight.setText(record.link);
 }
 
 Notebook CurrentRecord::origin() const

@@ -2,11 +2,19 @@
 #pragma once
 
 #include "app/mainWindow.h"
+#include "app/unsavedText.h"
 #include "store/records.h"
 
 #include <cstdint>
 
 namespace vellums {
+
+// What the two boxes hold.
+struct RecordTexts {
+    std::u16string title;
+    std::u16string text;
+    bool operator==(const RecordTexts&) const = default;
+};
 
 class CurrentRecord {
 public:
@@ -15,28 +23,43 @@ public:
     // The ID; negative for a new record that is not in the table yet.
     std::int32_t id() const { return record_.id; }
 
-    // Loads a record into the boxes. False: they stay as they are, and the panel says why.
+    // Loads a record into the boxes. False: everything stays as it is, and the reason is told. What it
+    // throws (no memory) leaves everything as it is, too.
     bool load(std::int32_t id);
     // Empties the boxes; what is typed then is a new record.
     void clear();
+    // What other commands have changed in the table: the sticky stamp and the date. The texts stay.
+    void rereadStampAndDate();
 
+    RecordTexts shown() const;
     // Title or text differ from what was loaded or saved last.
     bool hasUnsavedChanges() const;
+    // Changes whenever a record is shown or saved, so that what was said about one text is not taken for
+    // another.
+    std::uint64_t generation() const { return generation_; }
 
-    // Saves what the boxes hold, where the record came from. False: nothing was saved, the boxes keep
-    // their text, and the panel says why. A new record and one that is gone from its table are added,
-    // and their heading is put into the list.
-    bool save();
+    // Saves what the boxes hold, where the record came from. A new record and one that is gone from its
+    // table are added, and their heading is put into the list.
+    enum class Saving {
+        Failed, // nothing was saved, the boxes keep their text, the reason is told
+        Saved,
+        Added,
+        AddedAgain, // the record was gone
+    };
+    Saving save();
 
-    // The list shows this title for the record.
-    void renameHeading(std::int32_t id, const std::u16string& title);
+    // What would be lost if the program ended now: for the next start.
+    UnsavedText unsavedText() const;
 
 private:
-    void showDetails();
+    void show(SnippetRecord record);
+    void showSaved() noexcept;
+    void showDetails(const SnippetRecord& record);
     void forgetResults();
+    void renameHeading(std::int32_t id, const std::u16string& title);
     void removeHeading(std::int32_t id);
-    bool add(const std::u16string& title, const std::u16string& text, const std::u16string& report);
-    void keepAsSaved(const std::u16string& title, const std::u16string& text);
+    bool add(const RecordTexts& texts);
+    bool isInList() const;
     Notebook origin() const;
 
     Notebook& notebook_;
@@ -44,8 +67,8 @@ private:
     SnippetRecord record_;
     std::u16string conn_; // where the record came from
     std::u16string table_;
-    std::u16string savedTitle_; // as the boxes held them after loading or saving
-    std::u16string savedText_;
+    RecordTexts saved_; // as the boxes held them after loading or saving
+    std::uint64_t generation_ = 0;
 };
 
 // "yyyy-mm-dd hh:nn:ss"; empty without a date.

@@ -13,6 +13,8 @@ public:
     virtual ~Dialogs() = default;
     virtual Answer askYesNo(const std::u16string& question, QuestionIcon icon = QuestionIcon::Question) = 0;
     virtual Answer askYesNoCancel(const std::u16string& question) = 0;
+    // Something that needs no answer; `good` picks the icon.
+    virtual void tell(const std::u16string& text, bool good) = 0;
     // A folder chosen by the user; empty when cancelled.
     virtual std::u16string chooseFolder(const std::u16string& prompt) = 0;
 };

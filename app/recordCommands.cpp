@@ -1,7 +1,8 @@
 #include "app/recordCommands.h"
 
+#include "app/clipboardText.h"
 #include "app/headingList.h"
-#include "platform/clipboard.h"
+#include "platform/files.h"
 #include "platform/text.h"
 #include "store/headingQuery.h"
 
@@ -15,6 +16,12 @@ constexpr std::int32_t kNoRecord = -1;
 std::u16string saveQuestion(const Notebook& notebook)
 {
     return notebook.say(u"Save changes to the current snippet?", u"是否保存当前记录所作修改?");
+}
+
+void sayAddedAgain(const Notebook& notebook)
+{
+    notebook.status.done(
+        notebook.say(u"The record no longer existed. 1 record added.", u"原记录已不存在, 已添加 1 条记录"));
 }
 
 } // namespace
@@ -35,23 +42,61 @@ void RecordCommands::start()
     moments_.listFilled.happen();
 }
 
+bool RecordCommands::isGivenUp() const
+{
+    return givenUp_ && givenUp_->generation == current_.generation() && givenUp_->texts == current_.shown();
+}
+
+// The answer counts for the text that was asked about: what came into the boxes while the question stood is
+// asked about again.
+bool RecordCommands::leave(const std::u16string& question, Buttons buttons)
+{
+    while (current_.hasUnsavedChanges()) {
+        RecordTexts asked = current_.shown();
+        const Answer answer = buttons == Buttons::YesNo ? window_.dialogs.askYesNo(question)
+                                                        : window_.dialogs.askYesNoCancel(question);
+        if (answer == Answer::Cancel)
+            return false;
+        if (answer == Answer::Yes)
+            return keep();
+        if (asked != current_.shown())
+            continue;
+        givenUp_ = {current_.generation(), std::move(asked)};
+        return true;
+    }
+    return true;
+}
+
 bool RecordCommands::leaveRecord()
 {
-    if (!current_.hasUnsavedChanges())
-        return true;
-    return window_.dialogs.askYesNo(saveQuestion(notebook_)) == Answer::No || current_.save();
+    return leave(saveQuestion(notebook_), Buttons::YesNo);
+}
+
+// A search that was interrupted comes again: it does not ask twice about the same text.
+bool RecordCommands::leaveForSearch()
+{
+    return isGivenUp() || leaveRecord();
+}
+
+// Saves before the record is left; a record that had to be added again is news even then.
+bool RecordCommands::keep()
+{
+    const CurrentRecord::Saving saving = current_.save();
+    if (saving == CurrentRecord::Saving::AddedAgain)
+        sayAddedAgain(notebook_);
+    return saving != CurrentRecord::Saving::Failed;
 }
 
 void RecordCommands::search()
 {
-    if (leaveRecord())
-        refresh();
+    if (leaveForSearch())
+        fillList(kNoRecord);
 }
 
 bool RecordCommands::searchUnless(const std::function<bool()>& userGoesOn)
 {
     bool gaveUp = false;
-    if (leaveRecord())
+    if (leaveForSearch())
         fillList(kNoRecord, [&] { return gaveUp = gaveUp || userGoesOn(); });
     return !gaveUp;
 }
@@ -74,22 +119,35 @@ void RecordCommands::refreshKeeping(std::int32_t id)
     fillList(id);
 }
 
-// Runs the query and shows the wanted record, or the first one where the list lacks it.
+// Runs the query and shows the wanted record, or the first one where the list lacks it. Text that nobody
+// was asked about stays.
 void RecordCommands::fillList(std::int32_t wanted, const std::function<bool()>& giveUp)
 {
     if (!dbQuery(notebook_, window_, searchPattern(window_.txtKey.text()), giveUp))
         return;
-    const int count = window_.lstHeads.count();
-    if (count == 0) {
+    if (current_.hasUnsavedChanges() && !isGivenUp())
+        showRecordOf(current_.id());
+    else
+        showFirst(wanted);
+    sayCount();
+}
+
+void RecordCommands::showFirst(std::int32_t wanted)
+{
+    if (window_.lstHeads.count() == 0) {
         current_.clear();
-    } else {
-        const std::vector<int> entries = entriesOf({wanted});
-        const int entry = entries.empty() ? 0 : entries.front();
-        window_.lstHeads.select(entry);
-        if (!current_.load(window_.lstHeads.datum(entry)))
-            return; // its error is the last line shown
+        return;
     }
-    notebook_.status.found(foundText(notebook_, count));
+    const std::vector<int> entries = entriesOf({wanted});
+    const int entry = entries.empty() ? 0 : entries.front();
+    window_.lstHeads.select(entry);
+    if (!current_.load(window_.lstHeads.datum(entry)))
+        showRecordOf(current_.id());
+}
+
+void RecordCommands::sayCount()
+{
+    notebook_.status.found(foundText(notebook_, window_.lstHeads.count()));
 }
 
 void RecordCommands::selectHeading()
@@ -98,17 +156,15 @@ void RecordCommands::selectHeading()
     if (entry < 0 || entry >= window_.lstHeads.count() || window_.lstHeads.datum(entry) == current_.id())
         return;
     const std::int32_t wanted = window_.lstHeads.datum(entry);
-    if (current_.hasUnsavedChanges()) {
-        const Answer answer = window_.dialogs.askYesNoCancel(saveQuestion(notebook_));
-        if (answer == Answer::Cancel || (answer == Answer::Yes && !current_.save())) {
-            showRecordOf(current_.id());
-            return;
-        }
-        if (answer == Answer::Yes) // saving a new record puts its heading into the list
-            showRecordOf(wanted);
-    }
-    if (!current_.load(wanted))
+    const bool hadResults = window_.lstInLineSrch.visible();
+    if (!leave(saveQuestion(notebook_), Buttons::YesNoCancel) || !current_.load(wanted)) {
         showRecordOf(current_.id());
+        return;
+    }
+    if (window_.lstHeads.datum(window_.lstHeads.current()) != wanted)
+        showRecordOf(wanted); // saving has changed the list
+    if (hadResults)
+        sayCount(); // the panel told of places in the text before
 }
 
 // Where the records stand in the list now, ascending.
@@ -131,20 +187,17 @@ void RecordCommands::showRecordOf(std::int32_t id)
 void RecordCommands::pasteNew()
 {
     const bool unsavedNew = current_.id() < 0 && current_.hasUnsavedChanges();
-    const bool leaves = unsavedNew
-        ? window_.dialogs.askYesNo(notebook_.say(u"Save a new snippet?", u"是否保存当前记录?")) ==
-                Answer::No ||
-            current_.save()
-        : leaveRecord();
-    if (!leaves)
+    const std::u16string question =
+        unsavedNew ? notebook_.say(u"Save a new snippet?", u"是否保存当前记录?") : saveQuestion(notebook_);
+    if (!leave(question, Buttons::YesNo))
         return;
-    const std::optional<std::u16string> text = platform::clipboardText();
-    addFromClipboard(text.value_or(u""), text && !text->empty());
+    if (const std::optional<std::u16string> text = clipboardText(notebook_))
+        addFromClipboard(*text, !text->empty());
 }
 
 void RecordCommands::capture()
 {
-    const std::optional<std::u16string> text = platform::clipboardText();
+    const std::optional<std::u16string> text = clipboardText(notebook_);
     if (text && !text->empty() && leaveRecord())
         addFromClipboard(*text, true);
 }
@@ -182,13 +235,13 @@ void RecordCommands::deleteSelected()
     const std::vector<int> selected = window_.lstHeads.selected();
     if (selected.empty())
         return;
+    std::vector<std::int32_t> ids; // before the question: entries may change places while it stands
+    for (const int entry : selected)
+        ids.push_back(window_.lstHeads.datum(entry));
     const std::u16string question =
         notebook_.say(u"Are you sure to delete selected records?    ", u"确定删除选定的记录?   ");
     if (!window_.mnu_ezdel.checked() && window_.dialogs.askYesNo(question) != Answer::Yes)
         return;
-    std::vector<std::int32_t> ids;
-    for (const int entry : selected)
-        ids.push_back(window_.lstHeads.datum(entry));
     const bool shownIsAmongThem = std::find(ids.begin(), ids.end(), current_.id()) != ids.end();
     if (!shownIsAmongThem && !leaveRecord())
         return;
@@ -222,22 +275,56 @@ bool RecordCommands::takeFromList(const std::set<std::int32_t>& ids, bool afterF
 
 void RecordCommands::save()
 {
-    current_.save();
+    switch (current_.save()) {
+    case CurrentRecord::Saving::Failed:
+        break;
+    case CurrentRecord::Saving::Saved:
+        notebook_.status.done(notebook_.say(u"1 record saved.", u"已保存 1 条记录"));
+        break;
+    case CurrentRecord::Saving::Added:
+        notebook_.status.done(notebook_.say(u"1 record added.", u"已添加 1 条记录"));
+        break;
+    case CurrentRecord::Saving::AddedAgain:
+        sayAddedAgain(notebook_);
+        break;
+    }
 }
 
 bool RecordCommands::mayClose()
 {
-    if (!current_.hasUnsavedChanges())
-        return true;
-    switch (window_.dialogs.askYesNoCancel(saveQuestion(notebook_))) {
-    case Answer::Yes:
-        return current_.save();
-    case Answer::No:
-        return true;
-    case Answer::Cancel:
-        break;
+    return leave(saveQuestion(notebook_), Buttons::YesNoCancel);
+}
+
+// Each is kept in its file until it is in the database or the user gives it up.
+void RecordCommands::offerUnsavedTexts()
+{
+    for (const std::u16string& file : unsavedTextFiles(notebook_)) {
+        const std::optional<UnsavedText> text = readUnsavedText(file);
+        if (!text) {
+            notebook_.status.failed(notebook_.say(
+                u"This file of unsaved text is damaged: " + file, u"未保存文本的文件已损坏: " + file));
+            continue;
+        }
+        const std::u16string name = text->title.empty() ? titleOf(text->text) : text->title;
+        const Answer answer = window_.dialogs.askYesNoCancel(
+            notebook_.say(u"When the last session ended, this text had not been saved:\r\n\r\n" + name +
+                    u"\r\n\r\nTake it back? (No: it is given up; Cancel: ask again at the next start.)",
+                u"上次会话结束时, 以下文本尚未保存:\r\n\r\n" + name +
+                    u"\r\n\r\n是否恢复? (否: 放弃; 取消: 下次启动时再询问)"));
+        if (answer == Answer::Cancel)
+            continue;
+        if (answer == Answer::Yes) {
+            const std::optional<TakenBack> back = takeBack(notebook_, *text);
+            if (!back)
+                continue;
+            notebook_.status.done(back->added ? notebook_.say(u"1 record added.", u"已添加 1 条记录")
+                                              : notebook_.say(u"1 record saved.", u"已保存 1 条记录"));
+            refreshKeeping(back->id);
+        }
+        if (!platform::removeFile(file))
+            notebook_.status.failed(
+                notebook_.say(u"This file cannot be removed: " + file, u"无法删除文件: " + file));
     }
-    return false;
 }
 
 } // namespace vellums

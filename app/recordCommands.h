@@ -7,6 +7,7 @@
 #include "app/moments.h"
 
 #include <functional>
+#include <optional>
 #include <set>
 
 namespace vellums {
@@ -16,6 +17,7 @@ public:
     RecordCommands(Notebook& notebook, MainWindow window, Moments& moments);
 
     CurrentRecord& current() { return current_; }
+    const CurrentRecord& current() const { return current_; }
 
     // At the end of the window's initialisation: the table's search fields, the first query.
     void start();
@@ -32,20 +34,31 @@ public:
     void deleteSelected();
     void save();
     bool mayClose(); // false: the window stays open
+    // At the program's start: texts that the end of a session had cut off.
+    void offerUnsavedTexts();
 
     // Before something replaces what is shown: asks, saves. False: stop.
     bool leaveRecord();
-    // Fills the list again without asking: after an import or a maintenance command.
+    // Fills the list again without asking: after an import or a maintenance command. Text that is not
+    // saved, typed while the command ran, stays in the boxes.
     void refresh();
     // The same, but this record stays selected and is loaded anew where the list still has it.
     void refreshKeeping(std::int32_t id);
+    // The unsaved text was asked about, and the user gave it up.
+    bool isGivenUp() const;
     // Takes records that are gone out of the list and shows the one that took the place of the first, or
     // the last. After a failure the shown record stays if it is still there. False: a record could not be
     // loaded, and the panel says why.
     bool takeFromList(const std::set<std::int32_t>& ids, bool afterFailure);
 
 private:
+    enum class Buttons { YesNo, YesNoCancel };
+    bool leave(const std::u16string& question, Buttons buttons);
+    bool leaveForSearch();
+    bool keep();
     void fillList(std::int32_t wanted, const std::function<bool()>& giveUp = {});
+    void showFirst(std::int32_t wanted);
+    void sayCount();
     void showRecordOf(std::int32_t id);
     std::vector<int> entriesOf(const std::set<std::int32_t>& ids) const;
     void addFromClipboard(const std::u16string& text, bool fromClipboard);
@@ -54,6 +67,12 @@ private:
     MainWindow window_;
     Moments& moments_;
     CurrentRecord current_;
+    // The text that the user gave up, while it is still in the boxes.
+    struct GivenUp {
+        std::uint64_t generation = 0; // of the current record
+        RecordTexts texts;
+    };
+    std::optional<GivenUp> givenUp_;
 };
 
 } // namespace vellums

@@ -145,8 +145,19 @@ void TableCommands::newTable()
         notebook_.status.done(notebook_.say(u"New table created: ", u"数据表新建成功: ") + name);
 }
 
+// Nothing is asked where there is nothing to rename or to drop.
+bool TableCommands::hasTable() const
+{
+    if (notebook_.dbTable != kNoTable)
+        return true;
+    notebook_.status.failed(notebook_.say(u"There is no table to do this with.", u"当前没有数据表"));
+    return false;
+}
+
 void TableCommands::renameTable()
 {
+    if (!hasTable())
+        return;
     const std::u16string name = menus_.frmInput.ask(nameForm(notebook_, kTableMarker));
     if (name.empty() || !records_.leaveRecord() || !vellums::renameTable(notebook_, name))
         return;
@@ -156,6 +167,8 @@ void TableCommands::renameTable()
 
 void TableCommands::dropTable()
 {
+    if (!hasTable())
+        return;
     const std::u16string table = notebook_.dbTable;
     const std::u16string question =
         notebook_.say(u"Are you sure to drop table " + table + u" from " + fileName() + u"?",

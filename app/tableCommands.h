@@ -35,6 +35,7 @@ private:
     void offerFreshTable();
     void showNothing();
     std::u16string fileName() const;
+    bool hasTable() const;
 
     Notebook& notebook_;
     MainWindow window_;

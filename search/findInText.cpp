@@ -1,10 +1,9 @@
 #include "search/findInText.h"
 
+#include "app/boxText.h"
 #include "platform/clipboard.h"
 #include "platform/text.h"
 #include "search/inlineSearch.h"
-
-#include <algorithm>
 
 namespace vellums {
 namespace {
@@ -22,8 +21,8 @@ std::u16string suggestedKeyword(const MainWindow& window)
     if (keyword.empty())
         keyword = window.txtKey.text();
     if (keyword.empty())
-        keyword = platform::clipboardText().value_or(u"");
-    keyword.resize(std::min(keyword.size(), keyword.find(u"\r\n")));
+        keyword = platform::clipboardText().text;
+    keyword.resize(firstLine(keyword).size());
     if (keyword.find(u' ') != std::u16string::npos)
         keyword = platform::replaceAll(trimmed(keyword), u" ", u".*");
     return keyword;

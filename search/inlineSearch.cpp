@@ -1,6 +1,6 @@
 #include "search/inlineSearch.h"
 
-#include "platform/clipboard.h"
+#include "app/clipboardText.h"
 #include "platform/text.h"
 #include "search/occurrences.h"
 
@@ -110,19 +110,19 @@ void hideResults(MainWindow& window)
     window.lstInLineSrch.setTag({});
 }
 
-void copyResult(const MainWindow& window)
+void copyResult(const Notebook& notebook, const MainWindow& window)
 {
     const int entry = window.lstInLineSrch.current();
     if (entry >= 0)
-        platform::setClipboardText(matchedText(window.lstInLineSrch.text(entry)));
+        copyText(notebook, matchedText(window.lstInLineSrch.text(entry)));
 }
 
-void copyAllResults(const MainWindow& window)
+void copyAllResults(const Notebook& notebook, const MainWindow& window)
 {
     std::u16string all;
     for (int i = 0; i < window.lstInLineSrch.count(); ++i)
         all += window.lstInLineSrch.text(i) + u"\r\n";
-    platform::setClipboardText(all);
+    copyText(notebook, all);
 }
 
 } // namespace vellums

@@ -18,7 +18,7 @@ void lstInLineSrchClick(MainWindow& window);
 void hideResults(MainWindow& window);
 
 // The matched text of the selected entry, or the entries as they are shown, a line each, to the clipboard.
-void copyResult(const MainWindow& window);
-void copyAllResults(const MainWindow& window);
+void copyResult(const Notebook& notebook, const MainWindow& window);
+void copyAllResults(const Notebook& notebook, const MainWindow& window);
 
 } // namespace vellums

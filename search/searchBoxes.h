@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/recordCommands.h"
+#include "search/instantSearch.h"
 
 #include <functional>
 
@@ -9,39 +10,39 @@ namespace vellums {
 
 class SearchBoxes {
 public:
-    // `instantSearch` ends in a call of searchInstantly() unless it is cancelled before.
-    SearchBoxes(Notebook& notebook, MainWindow window, RecordCommands& commands, Postponed& instantSearch);
+    SearchBoxes(
+        Notebook& notebook, MainWindow window, RecordCommands& commands, InstantSearch& instantSearch);
 
     // The search box.
     void newSearch(); // the focus, with everything selected
     void searchEnter();
     void searchEscape();
-    // The text has changed; while an input method composes, the change is not the last word.
-    void searchTextChanged();
-    void compositionStarted();
-    void compositionEnded();
-    // What has been put off by searchTextChanged(). Given up, and put off again, when `userGoesOn`, which
+    // The search that is due after letters were typed. Given up, and due again, when `userGoesOn`, which
     // is asked now and then, becomes true.
     void searchInstantly(const std::function<bool()>& userGoesOn);
 
     // The find box.
     void findEnter();
     void findEscape();
-    void findTextChanged();
+    void findInline();
+    void findPrevious();
+    void findNext();
+
+    // The list of places found.
+    void selectResult(); // the entry that was clicked
+    void copyResult();
+    void copyAllResults();
 
     // Search options.
     void toggleSortOnTitle();
     void toggleInstantSearch();
+    void toggleSearchField(std::size_t index); // the next query uses it
 
 private:
-    bool searchesWhileTyping() const;
-    void postponeSearch();
-
     Notebook& notebook_;
     MainWindow window_;
     RecordCommands& commands_;
-    Postponed& instantSearch_;
-    bool composing_ = false;
+    InstantSearch& instantSearch_;
 };
 
 } // namespace vellums

@@ -1,7 +1,8 @@
 #include "search/textCommands.h"
 
+#include "app/boxText.h"
+#include "app/clipboardText.h"
 #include "io/textCleanup.h"
-#include "platform/clipboard.h"
 #include "platform/clock.h"
 #include "platform/letterCase.h"
 #include "platform/text.h"
@@ -99,7 +100,8 @@ void TextCommands::copy()
 
 void TextCommands::paste()
 {
-    target().paste();
+    if (const std::optional<std::u16string> text = clipboardText(notebook_); text && !text->empty())
+        target().replaceSelection(*text);
 }
 
 void TextCommands::pasteAndGo()
@@ -139,12 +141,14 @@ void TextCommands::reset()
 
 void TextCommands::copyAll()
 {
-    platform::setClipboardText(window_.txtTarget().text());
+    copyText(notebook_, window_.txtTarget().text());
 }
 
-// The new text is selected as the old one was.
-void TextCommands::replaceSelected(const std::u16string& text)
+// The new text is selected as the old one was. It is brought to the form of the box first, so that its
+// length is that of what the box holds then.
+void TextCommands::replaceSelected(const std::u16string& changed)
 {
+    const std::u16string text = boxText(changed);
     TextBox& box = window_.txtTarget();
     const std::size_t start = box.selection().start;
     box.replaceSelection(text);
@@ -154,13 +158,13 @@ void TextCommands::replaceSelected(const std::u16string& text)
 void TextCommands::joinLines()
 {
     if (!window_.txtTarget().selection().empty())
-        replaceSelected(joined(window_.txtTarget().selectedText()));
+        replaceSelected(joined(boxText(window_.txtTarget().selectedText())));
 }
 
 void TextCommands::compressLines()
 {
     if (!window_.txtTarget().selection().empty())
-        replaceSelected(compressed(window_.txtTarget().selectedText()));
+        replaceSelected(compressed(boxText(window_.txtTarget().selectedText())));
 }
 
 void TextCommands::insertDate()

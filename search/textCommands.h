@@ -43,7 +43,7 @@ public:
 
 private:
     TextBox& target();
-    void replaceSelected(const std::u16string& text);
+    void replaceSelected(const std::u16string& changed);
 
     Notebook& notebook_;
     MainWindow window_;

@@ -4,10 +4,14 @@
 
 namespace vellums {
 
+// What fails for the same reason one level higher is the same failure with a name before it.
 void Outcome::failed(const std::u16string& line)
 {
-    if (failures_++ == 0)
+    const bool sameReason = failures_ == 1 && line.size() > failure_.size() && line.ends_with(failure_);
+    if (failures_ == 0 || sameReason)
         failure_ = line;
+    if (!sameReason)
+        ++failures_;
 }
 
 std::u16string Outcome::line(bool chinese) const

@@ -1,32 +1,12 @@
 #include "ui/editBox.h"
 
+#include "app/boxText.h"
 #include "ui/wide.h"
 #include "ui/windowText.h"
 
-#include <algorithm>
+#include <new>
 
 namespace vellums::ui {
-namespace {
-
-// A box shows lines that end in CR LF, and a U+0000 would end its text: what lies behind would be lost
-// with the next save.
-std::u16string showable(std::u16string_view text)
-{
-    std::u16string result;
-    result.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char16_t c = text[i];
-        if (c == u'\n' && (i == 0 || text[i - 1] != u'\r'))
-            result += u'\r';
-        result += c == u'\0' ? u' ' : c;
-        if (c == u'\r' && (i + 1 == text.size() || text[i + 1] != u'\n'))
-            result += u'\n';
-    }
-    return result;
-}
-
-} // namespace
-
 void EditBox::create(HWND parent, int id, Kind kind)
 {
     DWORD style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_BORDER | ES_NOHIDESEL;
@@ -48,7 +28,14 @@ std::u16string EditBox::text() const
 
 void EditBox::setText(std::u16string_view text)
 {
-    setWindowText(hwnd_, showable(text));
+    // A box that cannot take the text would show an empty one, and the next save would store that.
+    if (!setWindowText(hwnd_, boxText(text)))
+        throw std::bad_alloc();
+}
+
+bool EditBox::isOneLine() const
+{
+    return (GetWindowLongPtrW(hwnd_, GWL_STYLE) & ES_MULTILINE) == 0;
 }
 
 void EditBox::focus()
@@ -71,7 +58,8 @@ void EditBox::select(TextRange range)
 
 void EditBox::replaceSelection(std::u16string_view text)
 {
-    SendMessageW(hwnd_, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(wide(showable(text))));
+    const std::u16string put = boxText(isOneLine() ? firstLine(text) : text);
+    SendMessageW(hwnd_, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(wide(put)));
 }
 
 void EditBox::scrollToCaret()
@@ -92,11 +80,6 @@ void EditBox::cut()
 void EditBox::copy()
 {
     SendMessageW(hwnd_, WM_COPY, 0, 0);
-}
-
-void EditBox::paste()
-{
-    SendMessageW(hwnd_, WM_PASTE, 0, 0);
 }
 
 } // namespace vellums::ui

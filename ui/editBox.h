@@ -25,9 +25,10 @@ public:
     void undo() override;
     void cut() override;
     void copy() override;
-    void paste() override;
 
 private:
+    bool isOneLine() const;
+
     HWND hwnd_ = nullptr;
 };
 

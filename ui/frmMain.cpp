@@ -1,8 +1,8 @@
 #include "ui/frmMain.h"
 
 #include "platform/events.h"
-#include "search/inlineSearch.h"
 #include "search/searchFields.h"
+#include "ui/border.h"
 #include "ui/ids.h"
 #include "ui/modMouseWheel.h"
 #include "ui/modSetIcon.h"
@@ -20,12 +20,6 @@ constexpr int kSmallestHeightTwips = 4800;
 constexpr int kWidthTwips = 14400;
 constexpr int kHeightTwips = 9600;
 
-// A click in a list is treated once the list is done with the mouse: a question may follow.
-constexpr UINT kHeadingSelected = WM_APP + 1;
-constexpr UINT kResultSelected = WM_APP + 2;
-
-// Loading the service that names controls takes a good part of the start: the window is there first.
-constexpr UINT kNameControls = WM_APP + 3;
 constexpr UINT_PTR kInstantSearch = 1; // a timer
 
 void registerClass()
@@ -43,7 +37,7 @@ void registerClass()
 
 } // namespace
 
-frmMain::frmMain(Notebook& notebook)
+frmMain::frmMain(Notebook& notebook, Outcome& outcome)
     : notebook_(notebook)
     , ports_{.caption = caption_,
           .txtKey = txtKey_,
@@ -59,9 +53,13 @@ frmMain::frmMain(Notebook& notebook)
           .mnu_ezdel = mnu_ezdel_,
           .mnu_InstantSrch = mnu_InstantSrch_,
           .mnu_AvailFields = mnu_AvailFields_,
-          .ucStatusRight = ucStatusRight_,
+          .ucStatusRight = work_.link(),
           .progress = work_,
           .dialogs = dialogs_}
+    , instantSearch_(ports_, pause_, [this] { return hasUnsavedText(); })
+    , gate_(notebook, outcome,
+          {[this](const std::u16string& line) { ucStatusLeft_.setCaption(line); },
+              [this] { PostMessageW(hwnd_, kServeGate, 0, 0); }})
 {
 }
 
@@ -88,26 +86,32 @@ void frmMain::open(const Opening& opening, int showCommand)
     dialogs_.setOwner(window);
     input_.setOwner(window);
     accelerators_ = buildAccelerators();
-    instantSearch_.attach(window, kInstantSearch);
+    pause_.attach(window, kInstantSearch);
     createControls();
+    border::tellIn(ucStatusLeft_.hwnd(), notebook_.chinese);
     prepareMenus();
-    modMouseWheel::hook(window, [this](int index) { display_->clickmnusizes(index); });
+    modMouseWheel::hook(
+        window, [this](int index) { gate_.run([&](const Turn&) { display_->clickmnusizes(index); }); });
     SetWindowPos(window, nullptr, 0, 0, pixels(kWidthTwips), pixels(kHeightTwips), SWP_NOMOVE | SWP_NOZORDER);
     keepOnScreen(window);
 
-    commands_ = std::make_unique<RecordCommands>(notebook_, ports_, moments_);
-    tables_ = std::make_unique<TableCommands>(
-        notebook_, ports_, *commands_, TableMenus{mnu_availdb_, mnu_switchto_, input_});
-    list_ =
-        std::make_unique<ListCommands>(notebook_, ports_, *commands_, ListMenus{mnu_avtables_, mnu_moverec_});
-    boxes_ = std::make_unique<SearchBoxes>(notebook_, ports_, *commands_, instantSearch_);
-    textCommands_ = std::make_unique<TextCommands>(notebook_, ports_, *boxes_, mnu_switchCase_);
+    work_.attach(window, notebook_.chinese, ucStatusRight_, [this] { treatMessagesDuringWork(); });
+    work_.Running = [this](bool runs) { lockBoxes(runs); };
+    platform::setEventYield([this] {
+        if (work_.isRunning())
+            treatMessagesDuringWork();
+    });
+    commands_.make(notebook_, ports_, moments_,
+        CommandMenus{.tables = {mnu_availdb_, mnu_switchto_, input_},
+            .list = {mnu_avtables_, mnu_moverec_},
+            .mnu_switchCase = mnu_switchCase_,
+            .mnu_RegExChar = mnu_RegExChar_},
+        instantSearch_, static_cast<WindowView&>(*this));
     moments_.tableOpened.add([this] { rebuildSearchFields(notebook_, ports_); });
-    const std::u16string startReport = ucStatusLeft_.Caption();
-    commands_->start();
-    tables_->rebuildMenu();
-    if (!startReport.empty()) // what start-up had to say matters more than the count
-        ucStatusLeft_.setCaption(startReport);
+    gate_.run([this](const Turn& turn) {
+        commands_(turn).records.start();
+        commands_(turn).tables.rebuildMenu();
+    });
     if (opening.firstStart)
         ucStatusRight_.setCaption(notebook_.say(u"Type or paste a text, then press Ctrl+S to keep it.",
             u"请输入或粘贴文本, 然后按 Ctrl+S 保存。"));
@@ -115,8 +119,8 @@ void frmMain::open(const Opening& opening, int showCommand)
     UpdateWindow(window);
     PostMessageW(window, kNameControls, 0, 0);
     SetFocus(lstHeads_.count() > 0 ? lstHeads_.hwnd() : text_.hwnd());
-    if (!opening.paths.empty())
-        importPaths(opening.paths);
+    start_ = opening.start;
+    PostMessageW(window, kStart, 0, 0);
 }
 
 bool frmMain::translate(MSG& message)
@@ -130,7 +134,7 @@ bool frmMain::translate(MSG& message)
 LRESULT CALLBACK frmMain::windowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
     auto* form = reinterpret_cast<frmMain*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-    return form->onMessage(message, wParam, lParam);
+    return border::guarded<LRESULT>(0, [&] { return form->onMessage(message, wParam, lParam); });
 }
 
 LRESULT frmMain::onMessage(UINT message, WPARAM wParam, LPARAM lParam)
@@ -150,6 +154,7 @@ LRESULT frmMain::onMessage(UINT message, WPARAM wParam, LPARAM lParam)
         return 0;
     case WM_CTLCOLOREDIT:
     case WM_CTLCOLORLISTBOX:
+    case WM_CTLCOLORSTATIC: // of a box that is locked
         if (const HBRUSH brush = colourControl(reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam));
             brush != nullptr)
             return reinterpret_cast<LRESULT>(brush);
@@ -164,18 +169,33 @@ LRESULT frmMain::onMessage(UINT message, WPARAM wParam, LPARAM lParam)
             return 0;
         break;
     case kHeadingSelected:
-        if (!importing_)
-            commands_->selectHeading();
+        gate_.runOrWait(
+            Waiting::Heading, [this](const Turn& turn) { commands_(turn).records.selectHeading(); });
         return 0;
     case kNameControls:
         nameControls();
         return 0;
     case kResultSelected:
-        if (!importing_)
-            lstInLineSrchClick(ports_);
+        gate_.run([this](const Turn& turn) { commands_(turn).boxes.selectResult(); });
+        return 0;
+    case kServeGate:
+        gate_.serve();
+        return 0;
+    case kStart:
+        gate_.run([this](const Turn& turn) { carryOutStart(turn, start_); });
         return 0;
     case WM_TIMER:
-        onPause();
+        searchDue();
+        return 0;
+    case WM_KEYDOWN: // posted by another process; the user's own goes to a control
+        if (wParam == VK_F5)
+            handOver();
+        return 0;
+    case WM_ENTERMENULOOP:
+        gate_.hold();
+        return 0;
+    case WM_EXITMENULOOP:
+        gate_.release();
         return 0;
     case WM_MEASUREITEM:
         lstInLineSrch_.measure(*reinterpret_cast<MEASUREITEMSTRUCT*>(lParam));
@@ -198,14 +218,17 @@ LRESULT frmMain::onMessage(UINT message, WPARAM wParam, LPARAM lParam)
         SetFocus(focusBefore_ != nullptr && IsChild(hwnd_, focusBefore_) ? focusBefore_ : lstHeads_.hwnd());
         return 0;
     case WM_CLOSE:
-        if (importing_)
-            closing_ = true;
-        else if (commands_->mayClose())
-            DestroyWindow(hwnd_);
+        close();
         return 0;
     case WM_QUERYENDSESSION: // the last chance to ask about unsaved text
-        return commands_->mayClose() ? TRUE : FALSE;
+        return sessionMayEnd() ? TRUE : FALSE;
+    case WM_ENDSESSION:
+        sessionEnds(wParam != FALSE);
+        return 0;
     case WM_DESTROY:
+        gate_.shut();
+        platform::setEventYield({});
+        border::tellIn(nullptr, false);
         modMouseWheel::unhook(hwnd_);
         txtInlineTip_.destroy();
         PostQuitMessage(0);
@@ -216,57 +239,8 @@ LRESULT frmMain::onMessage(UINT message, WPARAM wParam, LPARAM lParam)
     return DefWindowProcW(hwnd_, message, wParam, lParam);
 }
 
-bool frmMain::onCommand(int id, int notification)
-{
-    switch (id) {
-    case ID_lstHeads:
-        if (notification == LBN_SELCHANGE)
-            PostMessageW(hwnd_, kHeadingSelected, 0, 0);
-        return true;
-    case ID_lstFontNames:
-    case ID_lstFontSizes:
-        if (notification == LBN_SELCHANGE)
-            display_->onListSelection(id);
-        return true;
-    case ID_chkSort:
-        if (notification == BN_CLICKED && !importing_)
-            commands_->search();
-        return true;
-    case ID_lblDate:
-        if (notification == STN_DBLCLK)
-            copyDate();
-        return true;
-    case ID_lstInLineSrch:
-        if (notification == LBN_SELCHANGE)
-            PostMessageW(hwnd_, kResultSelected, 0, 0);
-        return true;
-    case ID_txtKey:
-    case ID_txtInline:
-    case ID_txtType:
-    case ID_txtShowWrap:
-    case ID_txtShowNoWrap:
-        onBoxNotification(id, notification);
-        return true;
-    default:
-        return onMenuCommand(id);
-    }
-}
-
 int runWindow(frmMain& window)
 {
-    platform::setEventYield([&window] {
-        MSG message{};
-        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-            if (message.message == WM_QUIT) { // the loop below ends by it
-                PostQuitMessage(static_cast<int>(message.wParam));
-                return;
-            }
-            if (!window.translate(message)) {
-                TranslateMessage(&message);
-                DispatchMessageW(&message);
-            }
-        }
-    });
     MSG message{};
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
         if (!window.translate(message)) {
@@ -274,7 +248,6 @@ int runWindow(frmMain& window)
             DispatchMessageW(&message);
         }
     }
-    platform::setEventYield({});
     return static_cast<int>(message.wParam);
 }
 

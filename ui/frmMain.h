@@ -1,14 +1,13 @@
-// The main window. It shows what it is told, and passes clicks and keys on to the commands; no rule of
-// the notebook lives here.
+// The main window. It shows what it is told, and passes clicks and keys on to the commands, through the
+// gate; no rule of the notebook lives here.
 #pragma once
 
-#include "app/listCommands.h"
+#include "app/commandLine.h"
+#include "app/gate.h"
 #include "app/mainWindow.h"
-#include "app/recordCommands.h"
-#include "app/tableCommands.h"
-#include "search/searchBoxes.h"
-#include "search/textCommands.h"
+#include "search/instantSearch.h"
 #include "ui/checkItems.h"
+#include "ui/commands.h"
 #include "ui/displaySettings.h"
 #include "ui/editBox.h"
 #include "ui/fraSplitter.h"
@@ -20,9 +19,11 @@
 #include "ui/pauseTimer.h"
 #include "ui/recordText.h"
 #include "ui/resultsList.h"
+#include "ui/shutdownBlock.h"
 #include "ui/tooltip.h"
 #include "ui/ucStatus.h"
 #include "ui/windowLabel.h"
+#include "ui/windowProgress.h"
 
 #include <memory>
 #include <optional>
@@ -31,44 +32,32 @@
 
 namespace vellums::ui {
 
+// Messages that the window posts to itself.
+//
+// A click in a list is treated once the list is done with the mouse: a question may follow.
+inline constexpr UINT kHeadingSelected = WM_APP + 1;
+inline constexpr UINT kResultSelected = WM_APP + 2;
+// Loading the service that names controls takes a good part of the start: the window is there first.
+inline constexpr UINT kNameControls = WM_APP + 3;
+inline constexpr UINT kServeGate = WM_APP + 4; // what waited gets its turn
+inline constexpr UINT kStart = WM_APP + 5;     // what the program was started with
+
 // What the window was started with.
 struct Opening {
-    std::vector<std::u16string> paths; // imported once the window is shown
-    bool firstStart = false;           // the database is new: greet
+    Start start;             // carried out once the window is shown
+    bool firstStart = false; // the database is new: greet
 };
 
-// Shows each line at once in a panel, once the window is there.
-struct PanelLine : StatusLine {
-    ucStatus* panel = nullptr;
-    void failed(const std::u16string& line) override { show(line); }
-    void done(const std::u16string& line) override { show(line); }
-    void found(const std::u16string& line) override { show(line); }
-    void show(const std::u16string& line) const
-    {
-        if (panel != nullptr)
-            panel->setCaption(line);
-    }
-};
-
-// Work that nobody sees yet.
-struct UnseenWork : Progress {
-    void begin(std::u16string_view) override { }
-    bool step(std::size_t, std::size_t) override { return true; }
-    void end() noexcept override { }
-};
-
-class frmMain {
+class frmMain : private WindowView {
 public:
-    // `notebook` outlives the window; start-up has prepared it when open() is called.
-    explicit frmMain(Notebook& notebook);
+    // Both outlive the window; start-up has prepared the notebook when open() is called. `outcome` is what
+    // the notebook's routines tell, that of start-up included.
+    frmMain(Notebook& notebook, Outcome& outcome);
     frmMain(const frmMain&) = delete;
     frmMain& operator=(const frmMain&) = delete;
-    ~frmMain();
+    ~frmMain() override;
 
-    // The panel, for reports from before the window is shown.
-    ucStatus& statusPanel() { return ucStatusLeft_; }
-
-    // Creates and shows the window, fills the list, and imports what it was opened with.
+    // Creates and shows the window, fills the list, and carries out what it was started with.
     void open(const Opening& opening, int showCommand);
     HWND hwnd() const { return hwnd_; }
 
@@ -92,7 +81,10 @@ private:
     std::u16string resultsName() const;
     static LRESULT CALLBACK controlProc(
         HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR self);
+    std::optional<LRESULT> onControlMessage(HWND control, UINT message, WPARAM wParam, LPARAM lParam);
+    LRESULT keysWanted(HWND control, LRESULT own, const MSG* key) const;
     bool onControlKey(HWND control, WPARAM key);
+    void carryOutBoxKey(const Turn& turn, PopUpTarget box, bool enter);
     bool onControlKeyUp(HWND control, WPARAM key);
     bool isHeldReturn(HWND control, WPARAM key, LPARAM keyData) const;
     bool onControlMouse(HWND control, UINT message);
@@ -111,46 +103,62 @@ private:
     // frmMainMenus.cpp
     void prepareMenus();
     bool onCommand(int id, int notification);
-    bool onMenuCommand(int id);
-    bool onViewCommand(int id);
-    bool onRecordCommand(int id);
-    bool onTableCommand(int id);
-    bool onArrayCommand(int id);
+    bool perform(int id);
+    bool carryOut(const Turn& turn, int id);
     void onContextMenu(HWND control, POINT screen);
+    void showHeadsMenu(const Turn& turn, POINT screen);
+    void showResultsMenu(const Turn& turn, POINT screen);
     void selectUnderPoint(HWND list, POINT screen) const;
-    int popUp(HMENU menu, POINT screen);
-    void popUpUnder(HWND label, HMENU menu);
+    int popUp(const Turn& turn, HMENU menu, POINT screen);
+    void popUpUnder(const Turn& turn, HWND label, HMENU menu);
+    void popUpForSearch(const Turn& turn);
     void onMenuSelect(UINT id, UINT flags);
-    void toggleWrap();
-    void toggleOnTop();
     void onSourceChanged();
     void showSourceMenu(int x, int y);
     void copyDate();
 
+    // What the commands change of the window.
+    void toggleWrap() override;
+    void toggleList() override { showList(!listShown_); }
+    void toggleEasyDelete() override { mnu_ezdel_.setChecked(!mnu_ezdel_.checked()); }
+    void toggleOnTop() override;
+    void smallerText() override { display_->clickmnusizes(0); }
+    void resetDisplay() override { display_->clickmnusizes(1); }
+    void largerText() override { display_->clickmnusizes(2); }
+    void chooseSize(std::size_t index) override;
+    void chooseFont(std::size_t index) override { display_->chooseFont(static_cast<int>(index)); }
+    void quit() override { PostMessageW(hwnd_, WM_CLOSE, 0, 0); }
+
     // frmMainText.cpp
     void prepareTextMenus();
-    bool onTextCommand(int id);
-    bool onPopUpCommand(int id);
     void onBoxNotification(int id, int notification);
     std::optional<PopUpTarget> boxOf(HWND control) const;
-    void showTextMenu(HWND control, POINT screen);
-    void showResultsMenu(POINT screen);
-    void enableTextMenu(HWND control);
-    void onPause();
+    void showTextMenu(const Turn& turn, HWND control, POINT screen);
+    void enableTextMenu(Commands& commands, HWND control);
+    void pasteInto(HWND box);
+    void searchDue();
 
-    // frmMainImport.cpp
-    void importFolder();
-    void importPaths(const std::vector<std::u16string>& paths);
-    void refreshKeeping(const std::u16string& report);
-    void removeDuplicates();
-    void compactData();
+    // frmMainSession.cpp
+    void carryOutStart(const Turn& turn, const Start& start);
+    void handOver();
+    void close();
+    bool sessionMayEnd();
+    void sessionEnds(bool ends);
+    bool hasUnsavedText() const;
+
+    // frmMainWork.cpp
+    void treatMessagesDuringWork();
+    bool isTreatedDuringWork(const MSG& message);
+    void lockBoxes(bool locked);
 
     Notebook& notebook_;
     HWND hwnd_ = nullptr;
+    Start start_;
     Scale scale_;
     HWND focusBefore_ = nullptr; // the control that had the focus when the window lost it
-    bool importing_ = false;     // commands wait meanwhile
-    bool closing_ = false;       // closed during an import, which ends first
+    bool closing_ = false;       // the question before closing stands
+    std::optional<ShutdownBlock> shutdownBlock_;
+    bool endAgreed_ = false; // the user has answered what becomes of the text when the session ends
     OwnedFont font_;
     OwnedBrush focusBrush_;
     OwnedAccelerators accelerators_;
@@ -189,18 +197,17 @@ private:
     ButtonCheck chkSort_;
     ucStatus ucStatusLeft_;
     ucStatus ucStatusRight_;
-    UnseenWork work_;
+    WindowProgress work_;
     MessageDialogs dialogs_;
     frmInput input_;
     MainWindow ports_;
     Moments moments_;
-    std::unique_ptr<RecordCommands> commands_;
-    std::unique_ptr<TableCommands> tables_;
-    std::unique_ptr<ListCommands> list_;
-    PauseTimer instantSearch_;
-    std::unique_ptr<SearchBoxes> boxes_;
-    std::unique_ptr<TextCommands> textCommands_;
-    bool returnIsHeld_ = false; // since it was a command of a box
+    PauseTimer pause_;
+    InstantSearch instantSearch_;
+    Gate gate_;
+    Gated<Commands> commands_;
+    PopUpTarget target_ = PopUpTarget::RecordText; // the box that has, or had last, the focus
+    bool returnIsHeld_ = false;                    // since it was a command of a box
 };
 
 // Treats the messages of this thread until the window is closed; gives the exit status.

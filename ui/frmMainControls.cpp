@@ -1,8 +1,9 @@
 // The controls of the main window and the keys that they take for themselves.
 #include "ui/frmMain.h"
 
-#include "platform/clipboard.h"
+#include "app/clipboardText.h"
 #include "ui/accessibleNames.h"
+#include "ui/border.h"
 #include "ui/ids.h"
 #include "ui/modBorderColor.h"
 #include "ui/systemLook.h"
@@ -163,28 +164,38 @@ HBRUSH frmMain::colourControl(HDC dc, HWND control)
 // Enter, Esc and Del where they are commands; the boxes' own use of all other keys stays.
 bool frmMain::onControlKey(HWND control, WPARAM key)
 {
-    const std::optional<PopUpTarget> box = boxOf(control);
-    const bool deletes = control == lstHeads_.hwnd() && key == VK_DELETE;
-    const bool endsLine = box && box != PopUpTarget::RecordText && (key == VK_RETURN || key == VK_ESCAPE);
-    if (!deletes && !endsLine)
-        return false;
-    if (importing_) // commands wait until the import is done
-        return true;
-    if (deletes) {
-        commands_->deleteSelected();
+    if (control == lstHeads_.hwnd() && key == VK_DELETE) {
+        gate_.run([this](const Turn& turn) { commands_(turn).records.deleteSelected(); });
         return true;
     }
-    const bool enter = key == VK_RETURN;
-    if (box == PopUpTarget::Search)
-        enter ? boxes_->searchEnter() : boxes_->searchEscape();
-    else if (box == PopUpTarget::Find)
-        enter ? boxes_->findEnter() : boxes_->findEscape();
-    else if (box == PopUpTarget::Title && enter)
-        text_.focus();
-    else
+    const std::optional<PopUpTarget> box = boxOf(control);
+    if (!box || (key != VK_RETURN && key != VK_ESCAPE))
         return false;
-    returnIsHeld_ = enter;
+    if (box == PopUpTarget::RecordText && key == VK_RETURN)
+        return false;
+    returnIsHeld_ = key == VK_RETURN;
+    gate_.run([&](const Turn& turn) { carryOutBoxKey(turn, *box, key == VK_RETURN); });
     return true;
+}
+
+// What Enter (else Esc) means in a box.
+void frmMain::carryOutBoxKey(const Turn& turn, PopUpTarget box, bool enter)
+{
+    SearchBoxes& boxes = commands_(turn).boxes;
+    switch (box) {
+    case PopUpTarget::Search:
+        enter ? boxes.searchEnter() : boxes.searchEscape();
+        break;
+    case PopUpTarget::Find:
+        enter ? boxes.findEnter() : boxes.findEscape();
+        break;
+    case PopUpTarget::Title:
+        enter ? text_.focus() : txtKey_.focus();
+        break;
+    case PopUpTarget::RecordText:
+        txtKey_.focus();
+        break;
+    }
 }
 
 // Ctrl+/ opens the menu under the label of the box.
@@ -212,76 +223,107 @@ bool frmMain::isHeldReturn(HWND control, WPARAM key, LPARAM keyData) const
 // Menus under the labels.
 bool frmMain::onControlMouse(HWND control, UINT message)
 {
-    if (control == lblRemarks_[0].hwnd())
-        popUpUnder(control, menus_->popUpOf(message == WM_LBUTTONUP ? ID_mnu_switchto : ID_mnu_soPopUp));
-    else if (control == lblRemarks_[1].hwnd() && message == WM_LBUTTONUP)
-        popUpUnder(control, menus_->popUpOf(ID_mnu_rePopUp));
-    else
+    const HWND search = lblRemarks_[0].hwnd();
+    const HWND find = lblRemarks_[1].hwnd();
+    if (control != search && (control != find || message != WM_LBUTTONUP))
         return false;
+    gate_.run([&](const Turn& turn) {
+        if (control == find)
+            popUpUnder(turn, find, menus_->popUpOf(ID_mnu_rePopUp));
+        else if (message == WM_LBUTTONUP)
+            popUpForSearch(turn);
+        else
+            popUpUnder(turn, search, menus_->popUpOf(ID_mnu_soPopUp));
+    });
     return true;
+}
+
+// Which keys the dialog keys of the window leave to a control. A box of several lines would keep Tab and
+// Esc for itself, and close its window on Esc.
+LRESULT frmMain::keysWanted(HWND control, LRESULT own, const MSG* key) const
+{
+    if (!boxOf(control))
+        return own;
+    const WPARAM pressed = key == nullptr ? 0 : key->wParam;
+    if (pressed == VK_ESCAPE || (pressed == VK_RETURN && !text_.holds(control)))
+        return own | DLGC_WANTALLKEYS;
+    if (!text_.holds(control))
+        return own;
+    // Entering the box does not select its whole text. Ctrl+Tab writes a tab.
+    own &= ~static_cast<LRESULT>(DLGC_HASSETSEL);
+    if (pressed == VK_TAB && GetKeyState(VK_CONTROL) >= 0)
+        own &= ~static_cast<LRESULT>(DLGC_WANTALLKEYS | DLGC_WANTTAB | DLGC_WANTMESSAGE);
+    return own;
 }
 
 LRESULT CALLBACK frmMain::controlProc(
     HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR self)
 {
     auto* form = reinterpret_cast<frmMain*>(self);
+    if (message == WM_NCDESTROY)
+        RemoveWindowSubclass(window, controlProc, id);
+    const std::optional<LRESULT> answer = border::guarded<std::optional<LRESULT>>(
+        0, [&] { return form->onControlMessage(window, message, wParam, lParam); });
+    return answer ? *answer : DefSubclassProc(window, message, wParam, lParam);
+}
+
+// What the window treats in place of a control; nothing: the control does.
+std::optional<LRESULT> frmMain::onControlMessage(HWND control, UINT message, WPARAM wParam, LPARAM lParam)
+{
     switch (message) {
-    case WM_GETDLGCODE: {
-        const auto* key = reinterpret_cast<const MSG*>(lParam);
-        const bool oneLine = form->boxOf(window) && !form->text_.holds(window);
-        if (oneLine && key != nullptr && (key->wParam == VK_RETURN || key->wParam == VK_ESCAPE))
-            return DefSubclassProc(window, message, wParam, lParam) | DLGC_WANTALLKEYS;
-        if (form->text_.holds(window)) // entering the box does not select its whole text
-            return DefSubclassProc(window, message, wParam, lParam) & ~static_cast<LRESULT>(DLGC_HASSETSEL);
-        break;
-    }
+    case WM_GETDLGCODE:
+        return keysWanted(
+            control, DefSubclassProc(control, message, wParam, lParam), reinterpret_cast<const MSG*>(lParam));
     case WM_LBUTTONUP:
     case WM_RBUTTONUP:
-        if (form->onControlMouse(window, message))
+        if (onControlMouse(control, message))
             return 0;
         break;
     case WM_CONTEXTMENU:
-        if (form->boxOf(window)) {
-            form->showTextMenu(window, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
-            return 0;
-        }
-        break;
+        if (!boxOf(control))
+            break;
+        gate_.run([&](const Turn& turn) {
+            showTextMenu(turn, control, {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+        });
+        return 0;
+    case WM_PASTE:
+        if (!boxOf(control))
+            break;
+        pasteInto(control);
+        return 0;
     case WM_KEYUP:
-        if (form->onControlKeyUp(window, wParam))
+        if (onControlKeyUp(control, wParam))
             return 0;
         break;
     case WM_KEYDOWN:
-        if (form->isHeldReturn(window, wParam, lParam) || form->onControlKey(window, wParam))
+        if (isHeldReturn(control, wParam, lParam) || onControlKey(control, wParam))
             return 0;
         break;
     case WM_CHAR: // the keys above were treated already; the box would beep or type them
-        if (form->isHeldReturn(window, wParam, lParam))
+        if (isHeldReturn(control, wParam, lParam))
             return 0;
-        if ((wParam == VK_RETURN || wParam == VK_ESCAPE) && !form->text_.holds(window))
+        if (wParam == VK_ESCAPE || (wParam == VK_RETURN && !text_.holds(control)))
             return 0;
         break;
     case WM_IME_STARTCOMPOSITION:
-        if (window == form->txtKey_.hwnd())
-            form->boxes_->compositionStarted();
+        if (control == txtKey_.hwnd())
+            instantSearch_.compositionStarted();
         break;
     case WM_IME_ENDCOMPOSITION: {
-        const LRESULT result = DefSubclassProc(window, message, wParam, lParam);
-        if (window == form->txtKey_.hwnd())
-            form->boxes_->compositionEnded();
+        const LRESULT result = DefSubclassProc(control, message, wParam, lParam);
+        if (control == txtKey_.hwnd())
+            instantSearch_.compositionEnded();
         return result;
     }
-    case WM_NCDESTROY:
-        RemoveWindowSubclass(window, controlProc, id);
-        break;
     }
-    return DefSubclassProc(window, message, wParam, lParam);
+    return std::nullopt;
 }
 
 void frmMain::copyDate()
 {
     const std::u16string date = lblDate_.text();
     if (!date.empty())
-        platform::setClipboardText(date);
+        gate_.run([&](const Turn&) { copyText(notebook_, date); });
 }
 
 } // namespace vellums::ui

@@ -3,8 +3,8 @@
 
 #include "app/settings.h"
 #include "platform/files.h"
-#include "search/searchFields.h"
 #include "ui/ids.h"
+#include "ui/menuKeyWatch.h"
 #include "ui/menuTable.h"
 #include "ui/modLstRclick.h"
 #include "ui/wide.h"
@@ -35,145 +35,98 @@ void frmMain::prepareMenus()
         getPrefValue(notebook_.settingsFile, kOptionsSection, u"obTitle", u"") == u"1");
 }
 
-bool frmMain::onMenuCommand(int id)
-{
-    if (importing_ && id != ID_mnu_quit) // commands wait until the import is done
-        return true;
-    return onViewCommand(id) || onRecordCommand(id) || onTableCommand(id) || onTextCommand(id) ||
-        onPopUpCommand(id) || onArrayCommand(id);
-}
-
-bool frmMain::onViewCommand(int id)
+bool frmMain::onCommand(int id, int notification)
 {
     switch (id) {
-    case ID_mnu_chkwrap:
-    case ID_mnu_top + 8:
-        toggleWrap();
+    case ID_lstHeads:
+        if (notification == LBN_SELCHANGE)
+            PostMessageW(hwnd_, kHeadingSelected, 0, 0);
         return true;
-    case ID_mnu_hidelst:
-    case ID_mnu_top + 9:
-        showList(!listShown_);
+    case ID_lstInLineSrch:
+        if (notification == LBN_SELCHANGE)
+            PostMessageW(hwnd_, kResultSelected, 0, 0);
         return true;
-    case ID_mnu_ezdel:
-        mnu_ezdel_.setChecked(!mnu_ezdel_.checked());
+    case ID_lstFontNames:
+    case ID_lstFontSizes:
+        if (notification == LBN_SELCHANGE)
+            gate_.run([&](const Turn&) { display_->onListSelection(id); });
         return true;
-    case ID_mnu_ontop:
-        toggleOnTop();
+    case ID_lblDate:
+        if (notification == STN_DBLCLK)
+            copyDate();
         return true;
-    case ID_mnu_quit:
-        PostMessageW(hwnd_, WM_CLOSE, 0, 0);
+    case ID_chkSort:
+        if (notification == BN_CLICKED)
+            gate_.runOrWait(Waiting::Search, [this](const Turn& turn) { commands_(turn).records.search(); });
+        return true;
+    case ID_txtKey:
+    case ID_txtInline:
+    case ID_txtType:
+    case ID_txtShowWrap:
+    case ID_txtShowNoWrap:
+        onBoxNotification(id, notification);
         return true;
     default:
-        return false;
+        return perform(id);
     }
 }
 
-bool frmMain::onRecordCommand(int id)
+// A command of a menu or its key. False: there is no command of this id.
+bool frmMain::perform(int id)
 {
-    switch (id) {
-    case ID_mnu_Paste:
-        commands_->capture();
-        return true;
-    case ID_mnu_import:
-        importFolder();
-        return true;
-    case ID_mnu_remdups:
-        removeDuplicates();
-        return true;
-    case ID_mnu_sqlman + 0:
-    case ID_mnu_top + 0:
-        commands_->pasteNew();
-        return true;
-    case ID_mnu_sqlman + 1:
-    case ID_mnu_top + 1:
-        commands_->duplicate();
-        return true;
-    case ID_mnu_sqlman + 2:
-    case ID_mnu_top + 2:
-    case ID_mnu_lpu_delete:
-        commands_->deleteSelected();
-        return true;
-    case ID_mnu_sqlman + 3:
-    case ID_mnu_top + 3:
-        commands_->save();
-        return true;
-    case ID_mnu_sqlman + 5:
-    case ID_mnu_top + 7:
-        commands_->reload();
-        return true;
-    default:
+    if (menuEntry(id) == nullptr && arrayCommand(id) == nullptr)
         return false;
-    }
-}
-
-bool frmMain::onTableCommand(int id)
-{
-    switch (id) {
-    case ID_mnu_dbcreate:
-        tables_->newDatabase();
-        return true;
-    case ID_mnu_dbops + 0:
-        tables_->newTable();
-        return true;
-    case ID_mnu_dbops + 1:
-        tables_->renameTable();
-        return true;
-    case ID_mnu_dbops + 2:
-        tables_->dropTable();
-        return true;
-    case ID_mnu_shrinkdata:
-        compactData();
-        return true;
-    case ID_mnu_setsticky:
-        list_->stick();
-        return true;
-    case ID_mnu_nosticky:
-        list_->unstick();
-        return true;
-    default:
-        return false;
-    }
-}
-
-// Entries of the arrays.
-bool frmMain::onArrayCommand(int id)
-{
-    if (mnu_AvailFields_.owns(id))
-        toggleSearchField(ports_, static_cast<std::size_t>(id - ID_mnu_AvailFields));
-    else if (mnu_availdb_.owns(id))
-        tables_->switchTo(static_cast<std::size_t>(id - ID_mnu_availdb));
-    else if (mnu_avtables_.owns(id))
-        list_->moveTo(static_cast<std::size_t>(id - ID_mnu_avtables));
-    else if (mnu_RegExChar_.owns(id))
-        textCommands_->insertPattern(mnu_RegExChar_.at(static_cast<std::size_t>(id - ID_mnu_RegExChar)).tag);
-    else if (id >= ID_mnu_fonts && id < ID_mnu_RegExChar)
-        display_->chooseFont(id - ID_mnu_fonts);
-    else if (id >= ID_mnu_sizes && id < ID_mnu_fonts)
-        display_->clickmnusizes(id - ID_mnu_sizes);
-    else
-        return false;
+    const bool ran = gate_.run([&](const Turn& turn) { carryOut(turn, id); });
+    if (!ran && id == ID_mnu_quit)
+        close(); // waits
     return true;
 }
 
-// Shows a menu and carries out what was chosen.
-int frmMain::popUp(HMENU menu, POINT screen)
+bool frmMain::carryOut(const Turn& turn, int id)
+{
+    if (const MenuEntry* entry = menuEntry(id); entry != nullptr && entry->handler != nullptr) {
+        commands_(turn).text.setTarget(target_);
+        entry->handler(commands_(turn));
+        return true;
+    }
+    if (const MenuArrayCommand* array = arrayCommand(id); array != nullptr) {
+        array->handler(commands_(turn), static_cast<std::size_t>(id - array->firstId));
+        return true;
+    }
+    return false;
+}
+
+// Shows a menu and carries out what was chosen, as one command: what the user sees while choosing is what
+// the command finds.
+int frmMain::popUp(const Turn& turn, HMENU menu, POINT screen)
 {
     SetForegroundWindow(hwnd_);
     const int id =
         TrackPopupMenuEx(menu, TPM_RETURNCMD | TPM_RIGHTBUTTON, screen.x, screen.y, hwnd_, nullptr);
     PostMessageW(hwnd_, WM_NULL, 0, 0);
     if (id != 0)
-        onMenuCommand(id);
+        carryOut(turn, id);
     return id;
 }
 
 // At the label's left edge, just below it.
-void frmMain::popUpUnder(HWND label, HMENU menu)
+void frmMain::popUpUnder(const Turn& turn, HWND label, HMENU menu)
 {
     RECT rect{};
     GetWindowRect(label, &rect);
     const OwnedMenu copy = menus_->copyOf(menu); // the menu itself may hang on the bar
-    popUp(copy.get(), {rect.left, rect.bottom});
+    popUp(turn, copy.get(), {rect.left, rect.bottom});
+}
+
+// Databases and tables to switch to; the menu key leads on to the search options, which have no key of
+// their own.
+void frmMain::popUpForSearch(const Turn& turn)
+{
+    const HWND label = lblRemarks_[0].hwnd();
+    const MenuKeyWatch watch;
+    popUpUnder(turn, label, menus_->popUpOf(ID_mnu_switchto));
+    if (watch.wasPressed())
+        popUpUnder(turn, label, menus_->popUpOf(ID_mnu_soPopUp));
 }
 
 // Selects the entry that the mouse is on, where it is on one.
@@ -186,32 +139,53 @@ void frmMain::selectUnderPoint(HWND list, POINT screen) const
 
 void frmMain::onContextMenu(HWND control, POINT screen)
 {
-    if (control == lstInLineSrch_.hwnd())
-        showResultsMenu(screen);
-    if (control != lstHeads_.hwnd())
-        return;
+    gate_.run([&](const Turn& turn) {
+        if (control == lstInLineSrch_.hwnd())
+            showResultsMenu(turn, screen);
+        else if (control == lstHeads_.hwnd())
+            showHeadsMenu(turn, screen);
+    });
+}
+
+void frmMain::showHeadsMenu(const Turn& turn, POINT screen)
+{
+    const HWND list = lstHeads_.hwnd();
     if (screen.x == -1 && screen.y == -1) { // from the keyboard
         RECT rect{};
-        SendMessageW(control, LB_GETITEMRECT, static_cast<WPARAM>(std::max(0, lstHeads_.current())),
+        SendMessageW(list, LB_GETITEMRECT, static_cast<WPARAM>(std::max(0, lstHeads_.current())),
             reinterpret_cast<LPARAM>(&rect));
         screen = {rect.left, rect.bottom};
-        ClientToScreen(control, &screen);
+        ClientToScreen(list, &screen);
     } else {
         const std::vector<int> before = lstHeads_.selected();
-        selectUnderPoint(control, screen);
-        if (lstHeads_.selected() != before && !importing_)
-            commands_->selectHeading();
+        selectUnderPoint(list, screen);
+        if (lstHeads_.selected() != before)
+            commands_(turn).records.selectHeading();
     }
-    list_->rebuildMenu();
-    popUp(menus_->popUpOf(ID_mnu_lstPopUp), screen);
+    commands_(turn).list.rebuildMenu();
+    popUp(turn, menus_->popUpOf(ID_mnu_lstPopUp), screen);
+}
+
+void frmMain::showResultsMenu(const Turn& turn, POINT screen)
+{
+    if (screen.x == -1 && screen.y == -1) {
+        screen = {};
+        ClientToScreen(lstInLineSrch_.hwnd(), &screen);
+    } else {
+        selectUnderPoint(lstInLineSrch_.hwnd(), screen);
+    }
+    menus_->setEnabled(ID_mnu_ilsCopyCmds_One, lstInLineSrch_.current() >= 0);
+    popUp(turn, menus_->popUpOf(ID_mnu_ilsPopUp), screen);
 }
 
 // Menu-bar entries have no tooltips: the left panel says what they do while they are highlighted.
 void frmMain::onMenuSelect(UINT id, UINT flags)
 {
     const bool entry = flags != 0xFFFF && (flags & (MF_POPUP | MF_SEPARATOR)) == 0;
-    const std::u16string help =
-        entry ? commandHelp(static_cast<int>(id), notebook_.chinese) : std::u16string();
+    const MenuEntry* const command = entry ? menuEntry(static_cast<int>(id)) : nullptr;
+    std::u16string help;
+    if (command != nullptr && command->help != nullptr)
+        help = notebook_.say(command->help, command->helpChinese);
     if (!help.empty() && !explaining_) {
         textBeforeHelp_ = ucStatusLeft_.Caption();
         explaining_ = true;
@@ -226,7 +200,7 @@ void frmMain::toggleWrap()
 {
     const bool wraps = !menus_->isChecked(ID_mnu_chkwrap);
     menus_->setChecked(ID_mnu_chkwrap, wraps);
-    menus_->setCaption(ID_mnu_top + 8, wraps ? u"Z" : u"Ξ");
+    menus_->setCaption(ID_mnu_top_Wrap, wraps ? u"Z" : u"Ξ");
     text_.setWraps(wraps, true);
 }
 
@@ -240,19 +214,24 @@ void frmMain::toggleOnTop()
 // The tool item "O" is there while the link names a file.
 void frmMain::onSourceChanged()
 {
-    const std::u16string link = ucStatusRight_.Caption();
+    const std::u16string link = work_.link().text();
     menus_->showSourceItem(!link.empty() && platform::fileExists(link));
 }
 
 // Where the right panel was clicked, when it shows the link of a file.
 void frmMain::showSourceMenu(int x, int y)
 {
-    const std::u16string link = ucStatusRight_.Caption();
+    const std::u16string link = work_.link().text();
     if (link.empty() || !platform::fileExists(link))
         return;
     POINT at{x, y};
     ClientToScreen(ucStatusRight_.hwnd(), &at);
-    popUp(menus_->popUpOf(ID_mnu_srcPopUp), at);
+    gate_.run([&](const Turn& turn) { popUp(turn, menus_->popUpOf(ID_mnu_srcPopUp), at); });
+}
+
+void frmMain::chooseSize(std::size_t index)
+{
+    display_->clickmnusizes(ID_mnu_sizes_First - ID_mnu_sizes + static_cast<int>(index));
 }
 
 } // namespace vellums::ui

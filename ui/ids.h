@@ -42,7 +42,16 @@
 // Menu "Edit".
 #define ID_mnu_edit 2050
 #define ID_mnu_txtops 2051 // 0 to 5
-#define ID_mnu_find 2060   // 0 to 2
+#define ID_mnu_txtops_SelectAll (ID_mnu_txtops + 0)
+#define ID_mnu_txtops_Clear (ID_mnu_txtops + 1)
+#define ID_mnu_txtops_Line (ID_mnu_txtops + 2)
+#define ID_mnu_txtops_Date (ID_mnu_txtops + 3)
+#define ID_mnu_txtops_Case (ID_mnu_txtops + 4)
+#define ID_mnu_txtops_Trim (ID_mnu_txtops + 5)
+#define ID_mnu_find 2060 // 0 to 2
+#define ID_mnu_find_Inline (ID_mnu_find + 0)
+#define ID_mnu_find_Previous (ID_mnu_find + 1)
+#define ID_mnu_find_Next (ID_mnu_find + 2)
 
 // Menu "Data".
 #define ID_mnu_dbfPopUp 2100
@@ -54,11 +63,32 @@
 #define ID_mnu_trimtitles 2106
 #define ID_mnu_shrinkdata 2107
 #define ID_mnu_sqlman 2110 // 0 to 5
-#define ID_mnu_dbops 2120  // 0 to 2
+#define ID_mnu_sqlman_Insert (ID_mnu_sqlman + 0)
+#define ID_mnu_sqlman_Duplicate (ID_mnu_sqlman + 1)
+#define ID_mnu_sqlman_Delete (ID_mnu_sqlman + 2)
+#define ID_mnu_sqlman_Save (ID_mnu_sqlman + 3)
+#define ID_mnu_sqlman_Line (ID_mnu_sqlman + 4)
+#define ID_mnu_sqlman_Refresh (ID_mnu_sqlman + 5)
+#define ID_mnu_dbops 2120 // 0 to 2
+#define ID_mnu_dbops_Create (ID_mnu_dbops + 0)
+#define ID_mnu_dbops_Rename (ID_mnu_dbops + 1)
+#define ID_mnu_dbops_Drop (ID_mnu_dbops + 2)
 #define ID_mnu_switchto 2125
 
 // Tool items.
 #define ID_mnu_top 2200 // 0 to 11
+#define ID_mnu_top_PasteNew (ID_mnu_top + 0)
+#define ID_mnu_top_Duplicate (ID_mnu_top + 1)
+#define ID_mnu_top_Delete (ID_mnu_top + 2)
+#define ID_mnu_top_Save (ID_mnu_top + 3)
+#define ID_mnu_top_Unseen (ID_mnu_top + 4)
+#define ID_mnu_top_FindPrevious (ID_mnu_top + 5)
+#define ID_mnu_top_FindNext (ID_mnu_top + 6)
+#define ID_mnu_top_Reload (ID_mnu_top + 7)
+#define ID_mnu_top_Wrap (ID_mnu_top + 8)
+#define ID_mnu_top_List (ID_mnu_top + 9)
+#define ID_mnu_top_Title (ID_mnu_top + 10)
+#define ID_mnu_top_Source (ID_mnu_top + 11)
 #define ID_mnu_fontfaces 2220
 #define ID_mnu_fontsizes 2221
 #define ID_mnu_help 2222
@@ -80,6 +110,8 @@
 #define ID_mnu_openfolder 2313
 #define ID_mnu_ilsPopUp 2314
 #define ID_mnu_ilsCopyCmds 2315 // 0 and 1
+#define ID_mnu_ilsCopyCmds_One (ID_mnu_ilsCopyCmds + 0)
+#define ID_mnu_ilsCopyCmds_All (ID_mnu_ilsCopyCmds + 1)
 #define ID_mnu_txtpopup 2320
 #define ID_mnu_txtundo 2321
 #define ID_mnu_txtcut 2322
@@ -97,10 +129,15 @@
 // Arrays that are filled while the program runs.
 #define ID_mnu_AvailFields 2400 // an item for each column of the current table, at most 256
 #define ID_mnu_sizes 2700       // 0 to 3, then an item for each font size
-#define ID_mnu_fonts 2800       // an item for each font
-#define ID_mnu_RegExChar 3100   // an item for each piece of a pattern
-#define ID_mnu_avtables 4000    // an item for each table that records may move to
-#define ID_mnu_availdb 6000     // an item for each snippet table of the data folder
+#define ID_mnu_sizes_Smaller (ID_mnu_sizes + 0)
+#define ID_mnu_sizes_Reset (ID_mnu_sizes + 1)
+#define ID_mnu_sizes_Larger (ID_mnu_sizes + 2)
+#define ID_mnu_sizes_Line (ID_mnu_sizes + 3)
+#define ID_mnu_sizes_First (ID_mnu_sizes + 4)
+#define ID_mnu_fonts 2800     // an item for each font
+#define ID_mnu_RegExChar 3100 // an item for each piece of a pattern
+#define ID_mnu_avtables 4000  // an item for each table that records may move to
+#define ID_mnu_availdb 6000   // an item for each snippet table of the data folder
 
 // The dialog that asks for a name.
 #define ID_frmInput_label 1101

@@ -38,10 +38,10 @@ void insertEntry(HMENU menu, int beforeId, const MenuItem& item, int id, bool ne
 void collectKeys(std::vector<ACCEL>& keys, std::span<const MenuEntry> entries)
 {
     for (const MenuEntry& entry : entries) {
-        if (entry.key != 0 && !isNotYetThere(entry.id))
+        if (entry.key != 0 && !entry.isNotYetThere())
             keys.push_back(
                 {static_cast<BYTE>(FVIRTKEY | entry.modifiers), entry.key, static_cast<WORD>(entry.id)});
-        collectKeys(keys, entry.entries());
+        collectKeys(keys, entry.entries);
     }
 }
 
@@ -56,7 +56,7 @@ Menus::Menus(bool chinese)
     for (const MenuEntry& entry : contextMenuEntries()) {
         OwnedMenu menu(CreatePopupMenu());
         popUps_[entry.id] = menu.get();
-        for (const MenuEntry& inner : entry.entries())
+        for (const MenuEntry& inner : entry.entries)
             append(menu.get(), inner, chinese);
         contexts_.push_back(std::move(menu));
     }
@@ -64,7 +64,7 @@ Menus::Menus(bool chinese)
 
 void Menus::append(HMENU menu, const MenuEntry& entry, bool chinese)
 {
-    if (isNeverShown(entry.id) || entry.id == ID_mnu_top + 11) // the last one comes with a source to view
+    if (entry.shown != MenuEntry::Shown::Yes)
         return;
     if (entry.id != 0)
         homes_[entry.id] = menu;
@@ -74,12 +74,12 @@ void Menus::append(HMENU menu, const MenuEntry& entry, bool chinese)
     }
     const std::u16string caption = shownCaption(entry, chinese);
     if (!entry.isMenu) {
-        AppendMenuW(menu, MF_STRING | (isNotYetThere(entry.id) ? MF_GRAYED : MF_ENABLED),
+        AppendMenuW(menu, MF_STRING | (entry.isNotYetThere() ? MF_GRAYED : MF_ENABLED),
             static_cast<UINT_PTR>(entry.id), wide(caption));
         return;
     }
     OwnedMenu below(CreatePopupMenu());
-    for (const MenuEntry& inner : entry.entries())
+    for (const MenuEntry& inner : entry.entries)
         append(below.get(), inner, chinese);
     popUps_[entry.id] = below.get();
     MENUITEMINFOW info{};
@@ -106,13 +106,13 @@ void Menus::redrawIfBar(HMENU menu) const
 
 void Menus::showSourceItem(bool shown)
 {
-    constexpr int kSourceItem = ID_mnu_top + 11;
+    constexpr int kSourceItem = ID_mnu_top_Source;
     if (shown == (homes_.count(kSourceItem) != 0))
         return;
     if (shown) {
         homes_[kSourceItem] = barHandle_;
         insertEntry(barHandle_, ID_mnu_fontfaces, {u"O", u"", false, true}, kSourceItem, false);
-        setEnabled(kSourceItem, !isNotYetThere(kSourceItem));
+        setEnabled(kSourceItem, !menuEntry(kSourceItem)->isNotYetThere());
     } else {
         DeleteMenu(barHandle_, kSourceItem, MF_BYCOMMAND);
         homes_.erase(kSourceItem);
@@ -259,7 +259,7 @@ OwnedAccelerators buildAccelerators()
 {
     std::vector<ACCEL> keys;
     collectKeys(keys, menuBarEntries());
-    keys.push_back({FVIRTKEY | FALT, 'C', ID_mnu_txtcopyall}); // a context menu's only key
+    collectKeys(keys, contextMenuEntries());
     return OwnedAccelerators(CreateAcceleratorTableW(keys.data(), static_cast<int>(keys.size())));
 }
 

@@ -28,7 +28,7 @@ Answer MessageDialogs::askYesNoCancel(const std::u16string& question)
     return ask(question, MB_YESNOCANCEL | MB_ICONQUESTION);
 }
 
-void MessageDialogs::tell(const std::u16string& text, bool good) const
+void MessageDialogs::tell(const std::u16string& text, bool good)
 {
     MessageBoxW(owner_, wide(text), L"Vellums",
         static_cast<UINT>(MB_OK | (good ? MB_ICONINFORMATION : MB_ICONWARNING)));

@@ -14,8 +14,7 @@ public:
     Answer askYesNo(const std::u16string& question, QuestionIcon icon) override;
     Answer askYesNoCancel(const std::u16string& question) override;
     std::u16string chooseFolder(const std::u16string& prompt) override;
-    // A message with one button.
-    void tell(const std::u16string& text, bool good) const;
+    void tell(const std::u16string& text, bool good) override;
 
 private:
     Answer ask(const std::u16string& question, UINT style);

@@ -3,9 +3,12 @@
 #include "app/engines.h"
 #include "app/startUp.h"
 #include "platform/entryPoint.h"
+#include "platform/files.h"
 #include "platform/programPath.h"
 #include "store/ado/adoProvider.h"
 #include "ui/frmMain.h"
+
+#include <utility>
 
 #include <commctrl.h>
 #include <ole2.h>
@@ -37,12 +40,14 @@ int programMain(const std::vector<std::u16string>& /*arguments*/, const std::u16
 
     Engines engines({[](const std::u16string& id) { return AdoProvider::usable(id); },
         [](const std::u16string& id) { return std::make_unique<AdoProvider>(id); }});
-    ui::PanelLine status;
-    Notebook notebook(status);
-    ui::frmMain window(notebook);
-    status.panel = &window.statusPanel();
+    Outcome outcome; // what start-up has to say is shown by the window
+    Notebook notebook(outcome);
     const bool firstStart = startUp(notebook, platform::programFolder(), platform::programName(),
         [&](Notebook& started) { engines.serve(started); });
-    window.open({parseCommandLine(commandLine).paths, firstStart}, SW_SHOWNORMAL);
+    ui::frmMain window(notebook, outcome);
+    Start start = parseCommandLine(commandLine);
+    for (std::u16string& path : start.paths)
+        path = platform::absolutePath(path);
+    window.open({std::move(start), firstStart}, SW_SHOWNORMAL);
     return ui::runWindow(window);
 }

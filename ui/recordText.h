@@ -36,7 +36,6 @@ public:
     void undo() override { shown().undo(); }
     void cut() override { shown().cut(); }
     void copy() override { shown().copy(); }
-    void paste() override { shown().paste(); }
 
 private:
     EditBox txtShowWrap_;

@@ -15,9 +15,9 @@ std::u16string windowText(HWND window)
     return text;
 }
 
-void setWindowText(HWND window, const std::u16string& text)
+bool setWindowText(HWND window, const std::u16string& text)
 {
-    SetWindowTextW(window, wide(text));
+    return SetWindowTextW(window, wide(text)) != FALSE;
 }
 
 } // namespace vellums::ui

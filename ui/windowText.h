@@ -8,6 +8,7 @@
 namespace vellums::ui {
 
 std::u16string windowText(HWND window);
-void setWindowText(HWND window, const std::u16string& text);
+// False: the window keeps the text it had.
+bool setWindowText(HWND window, const std::u16string& text);
 
 } // namespace vellums::ui

@@ -1,5 +1,9 @@
 #include "platform/clipboard.h"
 
+#include "platform/posix/processClipboard.h"
+
+#include <optional>
+
 namespace vellums::platform {
 namespace {
 
@@ -9,6 +13,12 @@ std::optional<std::u16string>& kept()
     return text;
 }
 
+bool& isHeld()
+{
+    static bool held = false;
+    return held;
+}
+
 } // namespace
 
 bool clipboardHasText()
@@ -16,13 +26,24 @@ bool clipboardHasText()
     return kept().has_value();
 }
 
-std::optional<std::u16string> clipboardText()
+void holdClipboard(bool held)
 {
-    return kept();
+    isHeld() = held;
+}
+
+ClipboardText clipboardText()
+{
+    if (isHeld())
+        return {ClipboardText::State::Held, {}};
+    if (!kept())
+        return {};
+    return {ClipboardText::State::Text, *kept()};
 }
 
 bool setClipboardText(const std::u16string& text)
 {
+    if (isHeld())
+        return false;
     kept() = text.substr(0, text.find(u'\0'));
     return true;
 }

@@ -19,7 +19,7 @@ public:
     {
         // Anyone else may have it open for a moment.
         constexpr int kAttempts = 10;
-        constexpr DWORD kPauseMs = 10;
+        constexpr DWORD kPauseMs = 50;
         for (int attempt = 0; attempt < kAttempts && !open_; ++attempt) {
             if (attempt != 0)
                 Sleep(kPauseMs);
@@ -71,21 +71,21 @@ bool clipboardHasText()
         IsClipboardFormatAvailable(CF_TEXT) != FALSE;
 }
 
-std::optional<std::u16string> clipboardText()
+ClipboardText clipboardText()
 {
     const OpenedClipboard clipboard;
     if (!clipboard)
-        return std::nullopt;
+        return {ClipboardText::State::Held, {}};
     const HGLOBAL block = GetClipboardData(CF_UNICODETEXT); // stays the clipboard's
     if (block == nullptr)
-        return std::nullopt;
+        return {};
     const LockedBlock locked(block);
     if (locked.data() == nullptr)
-        return std::nullopt;
+        return {};
     // The terminator may be missing.
     const std::wstring_view whole(
         static_cast<const wchar_t*>(locked.data()), GlobalSize(block) / sizeof(wchar_t));
-    return fromWide(whole.substr(0, whole.find(L'\0')));
+    return {ClipboardText::State::Text, fromWide(whole.substr(0, whole.find(L'\0')))};
 }
 
 bool setClipboardText(const std::u16string& text)

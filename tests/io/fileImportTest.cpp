@@ -26,6 +26,7 @@ public:
         return answer;
     }
     Answer askYesNoCancel(const std::u16string&) override { return Answer::Cancel; }
+    void tell(const std::u16string&, bool) override { }
     std::u16string chooseFolder(const std::u16string&) override { return {}; }
 };
 

@@ -26,7 +26,7 @@ TEST(Surroundings, GiveTheClipboardsTextUpToItsFirstNull)
     if (!setClipboardText(text))
         GTEST_SKIP() << "there is no clipboard";
     EXPECT_TRUE(clipboardHasText());
-    EXPECT_EQ(clipboardText(), u"中a");
+    EXPECT_EQ(clipboardText().text, u"中a");
 }
 
 TEST(Surroundings, OnlyOneInstanceIsTheFirst)

@@ -28,7 +28,8 @@ protected:
     MainWindow ports = window.ports();
     RecordCommands records{*notes, ports, moments};
     MemoryPostponed instantSearch;
-    SearchBoxes boxes{*notes, ports, records, instantSearch};
+    InstantSearch instant{ports, instantSearch, [this] { return records.current().hasUnsavedChanges(); }};
+    SearchBoxes boxes{*notes, ports, records, instant};
 };
 
 } // namespace vellums::tests

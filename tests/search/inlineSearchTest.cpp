@@ -117,10 +117,10 @@ TEST_F(InlineSearch, CopiesAnEntryAndAllOfThem)
 {
     search(u"cat\r\ncut", u"c.t");
     results.select(1);
-    copyResult(ports);
-    EXPECT_EQ(platform::clipboardText(), u"cut");
-    copyAllResults(ports);
-    EXPECT_EQ(platform::clipboardText(), u"0 > cat\r\n5 > cut\r\n");
+    copyResult(notebook, ports);
+    EXPECT_EQ(platform::clipboardText().text, u"cut");
+    copyAllResults(notebook, ports);
+    EXPECT_EQ(platform::clipboardText().text, u"0 > cat\r\n5 > cut\r\n");
 }
 
 TEST_F(InlineSearch, StepsFromTheCaretAndAroundTheEnds)

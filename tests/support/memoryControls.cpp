@@ -1,5 +1,6 @@
 #include "tests/support/memoryControls.h"
 
+#include "app/boxText.h"
 #include "platform/clipboard.h"
 #include "platform/text.h"
 
@@ -12,7 +13,7 @@ namespace vellums::tests {
 
 void MemoryTextBox::setText(std::u16string_view text)
 {
-    text_ = text;
+    text_ = boxText(text);
     selection_ = {};
     undo_.reset();
 }
@@ -26,8 +27,9 @@ void MemoryTextBox::select(TextRange range)
 void MemoryTextBox::replaceSelection(std::u16string_view text)
 {
     undo_ = State{text_, selection_};
-    text_.replace(selection_.start, selection_.end - selection_.start, text);
-    selection_.start += text.size();
+    const std::u16string put = boxText(oneLine_ ? firstLine(text) : text);
+    text_.replace(selection_.start, selection_.end - selection_.start, put);
+    selection_.start += put.size();
     selection_.end = selection_.start;
 }
 
@@ -51,11 +53,6 @@ void MemoryTextBox::copy()
 {
     if (!selection_.empty())
         platform::setClipboardText(selectedText());
-}
-
-void MemoryTextBox::paste()
-{
-    replaceSelection(platform::clipboardText().value_or(u""));
 }
 
 void MemoryListBox::fill(const std::vector<ListEntry>& entries)
@@ -186,6 +183,8 @@ MemoryDialogs::~MemoryDialogs()
 Answer MemoryDialogs::next(const std::u16string& question)
 {
     asked_.push_back(question);
+    if (meanwhile)
+        meanwhile();
     if (answers_.empty()) {
         ADD_FAILURE() << "nobody expected the question " << platform::toUtf8(question);
         return Answer::Cancel;
@@ -205,9 +204,18 @@ Answer MemoryDialogs::askYesNoCancel(const std::u16string& question)
     return next(question + u" (Yes/No/Cancel)");
 }
 
+void MemoryDialogs::tell(const std::u16string& text, bool)
+{
+    asked_.push_back(text);
+    if (meanwhile)
+        meanwhile();
+}
+
 std::u16string MemoryDialogs::chooseFolder(const std::u16string& prompt)
 {
     asked_.push_back(prompt);
+    if (meanwhile)
+        meanwhile();
     if (folders_.empty()) {
         ADD_FAILURE() << "nobody expected to be asked for a folder: " << platform::toUtf8(prompt);
         return {};

@@ -14,9 +14,14 @@
 
 namespace vellums::tests {
 
-// Undo goes one step back, and forth again, as an edit control's does.
+// Undo goes one step back, and forth again, as an edit control's does; line ends become CR LF.
 class MemoryTextBox : public TextBox {
 public:
+    enum class Lines { One, Many };
+    explicit MemoryTextBox(Lines lines = Lines::Many)
+        : oneLine_(lines == Lines::One)
+    {
+    }
     std::u16string text() const override { return text_; }
     void setText(std::u16string_view text) override;
     void focus() override { focused_ = true; }
@@ -27,7 +32,6 @@ public:
     void undo() override;
     void cut() override;
     void copy() override;
-    void paste() override;
 
     void type(std::u16string_view text) { text_ = text; } // as a user would
     // What happened since the last call.
@@ -43,6 +47,7 @@ private:
     std::u16string text_;
     TextRange selection_;
     std::optional<State> undo_;
+    bool oneLine_;
     bool focused_ = false;
     bool scrolled_ = false;
 };
@@ -165,7 +170,11 @@ public:
     ~MemoryDialogs() override;
     Answer askYesNo(const std::u16string& question, QuestionIcon icon) override;
     Answer askYesNoCancel(const std::u16string& question) override;
+    void tell(const std::u16string& text, bool good) override;
     std::u16string chooseFolder(const std::u16string& prompt) override;
+
+    // Called while each question stands: what else comes then.
+    std::function<void()> meanwhile;
 
     void answerNext(Answer answer) { answers_.push_back(answer); }
     void chooseNext(const std::u16string& folder) { folders_.push_back(folder); }
@@ -203,9 +212,9 @@ private:
 
 struct MemoryWindow {
     MemoryLabel caption;
-    MemoryTextBox txtKey;
-    MemoryTextBox txtInline;
-    MemoryTextBox txtType;
+    MemoryTextBox txtKey{MemoryTextBox::Lines::One};
+    MemoryTextBox txtInline{MemoryTextBox::Lines::One};
+    MemoryTextBox txtType{MemoryTextBox::Lines::One};
     MemoryTextBox txtShowWrap;
     MemoryListBox lstHeads;
     MemoryListBox lstInLineSrch;

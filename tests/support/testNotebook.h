@@ -28,6 +28,8 @@ public:
     const std::u16string& file() const { return file_; }
     const std::vector<std::u16string>& shown() const { return told_.lines; } // in order
 
+    // Where it is collected, for a gate.
+    Outcome& collected() { return told_.outcome; }
     // What a window would show of everything told since the last call.
     std::u16string outcome() { return std::exchange(told_.outcome, {}).line(notebook_.chinese); }
 

@@ -21,7 +21,7 @@ TEST(ForcedEngine, ShowsItsErrorsAndLeavesTheProgramUsable)
         Program program(folder.executable());
         ASSERT_NE(program.window(), nullptr);
         EXPECT_TRUE(
-            program.showsStatus(u"dbCreateNew: ActiveX component can't create object: ADOX.Catalog (429)"));
+            program.statusBegins(u"dbCreateNew: ActiveX component can't create object: ADOX.Catalog (429)"));
         EXPECT_EQ(program.count(ID_lstHeads), 0);
         ASSERT_TRUE(setClipboard(u"a text that must not be lost"));
         program.command(ID_mnu_top + 0);

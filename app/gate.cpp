@@ -1,0 +1,99 @@
+#include "app/gate.h"
+
+#include "platform/files.h"
+#include "platform/text.h"
+
+#include <exception>
+#include <new>
+
+namespace vellums {
+namespace {
+
+std::u16string described(const std::exception& failure)
+{
+    if (const auto* refused = dynamic_cast<const ProviderError*>(&failure))
+        return refused->description + u" (" + platform::decimal(refused->number) + u")";
+    return platform::fromUtf8(failure.what());
+}
+
+} // namespace
+
+Gate::Gate(const Notebook& notebook, Outcome& outcome, Surroundings surroundings)
+    : notebook_(notebook)
+    , outcome_(outcome)
+    , surroundings_(std::move(surroundings))
+    , noMemory_(u"There is not enough memory for this command; the texts in the boxes are as they were.")
+    , noMemoryChinese_(u"内存不足, 命令未能完成; 文本框中的内容未受影响。")
+{
+}
+
+bool Gate::run(const Command& command)
+{
+    if (isBusy())
+        return false;
+    busy_ = true;
+    carryOut(command);
+    busy_ = false;
+    if (!waiting_.empty() && !shut_)
+        surroundings_.wake();
+    return true;
+}
+
+void Gate::carryOut(const Command& command) noexcept
+{
+    const std::u16string& noMemory = notebook_.chinese ? noMemoryChinese_ : noMemory_;
+    try {
+        try {
+            command(Turn());
+        } catch (const std::bad_alloc&) {
+            outcome_.failed(noMemory);
+        } catch (const std::exception& failure) {
+            outcome_.failed(described(failure));
+        } catch (const platform::FileError& failure) {
+            outcome_.failed(notebook_.say(u"A file could not be read or written", u"文件读写失败") + u" (" +
+                platform::decimal(failure.systemCode) + u")");
+        }
+        const std::u16string line = std::exchange(outcome_, {}).line(notebook_.chinese);
+        if (!line.empty())
+            surroundings_.show(line);
+    } catch (...) { // no memory even to say so in the ordinary way
+        outcome_ = {};
+        showAnyway(noMemory);
+    }
+}
+
+void Gate::showAnyway(const std::u16string& line) noexcept
+{
+    try {
+        surroundings_.show(line);
+    } catch (...) { // the panel keeps its text
+    }
+}
+
+void Gate::runOrWait(Waiting kind, Command command)
+{
+    if (shut_)
+        return;
+    if (isBusy())
+        waiting_[kind] = std::move(command);
+    else
+        run(command);
+}
+
+void Gate::serve()
+{
+    while (!isBusy() && !waiting_.empty()) {
+        const Command command = std::move(waiting_.begin()->second);
+        waiting_.erase(waiting_.begin());
+        run(command);
+    }
+}
+
+void Gate::release()
+{
+    held_ = false;
+    if (!waiting_.empty() && !isBusy())
+        surroundings_.wake();
+}
+
+} // namespace vellums

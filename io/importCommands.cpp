@@ -1,0 +1,51 @@
+#include "io/importCommands.h"
+
+#include "io/fileImport.h"
+#include "platform/files.h"
+
+namespace vellums::io {
+
+ImportCommands::ImportCommands(Notebook& notebook, MainWindow window, RecordCommands& records)
+    : notebook_(notebook)
+    , window_(window)
+    , records_(records)
+{
+}
+
+void ImportCommands::importFolder()
+{
+    const std::u16string folder =
+        window_.dialogs.chooseFolder(notebook_.say(u"Import files from here:", u"选择文件导入路径:"));
+    if (folder.empty() || !platform::folderExists(folder))
+        return;
+    const std::u16string question =
+        notebook_.say(u"Import from the following location recursively?", u"是否自动导入选定路径下所有内容?");
+    if (window_.dialogs.askYesNo(question + u"\r\n\r\n" + folder, QuestionIcon::Question) == Answer::Yes)
+        importPaths({folder});
+}
+
+void ImportCommands::importPaths(const std::vector<std::u16string>& paths)
+{
+    if (!records_.leaveRecord())
+        return;
+    {
+        LongWork work(window_.progress, notebook_.say(u"Importing", u"正在导入"));
+        std::size_t added = 0;
+        bool goesOn = true;
+        ImportEvents events;
+        events.added = [&](const AddedRecord&, const std::u16string&) { ++added; };
+        events.stop = [&] { return !(goesOn = goesOn && work.step(added, 0)); };
+        FileImport import(notebook_, &window_.dialogs, events);
+        for (const std::u16string& path : paths) {
+            if (!goesOn)
+                break;
+            if (platform::folderExists(path))
+                import.importFolder(path);
+            else if (platform::fileExists(path))
+                import.importFile(path);
+        }
+    }
+    records_.refresh();
+}
+
+} // namespace vellums::io

@@ -1,0 +1,33 @@
+#include "maint/maintenanceCommands.h"
+
+#include "maint/delDupRec.h"
+#include "store/compaction.h"
+#include "store/connectionString.h"
+
+namespace vellums::maint {
+
+MaintenanceCommands::MaintenanceCommands(Notebook& notebook, MainWindow window, RecordCommands& records)
+    : notebook_(notebook)
+    , window_(window)
+    , records_(records)
+{
+}
+
+void MaintenanceCommands::removeDuplicates()
+{
+    if (records_.leaveRecord())
+        delDupRec(notebook_, [this] { records_.refresh(); });
+}
+
+void MaintenanceCommands::compactData()
+{
+    const std::u16string file = connPart(notebook_, notebook_.dbConn, ConnPart::FullPath);
+    Compaction result;
+    {
+        const LongWork work(window_.progress, notebook_.say(u"Compacting", u"正在压缩"));
+        result = compactDatabase(notebook_, file);
+    }
+    window_.dialogs.tell(result.report, result.done);
+}
+
+} // namespace vellums::maint

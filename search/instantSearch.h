@@ -1,0 +1,34 @@
+// When the list follows the letters of the search box: what comes of each change of its text. The search
+// itself is a command (SearchBoxes::searchInstantly()).
+#pragma once
+
+#include "app/mainWindow.h"
+
+#include <functional>
+
+namespace vellums {
+
+class InstantSearch {
+public:
+    // `pause` ends in a call of SearchBoxes::searchInstantly() unless it is cancelled before; `hasUnsaved`
+    // tells whether that would ask about unsaved text.
+    InstantSearch(MainWindow window, Postponed& pause, std::function<bool()> hasUnsaved);
+
+    // The text of the box has changed; while an input method composes, the change is not the last word.
+    void textChanged();
+    void compositionStarted();
+    void compositionEnded();
+
+    void again(); // a search that was given up is due again
+    void cancel();
+
+private:
+    bool searchesWhileTyping() const;
+
+    MainWindow window_;
+    Postponed& pause_;
+    std::function<bool()> hasUnsaved_;
+    bool composing_ = false;
+};
+
+} // namespace vellums
