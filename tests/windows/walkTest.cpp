@@ -231,7 +231,9 @@ private:
         }
         EXPECT_LE(questionsOpen(*program_), 1) << where;
         EXPECT_NE(SendMessageTimeoutW(program_->window(), WM_NULL, 0, 0, SMTO_ABORTIFHUNG, 10000, nullptr), 0)
-            << where;
+            << where << (IsWindow(program_->window()) ? " hangs" : " window gone")
+            << (program_->isRunning() ? ", runs" : ", ended")
+            << utf8(trace_.substr(trace_.size() > 300 ? trace_.size() - 300 : 0));
         const std::u16string present = boxes() + database();
         dropWhatMayGo(present);
         checkAll(present, where);
