@@ -95,7 +95,8 @@ endif()
 # The real window, on the screen that the test run provides.
 if(WIN32 AND TARGET Vellums)
   file(GLOB window_tests CONFIGURE_DEPENDS tests/windows/*Test.cpp)
-  add_executable(windows_tests ${window_tests} tests/windows/driver.cpp tests/windows/windowProbe.cpp tests/search/regExpReference.cpp)
+  add_executable(windows_tests ${window_tests} tests/windows/driver.cpp tests/windows/windowProbe.cpp
+    tests/windows/windowThread.cpp tests/search/regExpReference.cpp)
   target_link_libraries(windows_tests PRIVATE ui GTest::gmock_main)
   add_dependencies(windows_tests Vellums)
   add_test(NAME windows COMMAND windows_tests)

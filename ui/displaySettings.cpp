@@ -2,6 +2,8 @@
 
 #include "app/settings.h"
 #include "platform/codePage.h"
+#include "ui/border.h"
+#include "ui/deviceContext.h"
 #include "ui/ids.h"
 #include "ui/systemLook.h"
 #include "ui/wide.h"
@@ -21,12 +23,14 @@ constexpr int kFirstSizeItem = 4;
 
 int CALLBACK collectFont(const LOGFONTW* font, const TEXTMETRICW* /*metrics*/, DWORD /*type*/, LPARAM into)
 {
-    auto& names = *reinterpret_cast<std::vector<std::u16string>*>(into);
-    std::u16string name = fromWide(font->lfFaceName);
-    // A face comes once for each script.
-    if (std::find(names.begin(), names.end(), name) == names.end())
-        names.push_back(std::move(name));
-    return 1;
+    return border::guarded(0, [&] {
+        auto& names = *reinterpret_cast<std::vector<std::u16string>*>(into);
+        std::u16string name = fromWide(font->lfFaceName);
+        // A face comes once for each script.
+        if (std::find(names.begin(), names.end(), name) == names.end())
+            names.push_back(std::move(name));
+        return 1;
+    });
 }
 
 // In the order in which the system enumerates them.
@@ -35,9 +39,8 @@ std::vector<std::u16string> installedFonts()
     std::vector<std::u16string> names;
     LOGFONTW every{};
     every.lfCharSet = DEFAULT_CHARSET;
-    const HDC screen = GetDC(nullptr);
-    EnumFontFamiliesExW(screen, &every, collectFont, reinterpret_cast<LPARAM>(&names), 0);
-    ReleaseDC(nullptr, screen);
+    const DeviceContext screen(nullptr);
+    EnumFontFamiliesExW(screen.get(), &every, collectFont, reinterpret_cast<LPARAM>(&names), 0);
     return names;
 }
 
@@ -167,21 +170,21 @@ void DisplaySettings::readColours()
     constexpr std::uint32_t kMostColor = 0xFFFFFF;
     const std::u16string fore = getPrefValue(settingsFile_, kOptionsSection, u"foreColor", u"");
     const std::u16string back = getPrefValue(settingsFile_, kOptionsSection, u"backColor", u"");
-    coloursSaved_ = !fore.empty() || !back.empty();
     foreColor_ = numberIn(fore, kDefaultForeColor, kMostColor);
     backColor_ = numberIn(back, kDefaultBackColor, kMostColor);
+    coloursChosen_ = foreColor_ != kDefaultForeColor || backColor_ != kDefaultBackColor;
     makeBrush();
 }
 
 // High contrast comes before colours that nobody chose.
 COLORREF DisplaySettings::foreColor() const
 {
-    return !coloursSaved_ && isHighContrast() ? GetSysColor(COLOR_WINDOWTEXT) : foreColor_;
+    return !coloursChosen_ && isHighContrast() ? GetSysColor(COLOR_WINDOWTEXT) : foreColor_;
 }
 
 COLORREF DisplaySettings::backColor() const
 {
-    return !coloursSaved_ && isHighContrast() ? GetSysColor(COLOR_WINDOW) : backColor_;
+    return !coloursChosen_ && isHighContrast() ? GetSysColor(COLOR_WINDOW) : backColor_;
 }
 
 void DisplaySettings::makeBrush()

@@ -73,7 +73,7 @@ private:
     int dpi_ = 96;
     std::uint32_t foreColor_ = kDefaultForeColor;
     std::uint32_t backColor_ = kDefaultBackColor;
-    bool coloursSaved_ = false; // the settings file names colours
+    bool coloursChosen_ = false; // the user has others than those of the program
     OwnedBrush brush_;
 };
 

@@ -7,6 +7,12 @@
 #include <new>
 
 namespace vellums::ui {
+namespace {
+
+constexpr int kMarginPixels = 3; // at 96 dpi
+
+} // namespace
+
 void EditBox::create(HWND parent, int id, Kind kind)
 {
     DWORD style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_BORDER | ES_NOHIDESEL;
@@ -19,6 +25,14 @@ void EditBox::create(HWND parent, int id, Kind kind)
     hwnd_ = CreateWindowExW(0, L"EDIT", nullptr, style, 0, 0, 0, 0, parent,
         reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
     SendMessageW(hwnd_, EM_SETLIMITTEXT, 0, 0); // as much as the control can take
+}
+
+// The margins that a font suggests are none in some languages.
+void EditBox::setFont(HFONT font, int dpi) const
+{
+    SendMessageW(hwnd_, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
+    const int margin = MulDiv(kMarginPixels, dpi, 96);
+    SendMessageW(hwnd_, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, MAKELPARAM(margin, margin));
 }
 
 std::u16string EditBox::text() const

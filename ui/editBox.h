@@ -14,6 +14,7 @@ public:
     // Makes the control; its parent owns it.
     void create(HWND parent, int id, Kind kind);
     HWND hwnd() const { return hwnd_; }
+    void setFont(HFONT font, int dpi) const; // not owned
 
     std::u16string text() const override;
     void setText(std::u16string_view text) override;

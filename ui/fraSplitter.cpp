@@ -1,5 +1,7 @@
 #include "ui/fraSplitter.h"
 
+#include "ui/border.h"
+
 #include <windowsx.h>
 
 namespace vellums::ui {
@@ -27,7 +29,7 @@ void fraSplitter::create(HWND parent, int id)
 LRESULT CALLBACK fraSplitter::splitterProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
     auto* self = reinterpret_cast<fraSplitter*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-    if (self != nullptr && self->onMessage(message, lParam))
+    if (self != nullptr && border::guarded(true, [&] { return self->onMessage(message, lParam); }))
         return 0;
     return DefWindowProcW(window, message, wParam, lParam);
 }

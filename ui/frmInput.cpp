@@ -1,5 +1,6 @@
 #include "ui/frmInput.h"
 
+#include "ui/border.h"
 #include "ui/dialogTemplate.h"
 #include "ui/ids.h"
 #include "ui/modSetIcon.h"
@@ -26,17 +27,19 @@ void start(HWND dialog, const Question& question)
 
 INT_PTR CALLBACK inputProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    if (message == WM_INITDIALOG) {
-        start(dialog, *reinterpret_cast<Question*>(lParam));
-        return FALSE; // the focus is where it belongs
-    }
-    if (message != WM_COMMAND || (LOWORD(wParam) != IDOK && LOWORD(wParam) != IDCANCEL))
-        return FALSE;
-    if (LOWORD(wParam) == IDOK)
-        reinterpret_cast<Question*>(GetWindowLongPtrW(dialog, DWLP_USER))->answer =
-            windowText(GetDlgItem(dialog, ID_frmInput_text));
-    EndDialog(dialog, LOWORD(wParam));
-    return TRUE;
+    return border::guarded<INT_PTR>(FALSE, [&]() -> INT_PTR {
+        if (message == WM_INITDIALOG) {
+            start(dialog, *reinterpret_cast<Question*>(lParam));
+            return FALSE; // the focus is where it belongs
+        }
+        if (message != WM_COMMAND || (LOWORD(wParam) != IDOK && LOWORD(wParam) != IDCANCEL))
+            return FALSE;
+        if (LOWORD(wParam) == IDOK)
+            reinterpret_cast<Question*>(GetWindowLongPtrW(dialog, DWLP_USER))->answer =
+                windowText(GetDlgItem(dialog, ID_frmInput_text));
+        EndDialog(dialog, LOWORD(wParam));
+        return TRUE;
+    });
 }
 
 } // namespace

@@ -142,7 +142,7 @@ LRESULT frmMain::onMessage(UINT message, WPARAM wParam, LPARAM lParam)
     switch (message) {
     case WM_SIZE:
         if (wParam != SIZE_MINIMIZED)
-            layOut();
+            onResized();
         return 0;
     case WM_GETMINMAXINFO: {
         auto* limits = reinterpret_cast<MINMAXINFO*>(lParam);
@@ -161,8 +161,7 @@ LRESULT frmMain::onMessage(UINT message, WPARAM wParam, LPARAM lParam)
         break;
     case WM_SYSCOLORCHANGE:
     case WM_SETTINGCHANGE:
-        if (display_ != nullptr)
-            display_->systemColoursChanged();
+        onSystemLook(message);
         break;
     case WM_COMMAND:
         if (onCommand(LOWORD(wParam), HIWORD(wParam)))
@@ -231,6 +230,7 @@ LRESULT frmMain::onMessage(UINT message, WPARAM wParam, LPARAM lParam)
         border::tellIn(nullptr, false);
         modMouseWheel::unhook(hwnd_);
         txtInlineTip_.destroy();
+        chkSortTip_.destroy();
         PostQuitMessage(0);
         return 0;
     case WM_NCDESTROY:

@@ -20,6 +20,7 @@
 #include "ui/recordText.h"
 #include "ui/resultsList.h"
 #include "ui/shutdownBlock.h"
+#include "ui/subclass.h"
 #include "ui/tooltip.h"
 #include "ui/ucStatus.h"
 #include "ui/windowLabel.h"
@@ -89,9 +90,12 @@ private:
     bool isHeldReturn(HWND control, WPARAM key, LPARAM keyData) const;
     bool onControlMouse(HWND control, UINT message);
     HBRUSH colourControl(HDC dc, HWND control);
+    void onSystemLook(UINT message);
 
     // frmMainLayout.cpp
+    void onResized();
     void layOut();
+    double splitterLeft() const;
     void makeFonts();
     void onDpiChanged(UINT dpi, const RECT& suggested);
     void dragSplitter(int left);
@@ -165,9 +169,10 @@ private:
     bool explaining_ = false;       // the left panel explains a menu entry
     std::u16string textBeforeHelp_; // and showed this before
 
-    double splitterLeft_ = kFirstSplitterLeft; // twips
-    double listRight_ = kFirstSplitterLeft;    // where the list ends when it is shown
+    double splitterLeft_ = kFirstSplitterLeft; // while the list is shown and nothing drags (twips)
+    std::optional<double> dragLeft_;           // while the mouse drags it
     bool listShown_ = true;
+    SIZE sizeBefore_{}; // of the client area, when it was last resized
 
     std::unique_ptr<Menus> menus_;
     MenuCheck mnu_SortOnTitle_;
@@ -190,6 +195,8 @@ private:
     HeadsList lstHeads_;
     ResultsList lstInLineSrch_;
     Tooltip txtInlineTip_;
+    Tooltip chkSortTip_;
+    std::vector<Subclass> keys_; // what the controls do with keys and clicks of ours
     HWND lblStaticBorder_ = nullptr;
     HWND shpEdge_ = nullptr;
     fraSplitter splitter_;

@@ -66,10 +66,10 @@ void frmMain::createControls()
         text_.wrapping().hwnd(), text_.scrolling().hwnd(), lstInLineSrch_.hwnd()};
     for (const HWND control : bordered) {
         modBorderColor::subclass(control);
-        SetWindowSubclass(control, controlProc, 1, reinterpret_cast<DWORD_PTR>(this));
+        keys_.emplace_back(control, controlProc, this);
     }
     for (const WindowLabel& label : lblRemarks_)
-        SetWindowSubclass(label.hwnd(), controlProc, 1, reinterpret_cast<DWORD_PTR>(this));
+        keys_.emplace_back(label.hwnd(), controlProc, this);
     makeFonts();
 }
 
@@ -88,6 +88,8 @@ void frmMain::createHeader()
     txtType_.create(hwnd_, ID_txtType, EditBox::Kind::OneLine);
     createUnseenLabel(hwnd_, ID_lblAccessible + 1, sortName());
     chkSort_.attach(createChild(hwnd_, kCheckBoxClass, u"", WS_TABSTOP | BS_AUTOCHECKBOX, ID_chkSort));
+    chkSortTip_.create(hwnd_, chkSort_.hwnd());
+    chkSortTip_.setText(sortName());
 }
 
 void frmMain::createBody()
@@ -159,6 +161,17 @@ HBRUSH frmMain::colourControl(HDC dc, HWND control)
     SetTextColor(dc, display_->foreColor());
     SetBkColor(dc, display_->backColor());
     return display_->backBrush();
+}
+
+// The system tells its colours to the windows of the desktop; what lies in them is told here.
+void frmMain::onSystemLook(UINT message)
+{
+    if (message == WM_SYSCOLORCHANGE)
+        for (HWND child = GetWindow(hwnd_, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT))
+            SendMessageW(child, message, 0, 0);
+    if (display_ != nullptr)
+        display_->systemColoursChanged();
+    RedrawWindow(hwnd_, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
 }
 
 // Enter, Esc and Del where they are commands; the boxes' own use of all other keys stays.
@@ -257,11 +270,9 @@ LRESULT frmMain::keysWanted(HWND control, LRESULT own, const MSG* key) const
 }
 
 LRESULT CALLBACK frmMain::controlProc(
-    HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR self)
+    HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR /*id*/, DWORD_PTR self)
 {
     auto* form = reinterpret_cast<frmMain*>(self);
-    if (message == WM_NCDESTROY)
-        RemoveWindowSubclass(window, controlProc, id);
     const std::optional<LRESULT> answer = border::guarded<std::optional<LRESULT>>(
         0, [&] { return form->onControlMessage(window, message, wParam, lParam); });
     return answer ? *answer : DefSubclassProc(window, message, wParam, lParam);

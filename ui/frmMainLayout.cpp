@@ -1,26 +1,33 @@
 // Where the controls stand: the window's part in it; the rules are in layout.h.
 #include "ui/frmMain.h"
 
+#include "ui/deviceContext.h"
 #include "ui/ids.h"
 #include "ui/wide.h"
 
 #include <iterator>
+#include <utility>
 
 namespace vellums::ui {
 namespace {
 
 constexpr int kFontTenths = 80;  // 8 points
 constexpr int kLabelMargin = 12; // pixels behind a text
+// A box of one line puts its text this far below its upper edge at any resolution; as much below the text
+// and it stands in the middle.
+constexpr int kAboveLine = 2;
 
-int textWidth(HWND label, HFONT font, const std::u16string& text)
+struct Place {
+    HWND window;
+    const RECT& rect;
+};
+
+bool stands(HWND parent, const Place& place)
 {
-    const HDC dc = GetDC(label);
-    const HGDIOBJ before = SelectObject(dc, font);
-    SIZE size{};
-    GetTextExtentPoint32W(dc, wide(text), static_cast<int>(text.size()), &size);
-    SelectObject(dc, before);
-    ReleaseDC(label, dc);
-    return size.cx;
+    RECT now{};
+    GetWindowRect(place.window, &now);
+    MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&now), 2);
+    return EqualRect(&now, &place.rect) != FALSE;
 }
 
 } // namespace
@@ -30,40 +37,55 @@ void frmMain::makeFonts()
     OwnedFont font(CreateFontW(-MulDiv(kFontTenths, scale_.dpi(), 720), 0, 0, 0, FW_NORMAL, FALSE, FALSE,
         FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY,
         DEFAULT_PITCH | FF_SWISS, wide(defaultFontName())));
-    for (const HWND control : {lblRemarks_[0].hwnd(), lblRemarks_[1].hwnd(), txtKey_.hwnd(),
-             txtInline_.hwnd(), chkSort_.hwnd(), lblDate_.hwnd(), txtType_.hwnd(), lstHeads_.hwnd()})
+    for (const HWND control :
+        {lblRemarks_[0].hwnd(), lblRemarks_[1].hwnd(), chkSort_.hwnd(), lblDate_.hwnd()})
         SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), TRUE);
-    lstInLineSrch_.setFont(font.get());
+    for (const EditBox* box : {&txtKey_, &txtInline_, &txtType_})
+        box->setFont(font.get(), scale_.dpi());
+    lstHeads_.setFont(font.get(), scale_.dpi());
+    lstInLineSrch_.setFont(font.get(), scale_.dpi());
     ucStatusLeft_.setFont(font.get());
     ucStatusRight_.setFont(font.get());
     font_ = std::move(font);
+}
+
+// The limits of the splitter are those of a change of the size; whatever else has the controls placed leaves
+// it where the user put it.
+void frmMain::onResized()
+{
+    RECT client{};
+    GetClientRect(hwnd_, &client);
+    if (client.right != sizeBefore_.cx || client.bottom != sizeBefore_.cy)
+        splitterLeft_ = splitterInWindow(splitterLeft_, scale_.twips(client.right));
+    sizeBefore_ = {client.right, client.bottom};
+    layOut();
+}
+
+double frmMain::splitterLeft() const
+{
+    if (dragLeft_)
+        return *dragLeft_;
+    return listShown_ ? splitterLeft_ : 0;
 }
 
 void frmMain::layOut()
 {
     RECT client{};
     GetClientRect(hwnd_, &client);
-    const double width = scale_.twips(client.right);
-    if (listShown_ && !splitter_.isDragged())
-        splitterLeft_ = splitterInWindow(splitterLeft_, width);
-
-    const auto measured = [this](const WindowLabel& label, const std::u16string& text) {
-        return scale_.twips(textWidth(label.hwnd(), font_.get(), text) + kLabelMargin);
+    const auto measured = [this](const std::u16string& text) {
+        return scale_.twips(textWidth(font_.get(), text) + kLabelMargin);
     };
     LayoutInput input;
-    input.width = width;
+    input.width = scale_.twips(client.right);
     input.height = scale_.twips(client.bottom);
-    input.searchLabelWidth = measured(lblRemarks_[0], lblRemarks_[0].text());
-    input.findLabelWidth = measured(lblRemarks_[1], lblRemarks_[1].text());
-    input.dateWidth = measured(lblDate_, u"2000-00-00 00:00:00");
-    input.splitterLeft = splitterLeft_;
+    input.rowHeight = scale_.twips(lineHeight(font_.get()) + 2 * kAboveLine);
+    input.searchLabelWidth = measured(lblRemarks_[0].text());
+    input.findLabelWidth = measured(lblRemarks_[1].text());
+    input.dateWidth = measured(u"2000-00-00 00:00:00");
+    input.splitterLeft = splitterLeft();
     input.resultsShown = lstInLineSrch_.visible();
     const Layout at = computeLayout(input, scale_);
 
-    struct Place {
-        HWND window;
-        const RECT& rect;
-    };
     const Place places[] = {
         {lblStaticBorder_, at.lblStaticBorder},
         {lblRemarks_[0].hwnd(), at.lblSearch},
@@ -82,11 +104,13 @@ void frmMain::layOut()
         {ucStatusLeft_.hwnd(), at.ucStatusLeft},
         {ucStatusRight_.hwnd(), at.ucStatusRight},
     };
+    // What stood there is drawn anew, not copied: copies of neighbours that move at the same time overlap.
     HDWP moves = BeginDeferWindowPos(static_cast<int>(std::size(places)));
     for (const Place& place : places)
-        moves = DeferWindowPos(moves, place.window, nullptr, place.rect.left, place.rect.top,
-            place.rect.right - place.rect.left, place.rect.bottom - place.rect.top,
-            SWP_NOZORDER | SWP_NOACTIVATE);
+        if (!stands(hwnd_, place))
+            moves = DeferWindowPos(moves, place.window, nullptr, place.rect.left, place.rect.top,
+                place.rect.right - place.rect.left, place.rect.bottom - place.rect.top,
+                SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOCOPYBITS);
     EndDeferWindowPos(moves);
 }
 
@@ -105,36 +129,31 @@ void frmMain::dragSplitter(int left)
 {
     RECT client{};
     GetClientRect(hwnd_, &client);
-    splitterLeft_ = splitterInDrag(scale_.twips(left), scale_.twips(client.right));
-    lstHeads_.setVisible(splitterLeft_ > 0);
+    dragLeft_ = splitterInDrag(scale_.twips(left), scale_.twips(client.right));
+    lstHeads_.setVisible(*dragLeft_ > 0);
     layOut();
 }
 
+// A list that was dragged away comes back where it ended before the drag.
 void frmMain::endSplitterDrag()
 {
-    listShown_ = splitterLeft_ > 0;
-    if (listShown_)
-        listRight_ = splitterLeft_;
-    else
-        showList(false);
-    markListShown();
+    if (!dragLeft_)
+        return;
+    const double left = *std::exchange(dragLeft_, std::nullopt);
+    if (left > 0)
+        splitterLeft_ = left;
+    showList(left > 0);
 }
 
 void frmMain::showList(bool shown)
 {
     listShown_ = shown;
     const bool hadFocus = GetFocus() == lstHeads_.hwnd();
-    if (shown)
-        splitterLeft_ = listRight_ + 2 * scale_.twipsPerPixel();
-    else
-        splitterLeft_ = 0;
     layOut();
     ShowWindow(splitter_.hwnd(), shown ? SW_SHOWNA : SW_HIDE);
     lstHeads_.setVisible(shown);
     if (!shown && hadFocus)
         text_.focus();
-    if (shown)
-        listRight_ = splitterLeft_ - 2 * scale_.twipsPerPixel();
     markListShown();
 }
 

@@ -25,6 +25,7 @@ private:
 struct LayoutInput {
     double width = 0; // of the client area
     double height = 0;
+    double rowHeight = 0; // of the boxes of one line
     double searchLabelWidth = 0;
     double findLabelWidth = 0;
     double dateWidth = 0;

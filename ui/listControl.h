@@ -1,7 +1,11 @@
 // What every list over a LISTBOX control has in common. How many entries may be selected differs.
+//
+// The list shows whole rows only: what is left of its height below the last of them is margin, as is a
+// small strip before the texts.
 #pragma once
 
 #include "app/controls.h"
+#include "ui/subclass.h"
 
 #include <windows.h>
 
@@ -11,6 +15,8 @@ class ListControl : public ListBox {
 public:
     HWND hwnd() const { return hwnd_; }
 
+    void setFont(HFONT font, int dpi); // not owned
+
     void fill(const std::vector<ListEntry>& entries) override;
     int count() const override;
     std::u16string text(int index) const override;
@@ -18,7 +24,7 @@ public:
     void insert(int index, const ListEntry& entry) override;
     void remove(const std::vector<int>& indexes) override;
     bool enabled() const override { return IsWindowEnabled(hwnd_) != FALSE; }
-    void setEnabled(bool enabled) override { EnableWindow(hwnd_, enabled); }
+    void setEnabled(bool enabled) override;
     std::u16string tag() const override { return tag_; }
     void setTag(std::u16string_view tag) override { tag_ = tag; }
 
@@ -46,8 +52,16 @@ protected:
     }
 
 private:
+    static LRESULT CALLBACK marginProc(
+        HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR self);
+    void takeMargins(RECT& client) const;
+    void paintMargins() const;
+    bool isLeftMargin(POINT screen) const;
+
     HWND hwnd_ = nullptr;
     WNDPROC classProc_ = nullptr;
+    Subclass margins_;
+    int inset_ = 0; // pixels before the texts
     std::u16string tag_;
 };
 

@@ -1,6 +1,12 @@
 #include "ui/modBorderColor.h"
 
+#include "ui/deviceContext.h"
+#include "ui/owned.h"
+#include "ui/subclass.h"
 #include "ui/systemLook.h"
+
+#include <map>
+#include <utility>
 
 namespace vellums::ui::modBorderColor {
 namespace {
@@ -8,26 +14,30 @@ namespace {
 constexpr wchar_t kProperty[] = L"OrigProcAddr";
 constexpr COLORREF kBorder = RGB(122, 138, 153);
 
+// The procedures that draw borders. Each is taken off with its control.
+std::map<HWND, Subclass>& borders()
+{
+    static std::map<HWND, Subclass> all;
+    return all;
+}
+
 void drawBorder(HWND control)
 {
     RECT rect{};
     GetWindowRect(control, &rect);
     OffsetRect(&rect, -rect.left, -rect.top);
-    const HDC dc = GetWindowDC(control);
-    const HBRUSH brush = CreateSolidBrush(isHighContrast() ? GetSysColor(COLOR_WINDOWFRAME) : kBorder);
-    FrameRect(dc, &rect, brush);
-    DeleteObject(brush);
-    ReleaseDC(control, dc);
+    const DeviceContext dc(control, DeviceContext::Of::WholeWindow);
+    const OwnedBrush brush(CreateSolidBrush(isHighContrast() ? GetSysColor(COLOR_WINDOWFRAME) : kBorder));
+    FrameRect(dc.get(), &rect, brush.get());
 }
 
-LRESULT CALLBACK borderProc(HWND control, UINT message, WPARAM wParam, LPARAM lParam)
+LRESULT CALLBACK borderProc(HWND control, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR)
 {
-    const auto before = reinterpret_cast<WNDPROC>(GetPropW(control, kProperty));
     if (message == WM_DESTROY) {
-        SetWindowLongPtrW(control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(before));
         RemovePropW(control, kProperty);
+        borders().erase(control);
     }
-    const LRESULT result = CallWindowProcW(before, control, message, wParam, lParam);
+    const LRESULT result = DefSubclassProc(control, message, wParam, lParam);
     if (message == WM_PAINT)
         drawBorder(control);
     return result;
@@ -40,8 +50,13 @@ void subclass(HWND control)
     if (GetPropW(control, kProperty) != nullptr)
         return;
     const LONG_PTR before = GetWindowLongPtrW(control, GWLP_WNDPROC);
-    if (SetPropW(control, kProperty, reinterpret_cast<HANDLE>(before)))
-        SetWindowLongPtrW(control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(borderProc));
+    if (!SetPropW(control, kProperty, reinterpret_cast<HANDLE>(before)))
+        return;
+    Subclass border(control, borderProc, nullptr);
+    if (border.isOn())
+        borders()[control] = std::move(border);
+    else
+        RemovePropW(control, kProperty);
 }
 
 } // namespace vellums::ui::modBorderColor

@@ -1,5 +1,7 @@
 #include "ui/modMouseWheel.h"
 
+#include "ui/subclass.h"
+
 #include <utility>
 
 namespace vellums::ui::modMouseWheel {
@@ -8,9 +10,9 @@ namespace {
 constexpr int kSmaller = 0;
 constexpr int kLarger = 2;
 
-// A window procedure has no other way to know what stood there before it.
+// One for the process: one window at a time is looked at.
 struct Hook {
-    WNDPROC before = nullptr;
+    Subclass subclass;
     SizeCommand clickmnusizes;
 };
 Hook& hooked()
@@ -19,30 +21,25 @@ Hook& hooked()
     return hook;
 }
 
-LRESULT CALLBACK wheelProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+LRESULT CALLBACK wheelProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR)
 {
-    const WNDPROC before = hooked().before;
     if (message == WM_MOUSEWHEEL && (GET_KEYSTATE_WPARAM(wParam) & MK_CONTROL) != 0)
         hooked().clickmnusizes(GET_WHEEL_DELTA_WPARAM(wParam) > 0 ? kSmaller : kLarger);
-    return CallWindowProcW(before, window, message, wParam, lParam);
+    return DefSubclassProc(window, message, wParam, lParam);
 }
 
 } // namespace
 
 void hook(HWND window, SizeCommand clickmnusizes)
 {
-    if (hooked().before != nullptr)
+    if (hooked().subclass.isOn())
         return;
     hooked().clickmnusizes = std::move(clickmnusizes);
-    hooked().before = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(window, GWLP_WNDPROC));
-    SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(wheelProc));
+    hooked().subclass = Subclass(window, wheelProc, nullptr);
 }
 
-void unhook(HWND window)
+void unhook(HWND /*window*/)
 {
-    if (hooked().before == nullptr)
-        return;
-    SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(hooked().before));
     hooked() = {};
 }
 

@@ -4,6 +4,7 @@
 #include "ui/windowText.h"
 
 #include <cmath>
+#include <functional>
 
 namespace vellums::ui {
 namespace {
@@ -50,8 +51,8 @@ void RecordText::setWraps(bool wraps, bool withFocus)
     setWindowText(from, {}); // one copy of a large text is enough
     if (focused)
         SetFocus(to);
-    shown().scrollToCaret();
     scrollTo(to, top);
+    shown().scrollToCaret(); // where lines are of other lengths, the place may lie outside now
 }
 
 void RecordText::setFont(const std::u16string& name, double points, int dpi)
@@ -63,8 +64,8 @@ void RecordText::setFont(const std::u16string& name, double points, int dpi)
         return;
     OwnedFont font(CreateFontW(height, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET,
         OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY, DEFAULT_PITCH | FF_DONTCARE, wide(name)));
-    for (const HWND box : {txtShowWrap_.hwnd(), txtShowNoWrap_.hwnd()})
-        SendMessageW(box, WM_SETFONT, reinterpret_cast<WPARAM>(font.get()), TRUE);
+    for (const EditBox& box : {std::cref(txtShowWrap_), std::cref(txtShowNoWrap_)})
+        box.setFont(font.get(), dpi);
     shown().scrollToCaret();
     font_ = std::move(font);
 }

@@ -19,8 +19,8 @@ public:
     bool holds(HWND window) const { return window == txtShowWrap_.hwnd() || window == txtShowNoWrap_.hwnd(); }
 
     bool wraps() const { return wraps_; }
-    // Shows the other box with the same text, selection and place in the text. Moves the focus along when
-    // the box had it or `withFocus` asks for it.
+    // Shows the other box with the same text and selection, and the same place in the text as far as the
+    // caret is seen there. Moves the focus along when the box had it or `withFocus` asks for it.
     void setWraps(bool wraps, bool withFocus);
 
     // Point sizes may be halves. The caret is scrolled into view where something changed.

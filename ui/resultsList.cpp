@@ -1,5 +1,6 @@
 #include "ui/resultsList.h"
 
+#include "ui/deviceContext.h"
 #include "ui/wide.h"
 
 #include <algorithm>
@@ -16,28 +17,10 @@ void ResultsList::create(HWND parent, int id)
     createList(parent, id, WS_DISABLED | LBS_OWNERDRAWFIXED);
 }
 
-void ResultsList::setFont(HFONT font)
-{
-    font_ = font;
-    SendMessageW(hwnd(), WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
-    send(LB_SETITEMHEIGHT, 0, entryHeight());
-}
-
-int ResultsList::entryHeight() const
-{
-    const HDC dc = GetDC(nullptr);
-    const HGDIOBJ before = font_ == nullptr ? nullptr : SelectObject(dc, font_);
-    TEXTMETRICW metrics{};
-    GetTextMetricsW(dc, &metrics);
-    if (before != nullptr)
-        SelectObject(dc, before);
-    ReleaseDC(nullptr, dc);
-    return metrics.tmHeight;
-}
-
 void ResultsList::measure(MEASUREITEMSTRUCT& item) const
 {
-    item.itemHeight = static_cast<UINT>(entryHeight());
+    const auto font = reinterpret_cast<HFONT>(SendMessageW(hwnd(), WM_GETFONT, 0, 0));
+    item.itemHeight = static_cast<UINT>(lineHeight(font));
 }
 
 void ResultsList::draw(const DRAWITEMSTRUCT& item, COLORREF text, COLORREF background) const
@@ -53,7 +36,7 @@ void ResultsList::draw(const DRAWITEMSTRUCT& item, COLORREF text, COLORREF backg
         std::u16string shown = this->text(static_cast<int>(item.itemID));
         shown.resize(std::min(shown.size(), kMostDrawn));
         RECT place = item.rcItem;
-        place.left += 2;
+        place.left += 1;
         DrawTextW(item.hDC, wide(shown), static_cast<int>(shown.size()), &place,
             DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | DT_EXPANDTABS);
     }

@@ -15,7 +15,6 @@ public:
     // Raised when the list was shown or hidden: the text beside it takes less or more room.
     std::function<void()> VisibleChanged;
 
-    void setFont(HFONT font); // not owned
     // Answers the parent's WM_MEASUREITEM and WM_DRAWITEM.
     void measure(MEASUREITEMSTRUCT& item) const;
     void draw(const DRAWITEMSTRUCT& item, COLORREF text, COLORREF background) const;
@@ -28,9 +27,6 @@ public:
     void setVisible(bool visible) override;
 
 private:
-    int entryHeight() const;
-
-    HFONT font_ = nullptr;
     bool visible_ = false;
 };
 

@@ -1,5 +1,7 @@
 #include "ui/systemLook.h"
 
+#include "ui/deviceContext.h"
+
 #include <algorithm>
 
 namespace vellums::ui {
@@ -20,10 +22,8 @@ UINT dpiOf(HWND window)
     if (const auto get = reinterpret_cast<GetDpi>(reinterpret_cast<void*>(found)); get != nullptr)
         if (const UINT dpi = get(window); dpi != 0)
             return dpi;
-    const HDC dc = GetDC(window);
-    const int dpi = GetDeviceCaps(dc, LOGPIXELSX);
-    ReleaseDC(window, dc);
-    return static_cast<UINT>(dpi);
+    const DeviceContext dc(window);
+    return static_cast<UINT>(GetDeviceCaps(dc.get(), LOGPIXELSX));
 }
 
 void keepOnScreen(HWND window)

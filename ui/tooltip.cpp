@@ -1,5 +1,6 @@
 #include "ui/tooltip.h"
 
+#include "ui/systemLook.h"
 #include "ui/wide.h"
 
 #include <utility>
@@ -8,6 +9,8 @@
 
 namespace vellums::ui {
 namespace {
+
+constexpr int kMostPixels = 480; // at 96 dpi; a longer text is wrapped
 
 TTTOOLINFOW toolOf(HWND parent, HWND control, const std::u16string& text)
 {
@@ -31,6 +34,7 @@ void Tooltip::create(HWND parent, HWND control)
         0, 0, 0, 0, nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
     const TTTOOLINFOW tool = toolOf(parent_, control_, text_);
     SendMessageW(hwnd_, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+    limitWidth();
 }
 
 void Tooltip::destroy()
@@ -42,8 +46,15 @@ void Tooltip::destroy()
 void Tooltip::setText(std::u16string_view text)
 {
     text_ = text;
+    limitWidth();
     const TTTOOLINFOW tool = toolOf(parent_, control_, text_);
     SendMessageW(hwnd_, TTM_UPDATETIPTEXTW, 0, reinterpret_cast<LPARAM>(&tool));
+}
+
+// With each text: the window may have come to a screen of another resolution.
+void Tooltip::limitWidth() const
+{
+    SendMessageW(hwnd_, TTM_SETMAXTIPWIDTH, 0, MulDiv(kMostPixels, static_cast<int>(dpiOf(parent_)), 96));
 }
 
 } // namespace vellums::ui

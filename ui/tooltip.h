@@ -23,6 +23,8 @@ public:
     void setText(std::u16string_view text) override;
 
 private:
+    void limitWidth() const;
+
     HWND hwnd_ = nullptr;
     HWND parent_ = nullptr;
     HWND control_ = nullptr;

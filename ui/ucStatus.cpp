@@ -1,16 +1,15 @@
 #include "ui/ucStatus.h"
 
 #include "platform/text.h"
+#include "ui/border.h"
+#include "ui/systemLook.h"
 #include "ui/wide.h"
 #include "ui/windowText.h"
 
 #include <algorithm>
-
 #include <utility>
 
 #include <windowsx.h>
-
-#include <commctrl.h>
 
 namespace vellums::ui {
 namespace {
@@ -39,16 +38,16 @@ std::u16string fontText(HFONT font)
     return fromWide(description.lfFaceName) + u"," + platform::decimal(description.lfHeight);
 }
 
-HFONT fontOf(const std::u16string& text)
+OwnedFont fontOf(const std::u16string& text)
 {
     const std::size_t comma = text.rfind(u',');
     if (comma == std::u16string::npos || comma == 0 || comma >= LF_FACESIZE)
-        return nullptr;
+        return {};
     LOGFONTW description{};
     std::copy_n(text.begin(), comma, description.lfFaceName);
     description.lfHeight = _wtoi(wide(text.substr(comma + 1)));
     description.lfCharSet = DEFAULT_CHARSET;
-    return CreateFontIndirectW(&description);
+    return OwnedFont(CreateFontIndirectW(&description));
 }
 
 std::uint32_t numberIn(const PropertyBag& bag, const std::u16string& name, std::uint32_t defaultValue)
@@ -69,11 +68,7 @@ std::uint32_t numberIn(const PropertyBag& bag, const std::u16string& name, std::
 
 ucStatus::ucStatus() = default;
 
-ucStatus::~ucStatus()
-{
-    if (brush_ != nullptr)
-        DeleteObject(brush_);
-}
+ucStatus::~ucStatus() = default;
 
 void ucStatus::create(HWND parent, int id)
 {
@@ -90,9 +85,7 @@ void ucStatus::create(HWND parent, int id)
     lblCaption_ = CreateWindowExW(0, L"STATIC", nullptr,
         WS_CHILD | WS_VISIBLE | SS_NOTIFY | SS_NOPREFIX | SS_LEFTNOWORDWRAP | SS_CENTERIMAGE, 0, 0, 0, 0,
         hwnd_, nullptr, program, nullptr);
-    SetWindowLongPtrW(lblCaption_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-    labelBefore_ = reinterpret_cast<WNDPROC>(
-        SetWindowLongPtrW(lblCaption_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(labelProc)));
+    label_ = Subclass(lblCaption_, labelProc, this);
     tooltip_.create(hwnd_, lblCaption_);
     setBackColor(backColor_);
     setCaption(early_);
@@ -101,9 +94,7 @@ void ucStatus::create(HWND parent, int id)
 void ucStatus::setBackColor(std::uint32_t colour)
 {
     backColor_ = colour;
-    if (brush_ != nullptr)
-        DeleteObject(brush_);
-    brush_ = CreateSolidBrush(colourOf(colour));
+    brush_.reset(CreateSolidBrush(colourOf(colour)));
     InvalidateRect(hwnd_, nullptr, TRUE);
     InvalidateRect(lblCaption_, nullptr, TRUE);
 }
@@ -171,7 +162,7 @@ void ucStatus::readProperties(const PropertyBag& bag)
     setBackColor(numberIn(bag, u"BackColor", 0x8000000F));
     setForeColor(numberIn(bag, u"ForeColor", 0x80000012));
     if (const auto font = bag.find(u"Font"); font != bag.end()) {
-        OwnedFont made(fontOf(font->second));
+        OwnedFont made = fontOf(font->second);
         if (made.get() != nullptr) {
             setFont(made.get());
             readFont_ = std::move(made);
@@ -184,9 +175,7 @@ void ucStatus::readProperties(const PropertyBag& bag)
 
 void ucStatus::placeLabel(int width, int height)
 {
-    const HDC dc = GetDC(hwnd_);
-    const int inset = MulDiv(kInsetPixels, GetDeviceCaps(dc, LOGPIXELSX), 96);
-    ReleaseDC(hwnd_, dc);
+    const int inset = MulDiv(kInsetPixels, static_cast<int>(dpiOf(hwnd_)), 96);
     MoveWindow(lblCaption_, inset, 1, width - 2 * inset, height - 2, TRUE);
 }
 
@@ -194,7 +183,7 @@ LRESULT ucStatus::paintLabel(HDC dc)
 {
     SetTextColor(dc, colourOf(foreColor_));
     SetBkColor(dc, colourOf(backColor_));
-    return reinterpret_cast<LRESULT>(brush_);
+    return reinterpret_cast<LRESULT>(brush_.get());
 }
 
 LRESULT ucStatus::onPanel(UINT message, WPARAM wParam, LPARAM lParam)
@@ -206,7 +195,7 @@ LRESULT ucStatus::onPanel(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_ERASEBKGND: {
         RECT rect{};
         GetClientRect(hwnd_, &rect);
-        FillRect(reinterpret_cast<HDC>(wParam), &rect, brush_);
+        FillRect(reinterpret_cast<HDC>(wParam), &rect, brush_.get());
         return 1;
     }
     case WM_CTLCOLORSTATIC:
@@ -252,16 +241,17 @@ LRESULT CALLBACK ucStatus::panelProc(HWND window, UINT message, WPARAM wParam, L
         static_cast<ucStatus*>(created->lpCreateParams)->hwnd_ = window;
     }
     auto* panel = reinterpret_cast<ucStatus*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-    return panel == nullptr ? DefWindowProcW(window, message, wParam, lParam)
-                            : panel->onPanel(message, wParam, lParam);
+    if (panel == nullptr)
+        return DefWindowProcW(window, message, wParam, lParam);
+    return border::guarded<LRESULT>(0, [&] { return panel->onPanel(message, wParam, lParam); });
 }
 
-LRESULT CALLBACK ucStatus::labelProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+LRESULT CALLBACK ucStatus::labelProc(
+    HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR self)
 {
-    auto* panel = reinterpret_cast<ucStatus*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-    if (panel->onLabelMouse(message, wParam, lParam))
+    if (reinterpret_cast<ucStatus*>(self)->onLabelMouse(message, wParam, lParam))
         return 0;
-    return CallWindowProcW(panel->labelBefore_, window, message, wParam, lParam);
+    return DefSubclassProc(window, message, wParam, lParam);
 }
 
 } // namespace vellums::ui

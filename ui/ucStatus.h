@@ -7,6 +7,7 @@
 #include "app/controls.h"
 #include "store/notebook.h"
 #include "ui/owned.h"
+#include "ui/subclass.h"
 #include "ui/tooltip.h"
 
 #include <cstdint>
@@ -62,7 +63,8 @@ public:
 
 private:
     static LRESULT CALLBACK panelProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-    static LRESULT CALLBACK labelProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    static LRESULT CALLBACK labelProc(
+        HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id, DWORD_PTR self);
     LRESULT onPanel(UINT message, WPARAM wParam, LPARAM lParam);
     bool onLabelMouse(UINT message, WPARAM wParam, LPARAM lParam);
     void placeLabel(int width, int height);
@@ -71,8 +73,8 @@ private:
     HWND hwnd_ = nullptr;
     HWND lblCaption_ = nullptr;
     Tooltip tooltip_;
-    WNDPROC labelBefore_ = nullptr;
-    HBRUSH brush_ = nullptr;
+    Subclass label_;
+    OwnedBrush brush_;
     std::u16string early_; // a caption set before the panel was created
     HFONT font_ = nullptr;
     OwnedFont readFont_;                   // made by readProperties()

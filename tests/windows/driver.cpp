@@ -71,7 +71,7 @@ bool eventually(const std::function<bool()>& condition, int timeoutMs)
     return true;
 }
 
-Program::Program(const std::wstring& executable, const std::wstring& arguments)
+Program::Program(const std::wstring& executable, const std::wstring& arguments, const POINT* place)
 {
     job_ = CreateJobObjectW(nullptr, nullptr);
     JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
@@ -80,6 +80,11 @@ Program::Program(const std::wstring& executable, const std::wstring& arguments)
     std::wstring commandLine = L"\"" + executable + L"\" " + arguments;
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
+    if (place != nullptr) {
+        startup.dwFlags = STARTF_USEPOSITION;
+        startup.dwX = static_cast<DWORD>(place->x);
+        startup.dwY = static_cast<DWORD>(place->y);
+    }
     // Right after a kill of the same program the system once refused to start it.
     const auto starts = [&] {
         const BOOL started = CreateProcessW(executable.c_str(), commandLine.data(), nullptr, nullptr, FALSE,

@@ -17,12 +17,14 @@ bool eventually(const std::function<bool()>& condition, int timeoutMs = 10000);
 // A running Vellums.exe. It dies with this process, however that ends.
 class Program {
 public:
-    // Starts the executable with a command line (paths in quotes).
-    explicit Program(const std::wstring& executable, const std::wstring& arguments = L"");
+    // Starts the executable with a command line (paths in quotes), its window at a place of the screen.
+    explicit Program(
+        const std::wstring& executable, const std::wstring& arguments = L"", const POINT* place = nullptr);
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
     ~Program();
 
+    HANDLE process() const { return process_.hProcess; }
     HWND window() const { return window_; } // the main window; null when it never came
     HWND control(int id) const { return GetDlgItem(window_, id); }
 

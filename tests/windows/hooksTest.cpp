@@ -4,9 +4,16 @@
 #include "ui/modBorderColor.h"
 #include "ui/modKBEvent.h"
 #include "ui/modLstRclick.h"
+#include "ui/modMouseWheel.h"
 #include "ui/modRegistry.h"
+#include "ui/subclass.h"
 
 #include <gtest/gtest.h>
+#include <utility>
+#include <vector>
+
+// Where this program keeps the address of the system's function, so that a test can count its calls.
+extern "C" decltype(&FrameRect) __imp_FrameRect;
 
 namespace vellums::ui {
 namespace {
@@ -45,22 +52,153 @@ TEST(Hooks, ARightClickSelectsTheEntryUnderTheMouse)
     EXPECT_EQ(modLstRclick::selectItemUnderPoint(box.hwnd(), 75, 75, 15, 15), -1);
 }
 
+WNDPROC procedureOf(HWND window)
+{
+    return reinterpret_cast<WNDPROC>(GetWindowLongPtrW(window, GWLP_WNDPROC));
+}
+
+// What reaches a window itself, and what stands on it when it ends.
+struct Seen {
+    int paints = 0;
+    int others = 0; // WM_APP
+    WNDPROC lastProcedure = nullptr;
+    HANDLE lastProperty = nullptr;
+};
+Seen seen;
+
+LRESULT CALLBACK plainProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    seen.paints += message == WM_PAINT;
+    seen.others += message == WM_APP;
+    if (message == WM_NCDESTROY) {
+        seen.lastProcedure = procedureOf(window);
+        seen.lastProperty = GetPropW(window, L"OrigProcAddr");
+    }
+    return message == WM_APP ? 7 : DefWindowProcW(window, message, wParam, lParam);
+}
+
+class PlainWindow : public OwnWindow {
+public:
+    PlainWindow()
+        : OwnWindow((registerPlain(), L"PlainWindow"))
+    {
+        seen = {};
+    }
+
+private:
+    static void registerPlain()
+    {
+        WNDCLASSW plain{};
+        plain.lpfnWndProc = plainProc;
+        plain.hInstance = GetModuleHandleW(nullptr);
+        plain.hbrBackground = static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
+        plain.lpszClassName = L"PlainWindow";
+        RegisterClassW(&plain);
+    }
+};
+
+int frames = 0;
+int WINAPI countFrame(HDC dc, const RECT* rect, HBRUSH brush)
+{
+    ++frames;
+    return FillRect(dc, rect, brush) != 0; // all of it, so that it can be seen anywhere
+}
+
 TEST(Hooks, ABorderIsPutOnOnceAndGoesWithTheControl)
 {
-    WNDPROC plain = nullptr;
-    {
-        const OwnWindow box(L"EDIT", WS_BORDER);
-        plain = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(box.hwnd(), GWLP_WNDPROC));
-        modBorderColor::subclass(box.hwnd());
-        const LONG_PTR once = GetWindowLongPtrW(box.hwnd(), GWLP_WNDPROC);
-        modBorderColor::subclass(box.hwnd());
-        EXPECT_EQ(GetWindowLongPtrW(box.hwnd(), GWLP_WNDPROC), once);
-        EXPECT_NE(reinterpret_cast<WNDPROC>(once), plain);
-        EXPECT_EQ(reinterpret_cast<WNDPROC>(GetPropW(box.hwnd(), L"OrigProcAddr")), plain);
-        SetWindowTextW(box.hwnd(), L"still an edit box");
+    const auto realFrame = std::exchange(__imp_FrameRect, countFrame);
+    const auto paint = [](const PlainWindow& box) {
+        frames = 0;
+        InvalidateRect(box.hwnd(), nullptr, TRUE);
         UpdateWindow(box.hwnd());
-        EXPECT_EQ(GetWindowTextLengthW(box.hwnd()), 17);
+        GdiFlush();
+    };
+    {
+        const PlainWindow box;
+        modBorderColor::subclass(box.hwnd());
+        const WNDPROC once = procedureOf(box.hwnd());
+        EXPECT_NE(once, plainProc);
+        modBorderColor::subclass(box.hwnd());
+        EXPECT_EQ(procedureOf(box.hwnd()), once);
+        EXPECT_EQ(GetPropW(box.hwnd(), L"OrigProcAddr"), reinterpret_cast<HANDLE>(plainProc));
+        seen = {};
+        paint(box);
+        EXPECT_EQ(frames, 1);
+        EXPECT_EQ(seen.paints, 1);
+        EXPECT_EQ(SendMessageW(box.hwnd(), WM_APP, 0, 0), 7);
+        const HDC dc = GetWindowDC(box.hwnd());
+        EXPECT_EQ(GetPixel(dc, 0, 0), RGB(122, 138, 153));
+        ReleaseDC(box.hwnd(), dc);
+        SendMessageW(box.hwnd(), WM_DESTROY, 0, 0);
+        EXPECT_EQ(procedureOf(box.hwnd()), plainProc); // no second one stands there
+        EXPECT_EQ(GetPropW(box.hwnd(), L"OrigProcAddr"), nullptr);
+        paint(box);
+        EXPECT_EQ(frames, 0);
+        EXPECT_EQ(seen.paints, 2);
+        modBorderColor::subclass(box.hwnd());
+        EXPECT_EQ(procedureOf(box.hwnd()), once);
     }
+    EXPECT_EQ(seen.lastProcedure, plainProc); // before the end
+    EXPECT_EQ(seen.lastProperty, nullptr);
+    __imp_FrameRect = realFrame;
+}
+
+LRESULT CALLBACK countProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR count)
+{
+    *reinterpret_cast<int*>(count) += message == WM_APP;
+    return DefSubclassProc(window, message, wParam, lParam);
+}
+
+TEST(Hooks, ProceduresGoInAnyOrderAndOnce)
+{
+    for (const int first : {0, 1, 2}) {
+        int counts[3] = {};
+        std::vector<Subclass> owners;
+        {
+            const PlainWindow box;
+            for (int& count : counts)
+                owners.emplace_back(box.hwnd(), countProc, &count);
+            EXPECT_EQ(SendMessageW(box.hwnd(), WM_APP, 0, 0), 7);
+            owners[static_cast<std::size_t>(first)].takeOff();
+            owners[static_cast<std::size_t>(first)].takeOff();
+            SendMessageW(box.hwnd(), WM_APP, 0, 0);
+            for (int i = 0; i < 3; ++i)
+                EXPECT_EQ(counts[i], i == first ? 1 : 2);
+            owners.erase(owners.begin()); // one goes with its owner, the last with the window
+            SendMessageW(box.hwnd(), WM_APP, 0, 0);
+            EXPECT_EQ(counts[0], first == 0 ? 1 : 2);
+            EXPECT_EQ(counts[1] + counts[2], first == 0 ? 6 : 4);
+            EXPECT_EQ(seen.others, 3);
+        }
+        for (const Subclass& owner : owners)
+            EXPECT_FALSE(owner.isOn());
+        const PlainWindow next; // may have the handle of the one before
+        owners.clear();
+        EXPECT_EQ(procedureOf(next.hwnd()), plainProc);
+    }
+    const PlainWindow box;
+    {
+        int count = 0;
+        const Subclass owner(box.hwnd(), countProc, &count);
+        EXPECT_NE(procedureOf(box.hwnd()), plainProc);
+    }
+    EXPECT_EQ(procedureOf(box.hwnd()), plainProc);
+}
+
+// The wheel's turns are seen and passed on; without Ctrl they are none of ours.
+TEST(Hooks, TheWheelHookComesOffAgain)
+{
+    const PlainWindow box;
+    std::vector<int> sizes;
+    modMouseWheel::hook(box.hwnd(), [&](int index) { sizes.push_back(index); });
+    SendMessageW(box.hwnd(), WM_MOUSEWHEEL, MAKEWPARAM(MK_CONTROL, 360), 0);
+    SendMessageW(box.hwnd(), WM_MOUSEWHEEL, MAKEWPARAM(MK_CONTROL | MK_SHIFT, -120), 0);
+    SendMessageW(box.hwnd(), WM_MOUSEWHEEL, MAKEWPARAM(MK_SHIFT, -120), 0);
+    EXPECT_EQ(sizes, (std::vector<int>{0, 2}));
+    modMouseWheel::unhook(box.hwnd());
+    EXPECT_EQ(procedureOf(box.hwnd()), plainProc);
+    SendMessageW(box.hwnd(), WM_MOUSEWHEEL, MAKEWPARAM(MK_CONTROL, 120), 0);
+    EXPECT_EQ(sizes.size(), 2u);
 }
 
 TEST(Hooks, AKeyIsPostedDownAndUp)
@@ -124,6 +262,7 @@ TEST(Layout, GrowsWithTheResolution)
     LayoutInput input;
     input.width = 14000;
     input.height = 9000;
+    input.rowHeight = 255;
     input.searchLabelWidth = 700;
     input.findLabelWidth = 600;
     input.dateWidth = 1800;

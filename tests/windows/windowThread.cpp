@@ -1,0 +1,138 @@
+#include "tests/windows/windowThread.h"
+
+#include "app/engines.h"
+#include "app/startUp.h"
+#include "ui/frmMain.h"
+
+#include <atomic>
+
+#include <commctrl.h>
+#include <ole2.h>
+
+namespace vellums::tests {
+namespace {
+
+LRESULT CALLBACK hatchProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message != WM_APP)
+        return DefWindowProcW(window, message, wParam, lParam);
+    (*reinterpret_cast<const std::function<void()>*>(lParam))();
+    return 1;
+}
+
+} // namespace
+
+WindowThread::WindowThread(const ProgramFolder& folder, const std::function<void()>& before)
+{
+    std::atomic<bool> open = false;
+    thread_ = std::thread([this, &open, &before, path = narrow(folder.path())] {
+        OleInitialize(nullptr);
+        if (before)
+            before();
+        hatch_ =
+            CreateWindowExW(0, L"STATIC", nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
+        SetWindowLongPtrW(hatch_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(hatchProc));
+        Engines engines({[](const std::u16string&) { return false; }, {}});
+        Outcome outcome;
+        Notebook notebook(outcome);
+        startUp(notebook, path, u"Vellums", [&](Notebook& started) { engines.serve(started); });
+        ui::frmMain form(notebook, outcome);
+        form.open({}, SW_SHOWNORMAL);
+        window_ = form.hwnd();
+        open = true;
+        ui::runWindow(form);
+        DestroyWindow(hatch_);
+        OleUninitialize();
+    });
+    eventually([&] { return open.load(); }, 20000);
+}
+
+WindowThread::~WindowThread()
+{
+    run([this] { DestroyWindow(window_); }); // asks nothing
+    thread_.join();
+}
+
+std::u16string WindowThread::text(int id) const
+{
+    wchar_t text[1000] = {};
+    GetWindowTextW(control(id), text, 1000);
+    return narrow(text);
+}
+
+RECT WindowThread::place(int id) const
+{
+    RECT rect{};
+    GetWindowRect(control(id), &rect);
+    MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&rect), 2);
+    return rect;
+}
+
+std::vector<std::u16string> WindowThread::tooltips(int* mostWidth) const
+{
+    std::vector<std::u16string> texts;
+    HWND tip = nullptr;
+    while ((tip = FindWindowExW(nullptr, tip, TOOLTIPS_CLASSW, nullptr)) != nullptr) {
+        if (GetWindowThreadProcessId(tip, nullptr) != GetWindowThreadProcessId(window_, nullptr))
+            continue;
+        wchar_t text[1000] = {};
+        TTTOOLINFOW tool{};
+        tool.cbSize = TTTOOLINFOW_V1_SIZE;
+        tool.lpszText = text;
+        if (SendMessageW(tip, TTM_ENUMTOOLSW, 0, reinterpret_cast<LPARAM>(&tool)) == FALSE)
+            continue;
+        texts.push_back(narrow(text));
+        if (mostWidth != nullptr)
+            *mostWidth = std::min(*mostWidth, static_cast<int>(SendMessageW(tip, TTM_GETMAXTIPWIDTH, 0, 0)));
+    }
+    return texts;
+}
+
+void WindowThread::run(const std::function<void()>& what) const
+{
+    SendMessageW(hatch_, WM_APP, 0, reinterpret_cast<LPARAM>(&what));
+}
+
+void WindowThread::settle() const
+{
+    const HWND window = window_;
+    run([window] {
+        MSG message{};
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+            TranslateMessage(&message);
+            DispatchMessageW(&message);
+        }
+        RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+        GdiFlush();
+    });
+}
+
+std::vector<COLORREF> pixelsOf(const RECT& screen)
+{
+    const int width = screen.right - screen.left;
+    const int height = screen.bottom - screen.top;
+    BITMAPINFO info{};
+    info.bmiHeader.biSize = sizeof info.bmiHeader;
+    info.bmiHeader.biWidth = width;
+    info.bmiHeader.biHeight = -height; // the upper row first
+    info.bmiHeader.biPlanes = 1;
+    info.bmiHeader.biBitCount = 32;
+    const HDC dc = GetDC(nullptr);
+    const HDC memory = CreateCompatibleDC(dc);
+    void* bits = nullptr;
+    const HBITMAP bitmap = CreateDIBSection(memory, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+    const HGDIOBJ before = SelectObject(memory, bitmap);
+    BitBlt(memory, 0, 0, width, height, dc, screen.left, screen.top, SRCCOPY);
+    GdiFlush();
+    const auto* first = static_cast<const DWORD*>(bits);
+    std::vector<COLORREF> pixels(first, first + static_cast<std::size_t>(width) * height);
+    for (COLORREF& pixel : pixels) // blue comes first there
+        pixel = RGB((pixel >> 16) & 0xFF, (pixel >> 8) & 0xFF, pixel & 0xFF);
+    SelectObject(memory, before);
+    DeleteObject(bitmap);
+    DeleteDC(memory);
+    ReleaseDC(nullptr, dc);
+    return pixels;
+}
+
+} // namespace vellums::tests
