@@ -23,6 +23,11 @@ Answer MessageDialogs::askYesNo(const std::u16string& question, QuestionIcon ico
     return ask(question, MB_YESNO | (icon == QuestionIcon::Question ? MB_ICONQUESTION : MB_ICONINFORMATION));
 }
 
+Answer MessageDialogs::askNoYes(const std::u16string& question)
+{
+    return ask(question, MB_YESNO | MB_ICONWARNING | MB_DEFBUTTON2);
+}
+
 Answer MessageDialogs::askYesNoCancel(const std::u16string& question)
 {
     return ask(question, MB_YESNOCANCEL | MB_ICONQUESTION);

@@ -25,6 +25,7 @@ public:
         asked.push_back(question);
         return answer;
     }
+    Answer askNoYes(const std::u16string&) override { return Answer::No; }
     Answer askYesNoCancel(const std::u16string&) override { return Answer::Cancel; }
     void tell(const std::u16string&, bool) override { }
     std::u16string chooseFolder(const std::u16string&) override { return {}; }

@@ -199,6 +199,11 @@ Answer MemoryDialogs::askYesNo(const std::u16string& question, QuestionIcon icon
     return next(question + u" (Yes/No" + (icon == QuestionIcon::Information ? u", information)" : u")"));
 }
 
+Answer MemoryDialogs::askNoYes(const std::u16string& question)
+{
+    return next(question + u" (No/Yes)");
+}
+
 Answer MemoryDialogs::askYesNoCancel(const std::u16string& question)
 {
     return next(question + u" (Yes/No/Cancel)");

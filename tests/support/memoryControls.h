@@ -169,6 +169,7 @@ class MemoryDialogs : public Dialogs {
 public:
     ~MemoryDialogs() override;
     Answer askYesNo(const std::u16string& question, QuestionIcon icon) override;
+    Answer askNoYes(const std::u16string& question) override;
     Answer askYesNoCancel(const std::u16string& question) override;
     void tell(const std::u16string& text, bool good) override;
     std::u16string chooseFolder(const std::u16string& prompt) override;
