@@ -1,5 +1,6 @@
 #include "app/listCommands.h"
 
+#include "app/bulkWork.h"
 #include "platform/text.h"
 #include "store/records.h"
 
@@ -11,9 +12,11 @@ std::u16string counted(std::size_t count)
     return platform::decimal(static_cast<std::int64_t>(count));
 }
 
-std::u16string copyFailure(const Notebook& notebook)
+// "Failed to copy records. <reason>".
+std::u16string copyFailure(const Notebook& notebook, const ChangedRecords& copied)
 {
-    return notebook.say(u"Failed to copy records.", u"记录复制失败。");
+    return notebook.say(u"Failed to copy records.", u"记录复制失败。") + u" " +
+        copied.result.reason(notebook);
 }
 
 } // namespace
@@ -49,13 +52,23 @@ void ListCommands::unstick()
     setSticky(false);
 }
 
-// The order of the list changes, and so does what the shown record remembers of its stamp and date.
+// The order of the list changes, and so does what the shown record remembers of its stamp and date: a
+// later save must not write the old ones back, not even when only some records could be changed.
 void ListCommands::setSticky(bool sticky)
 {
     const std::vector<std::int32_t> ids = selectedIds();
     if (ids.empty() || !records_.leaveRecord())
         return;
-    if (sticky ? setStickyRecs(notebook_, ids) : ClearStickyRecs(notebook_, ids))
+    ChangedRecords changed;
+    {
+        BulkWork work(notebook_, window_.progress, &window_.dialogs,
+            sticky ? notebook_.say(u"Sticking records", u"正在置顶记录")
+                   : notebook_.say(u"Unsticking records", u"正在取消置顶"));
+        changed = (sticky ? setStickyRecs : ClearStickyRecs)(notebook_, ids, work.user());
+    }
+    if (!changed.whole())
+        records_.current().rereadStampAndDate();
+    if (!changed.ids.empty())
         records_.refreshKeeping(records_.current().id());
 }
 
@@ -64,29 +77,31 @@ std::u16string ListCommands::targetOf(std::size_t index) const
     return index < menus_.mnu_avtables.size() ? menus_.mnu_avtables.at(index).tag : std::u16string();
 }
 
-// Only what was copied is deleted: a failure in between leaves records in both tables, never in none.
 void ListCommands::moveTo(std::size_t index)
 {
     const std::u16string target = targetOf(index);
     const std::vector<std::int32_t> ids = selectedIds();
     if (target.empty() || ids.empty() || !records_.leaveRecord())
         return;
-    const CopiedRecords copied = copyRecords(notebook_, target, ids);
-    const std::size_t deleted = delRecords(notebook_, copied.ids);
-    const bool whole = !copied.failed && deleted == copied.ids.size();
-    // Without a failure those that were not copied are gone, too.
-    const std::vector<std::int32_t>& left = whole ? ids : copied.ids;
-    const std::set<std::int32_t> gone(
-        left.begin(), left.begin() + static_cast<std::ptrdiff_t>(whole ? ids.size() : deleted));
-    if (!gone.empty() && !records_.takeFromList(gone, !whole))
+    MovedRecords moved;
+    {
+        BulkWork work(
+            notebook_, window_.progress, &window_.dialogs, notebook_.say(u"Moving records", u"正在移动记录"));
+        moved = moveRecords(notebook_, target, ids, work.user());
+    }
+    if (moved.copied.result.failed())
+        notebook_.status.failed(copyFailure(notebook_, moved.copied));
+    if (moved.deleted.result.failed())
+        notebook_.status.failed(notebook_.say(u"Failed to delete source records.", u"源记录删除失败。") +
+            u" " + moved.deleted.result.reason(notebook_));
+    // When everything was done, those that were not copied are gone, too.
+    const std::vector<std::int32_t>& left = moved.whole() ? ids : moved.deleted.ids;
+    if (!left.empty() && !records_.takeFromList({left.begin(), left.end()}, !moved.whole()))
         return;
-    if (copied.failed)
-        notebook_.status.failed(copyFailure(notebook_));
-    else if (!whole)
-        notebook_.status.failed(notebook_.say(u"Failed to delete source records.", u"源记录删除失败。"));
-    else
-        notebook_.status.done(notebook_.say(counted(deleted) + u" record(s) moved to " + target,
-            counted(deleted) + u" 条记录已移动至 " + target));
+    const std::u16string count = counted(moved.deleted.ids.size());
+    if (!left.empty() || moved.whole())
+        notebook_.status.done(
+            notebook_.say(count + u" record(s) moved to " + target, count + u" 条记录已移动至 " + target));
 }
 
 void ListCommands::copyTo(std::size_t index)
@@ -95,12 +110,15 @@ void ListCommands::copyTo(std::size_t index)
     const std::vector<std::int32_t> ids = selectedIds();
     if (target.empty() || ids.empty() || !records_.leaveRecord())
         return;
-    const CopiedRecords copied = copyRecords(notebook_, target, ids);
-    if (copied.failed)
-        notebook_.status.failed(copyFailure(notebook_));
+    BulkWork work(
+        notebook_, window_.progress, &window_.dialogs, notebook_.say(u"Copying records", u"正在复制记录"));
+    const ChangedRecords copied = copyRecords(notebook_, target, ids, work.user());
+    const std::u16string count = counted(copied.ids.size());
+    if (copied.result.failed())
+        notebook_.status.failed(copyFailure(notebook_, copied));
     else
-        notebook_.status.done(notebook_.say(counted(copied.ids.size()) + u" record(s) copied to " + target,
-            counted(copied.ids.size()) + u" 条记录已复制至 " + target));
+        notebook_.status.done(
+            notebook_.say(count + u" record(s) copied to " + target, count + u" 条记录已复制至 " + target));
 }
 
 } // namespace vellums

@@ -1,5 +1,6 @@
 #include "app/recordCommands.h"
 
+#include "app/bulkWork.h"
 #include "app/clipboardText.h"
 #include "app/headingList.h"
 #include "platform/files.h"
@@ -246,14 +247,19 @@ void RecordCommands::deleteSelected()
     if (!shownIsAmongThem && !leaveRecord())
         return;
 
-    const std::size_t deleted = delRecords(notebook_, ids);
-    if (deleted == 0)
+    const ChangedRecords deleted = deleteRecords(ids);
+    if (deleted.ids.empty())
         return;
-    const bool whole = deleted == ids.size();
-    if (takeFromList({ids.begin(), ids.begin() + static_cast<std::ptrdiff_t>(deleted)}, !whole) && whole)
-        notebook_.status.done(
-            notebook_.say(platform::decimal(static_cast<std::int64_t>(deleted)) + u" record(s) deleted.",
-                u"已删除 " + platform::decimal(static_cast<std::int64_t>(deleted)) + u" 条记录"));
+    const std::u16string count = platform::decimal(static_cast<std::int64_t>(deleted.ids.size()));
+    if (takeFromList({deleted.ids.begin(), deleted.ids.end()}, !deleted.whole()) && !deleted.result.failed())
+        notebook_.status.done(notebook_.say(count + u" record(s) deleted.", u"已删除 " + count + u" 条记录"));
+}
+
+ChangedRecords RecordCommands::deleteRecords(const std::vector<std::int32_t>& ids)
+{
+    BulkWork work(
+        notebook_, window_.progress, &window_.dialogs, notebook_.say(u"Deleting records", u"正在删除记录"));
+    return delRecords(notebook_, ids, work.user());
 }
 
 bool RecordCommands::takeFromList(const std::set<std::int32_t>& ids, bool afterFailure)

@@ -47,8 +47,8 @@ public:
     // The unsaved text was asked about, and the user gave it up.
     bool isGivenUp() const;
     // Takes records that are gone out of the list and shows the one that took the place of the first, or
-    // the last. After a failure the shown record stays if it is still there. False: a record could not be
-    // loaded, and the panel says why.
+    // the last. After a failure or a Stop the shown record stays if it is still there. False: a record could
+    // not be loaded, and the panel says why.
     bool takeFromList(const std::set<std::int32_t>& ids, bool afterFailure);
 
 private:
@@ -61,6 +61,7 @@ private:
     void sayCount();
     void showRecordOf(std::int32_t id);
     std::vector<int> entriesOf(const std::set<std::int32_t>& ids) const;
+    ChangedRecords deleteRecords(const std::vector<std::int32_t>& ids);
     void addFromClipboard(const std::u16string& text, bool fromClipboard);
 
     Notebook& notebook_;

@@ -130,7 +130,7 @@ bool FileImport::importFolder(const std::u16string& folder)
     // After an error its line stays the last one.
     if (!done || stopped())
         return done;
-    return maint::delDupRec(notebook_, events_.refreshList).done;
+    return maint::delDupRec(notebook_, events_.duplicates, events_.refreshList).done;
 }
 
 void FileImport::addFile(Connection& connection, const std::u16string& path)

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "app/dialogs.h"
+#include "store/bulkAct.h"
 #include "store/notebook.h"
 #include "store/records.h"
 
@@ -33,6 +34,7 @@ struct ImportEvents {
     std::function<void(const std::u16string& message)> logged;
     std::function<bool()> stop;        // asked after each entry and before each file; true: the import ends
     std::function<void()> refreshList; // after a folder's duplicates were removed
+    BulkUser duplicates;               // to whom their removal turns
 };
 
 class FileImport {

@@ -1,5 +1,6 @@
 #include "io/importCommands.h"
 
+#include "app/bulkWork.h"
 #include "io/fileImport.h"
 #include "platform/files.h"
 
@@ -29,12 +30,14 @@ void ImportCommands::importPaths(const std::vector<std::u16string>& paths)
     if (!records_.leaveRecord())
         return;
     {
-        LongWork work(window_.progress, notebook_.say(u"Importing", u"正在导入"));
+        BulkWork work(
+            notebook_, window_.progress, &window_.dialogs, notebook_.say(u"Importing", u"正在导入"));
         std::size_t added = 0;
         bool goesOn = true;
         ImportEvents events;
         events.added = [&](const AddedRecord&, const std::u16string&) { ++added; };
         events.stop = [&] { return !(goesOn = goesOn && work.step(added, 0)); };
+        events.duplicates = work.user();
         FileImport import(notebook_, &window_.dialogs, events);
         for (const std::u16string& path : paths) {
             if (!goesOn)

@@ -1,11 +1,7 @@
 #include "maint/delDupRec.h"
 
-#include "app/settings.h"
-#include "platform/files.h"
 #include "platform/text.h"
-#include "store/connectionString.h"
 #include "store/records.h"
-#include "store/safetyCopy.h"
 
 #include <cstdio>
 #include <vector>
@@ -37,14 +33,6 @@ Found findDuplicates(Connection& connection, const std::u16string& table)
     return found;
 }
 
-void copyFirst(const Notebook& notebook)
-{
-    const bool wanted = getPrefValue(notebook.settingsFile, kOptionsSection, u"backup", u"1") != u"0";
-    const std::u16string file = connPart(notebook, notebook.dbConn, ConnPart::FullPath);
-    if (wanted && platform::fileExists(file))
-        makeSafetyCopy(file); // where there is no room, the command goes on without
-}
-
 std::u16string twoDecimals(double value)
 {
     char digits[64];
@@ -65,7 +53,7 @@ std::u16string duplicatesText(const Notebook& notebook, std::size_t removed, std
         u"已从 " + t + u" 条记录中删除 " + n + u" 条重复项 (" + share + u"%)");
 }
 
-Duplicates delDupRec(const Notebook& notebook, const std::function<void()>& refreshList)
+Duplicates delDupRec(const Notebook& notebook, const BulkUser& user, const std::function<void()>& refreshList)
 {
     Found found;
     try {
@@ -74,15 +62,21 @@ Duplicates delDupRec(const Notebook& notebook, const std::function<void()>& refr
         notebook.status.failed(u"delDupRec - " + notebook.dbTable + u" (" + e.description + u")");
         return {};
     }
-    Duplicates result{true, 0, found.total};
-    if (!found.ids.empty()) {
-        copyFirst(notebook);
-        result.removed = delRecords(notebook, found.ids);
-        result.done = result.removed == found.ids.size();
-    }
+    Duplicates result;
+    result.total = found.total;
+    const ChangedRecords deleted = deleteRecords(notebook, found.ids, user, SafetyCopy::Always);
+    result.done = deleted.whole();
+    result.removed = deleted.ids.size();
+    result.withoutCopy = deleted.result.withoutCopy;
+    if (deleted.result.failed())
+        notebook.status.failed(u"delDupRec - " +
+            (result.withoutCopy.empty()
+                    ? notebook.dbTable
+                    : notebook.say(u"The duplicates are left in place", u"未删除重复项")) +
+            u" (" + deleted.result.reason(notebook) + u")");
     if (refreshList)
         refreshList();
-    if (result.done && result.removed > 0)
+    if (result.removed > 0)
         notebook.status.done(duplicatesText(notebook, result.removed, result.total));
     return result;
 }

@@ -1,5 +1,6 @@
 #include "maint/maintenanceCommands.h"
 
+#include "app/bulkWork.h"
 #include "maint/delDupRec.h"
 #include "store/compaction.h"
 #include "store/connectionString.h"
@@ -15,8 +16,14 @@ MaintenanceCommands::MaintenanceCommands(Notebook& notebook, MainWindow window, 
 
 void MaintenanceCommands::removeDuplicates()
 {
-    if (records_.leaveRecord())
-        delDupRec(notebook_, [this] { records_.refresh(); });
+    if (!records_.leaveRecord())
+        return;
+    {
+        BulkWork work(notebook_, window_.progress, &window_.dialogs,
+            notebook_.say(u"Removing duplicates", u"正在删除重复项"));
+        delDupRec(notebook_, work.user());
+    }
+    records_.refresh();
 }
 
 void MaintenanceCommands::compactData()

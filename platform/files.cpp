@@ -1,5 +1,7 @@
 #include "platform/files.h"
 
+#include "platform/text.h"
+
 #include <vector>
 
 namespace vellums::platform {
@@ -19,11 +21,11 @@ bool matchesDatabasePattern(std::u16string_view name)
         name.substr(0, name.size() - 2).find(u'.') != std::u16string_view::npos;
 }
 
-void copyFile(const std::u16string& from, const std::u16string& to)
+namespace {
+
+void copyBytes(const File& original, File& copy)
 {
     constexpr std::size_t kPiece = std::size_t{1} << 20;
-    const File original(from, Access::Read);
-    File copy(to, Access::Create);
     std::vector<std::byte> piece(kPiece);
     for (std::uint64_t offset = 0;;) {
         const std::size_t read = original.readAt(offset, piece);
@@ -33,6 +35,29 @@ void copyFile(const std::u16string& from, const std::u16string& to)
         offset += read;
     }
     copy.sync();
+}
+
+} // namespace
+
+void copyFile(const std::u16string& from, const std::u16string& to)
+{
+    const File original(from, Access::Read);
+    std::optional<File> copy(std::in_place, to, Access::Create);
+    try {
+        copyBytes(original, *copy);
+    } catch (...) {
+        copy.reset();
+        removeFile(to); // it is ours: nothing had this name before
+        throw;
+    }
+}
+
+std::u16string unusedPath(std::u16string_view start, std::u16string_view ending)
+{
+    std::u16string path = std::u16string(start).append(ending);
+    for (int number = 2; fileExists(path) || folderExists(path); ++number)
+        path = std::u16string(start) + u" " + decimal(number) + std::u16string(ending);
+    return path;
 }
 
 bool makeFolders(const std::u16string& path)

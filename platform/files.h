@@ -80,11 +80,15 @@ std::optional<std::uint64_t> fileSize(const std::u16string& path);
 std::optional<double> fileModified(const std::u16string& path);
 // False when it could not be removed; a missing file counts as removed.
 bool removeFile(const std::u16string& path);
-// Copies the bytes into a new file, flushed to the disk. Throws FileError (Exists, too); an unfinished
-// copy may be left.
+// Copies the bytes into a new file, flushed to the disk. Throws FileError (Exists, too); no unfinished
+// copy is left.
 void copyFile(const std::u16string& from, const std::u16string& to);
 // Moves over an existing file, atomically, flushed to the disk. Throws FileError.
 void replaceFile(const std::u16string& from, const std::u16string& to);
+// Moves a file to a name that nothing has, flushed to the disk. Throws FileError (Exists, too).
+void moveToFreeName(const std::u16string& from, const std::u16string& to);
+// A path that nothing has: start and ending put together, or with a number between them.
+std::u16string unusedPath(std::u16string_view start, std::u16string_view ending);
 // Makes the entry of a new or removed file in its folder last; nothing to do on Windows.
 void syncFolderOf(const std::u16string& path);
 // Clears read-only, hidden, system and archive marks. False when it failed.

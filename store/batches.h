@@ -23,6 +23,9 @@ public:
     void step();
     // At the end: everything is lasting. Throws ProviderError.
     void finish();
+    // Takes back what is not lasting yet, where the provider can: with the connection, which is of no use
+    // any more.
+    void giveUp() { open_ = false; }
 
 private:
     Connection& connection_;

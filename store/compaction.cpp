@@ -3,17 +3,17 @@
 #include "platform/files.h"
 #include "platform/text.h"
 #include "store/accessFile.h"
+#include "store/fileReason.h"
 
 namespace vellums {
 namespace {
 
-// A file that is removed when the work is over, however it ends.
+// A file under a name that was free, removed when the work is over, however it ends.
 class PassingFile {
 public:
-    explicit PassingFile(std::u16string path)
-        : path_(std::move(path))
+    PassingFile(std::u16string_view start, std::u16string_view ending)
+        : path_(platform::unusedPath(start, ending))
     {
-        platform::removeFile(path_); // of a run that was cut off
     }
     PassingFile(const PassingFile&) = delete;
     PassingFile& operator=(const PassingFile&) = delete;
@@ -33,35 +33,19 @@ struct NotCompacted {
     std::u16string reason;
 };
 
-std::u16string temporaryPath(const Notebook& notebook)
+std::u16string inProgramFolder(const Notebook& notebook, std::u16string_view name)
 {
     std::u16string path = notebook.appDir;
     if (!path.empty() && platform::lastSeparator(path) != path.size() - 1)
         path += platform::separator();
-    return path + u"temp.cdb";
-}
-
-std::u16string reasonOf(const Notebook& notebook, platform::FileFault fault)
-{
-    using platform::FileFault;
-    switch (fault) {
-    case FileFault::NotFound:
-    case FileFault::FolderNotFound:
-        return notebook.say(u"The file is not there.", u"文件不存在。");
-    case FileFault::InUse:
-        return notebook.say(u"Another program has the file open.", u"另一程序正在使用该文件。");
-    case FileFault::DiskFull:
-        return notebook.say(u"The disk is full.", u"磁盘已满。");
-    default:
-        return notebook.say(u"The file cannot be written.", u"无法写入该文件。");
-    }
+    return path.append(name);
 }
 
 // The replacement is put beside the database, so that it takes its place in one step. While it is
 // copied nobody can change the database behind its back.
 void replaceDatabase(const std::u16string& file, const std::u16string& compacted)
 {
-    const PassingFile replacement(file + u".compacted");
+    const PassingFile replacement(file, u".compacted");
     {
         const platform::File unchanged(file, platform::Access::Read);
         platform::copyFile(compacted, replacement.path());
@@ -82,7 +66,7 @@ Sizes compact(const Notebook& notebook, const std::u16string& file)
     if (!before)
         throw platform::FileError{platform::FileFault::NotFound, 0};
     platform::clearAttributes(file);
-    const PassingFile compacted(temporaryPath(notebook));
+    const PassingFile compacted(inProgramFolder(notebook, u"temp"), u".cdb");
     notebook.provider->compact(file, compacted.path());
     const auto after = platform::fileSize(compacted.path());
     if (!after || !looksLikeAccessFile(compacted.path()))
@@ -130,7 +114,7 @@ Compaction compactDatabase(const Notebook& notebook, const std::u16string& file)
     } catch (const ProviderError& e) {
         return failure(notebook, file, e.description + u" (" + platform::decimal(e.number) + u")");
     } catch (const platform::FileError& e) {
-        return failure(notebook, file, reasonOf(notebook, e.fault));
+        return failure(notebook, file, fileReason(notebook, e.fault));
     } catch (const NotCompacted& e) {
         return failure(notebook, file, e.reason);
     }

@@ -5,10 +5,10 @@
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/text.h"
-#include "store/batches.h"
 #include "store/sqlText.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace vellums {
 namespace {
@@ -23,7 +23,7 @@ constexpr std::u16string_view kColumns = u"VLHEAD, VLTEXT, VLTYPE, VLDATE, VLLIN
 
 std::u16string errorLine(std::u16string_view label, const ProviderError& error)
 {
-    return std::u16string(label) + error.description + u" (" + decimal(error.number) + u")";
+    return std::u16string(label) + reasonOf(error);
 }
 
 std::u16string labelWithId(std::u16string_view routine, std::int32_t id)
@@ -84,6 +84,71 @@ std::u16string subjectOf(std::u16string_view text)
     if (end == std::u16string_view::npos)
         return {};
     return std::u16string(text.substr(at + 4, end - at - 4));
+}
+
+ChangedRecords changeRecords(const Notebook& notebook, SafetyCopy copy, const std::vector<std::int32_t>& ids,
+    const BulkUser& user, const std::function<void(Connection&, std::int32_t)>& change)
+{
+    ChangedRecords changed;
+    changed.result = bulkAct(
+        notebook, copy, ids.size(), user, [&](BulkStep& step) { change(step.connection, ids[step.index]); });
+    changed.ids.assign(ids.begin(), ids.begin() + static_cast<std::ptrdiff_t>(changed.result.done));
+    return changed;
+}
+
+// The one exit of a routine: a failure becomes one line in the panel.
+ChangedRecords told(const Notebook& notebook, std::u16string_view label, ChangedRecords changed)
+{
+    if (changed.result.failed())
+        notebook.status.failed(std::u16string(label) + changed.result.reason(notebook));
+    return changed;
+}
+
+// A record whose source is still there gets the date of that file.
+void returnToDateOfSource(Connection& connection, const std::u16string& table, std::int32_t id)
+{
+    const auto rows = connection.query(u"SELECT VLLINK FROM " + table + whereId(id));
+    const std::u16string link = rows->next() ? textOf(rows->value(0)) : std::u16string();
+    const auto modified =
+        link.empty() || !platform::fileExists(link) ? std::nullopt : platform::fileModified(link);
+    if (modified)
+        connection.execute(u"UPDATE " + table + u" SET VLDATE='" + sqlDate(*modified) + u"'" + whereId(id));
+}
+
+void unstick(Connection& connection, const std::u16string& table, std::int32_t id)
+{
+    connection.execute(u"UPDATE " + table + u" SET VLTYPE=''" + whereId(id));
+    try {
+        returnToDateOfSource(connection, table, id);
+    } catch (const ProviderError& e) {
+        throw HalfDone(e);
+    }
+}
+
+// A copy that could not be dated is taken away again. False: the record is gone, and there is no copy.
+bool copyRecord(
+    Connection& connection, const std::u16string& source, const std::u16string& target, std::int32_t id)
+{
+    const std::u16string columns(kColumns);
+    const std::int32_t count = connection.execute(u"INSERT INTO [" + target + u"] (" + columns +
+        u") SELECT " + columns + u" FROM [" + source + u"]" + whereId(id));
+    if (count == 0)
+        return false;
+    std::int32_t copy = 0;
+    try {
+        copy = lastIdentity(connection);
+        connection.execute(u"UPDATE [" + target + u"] SET VLDATE = '" + sqlNow() + u"'" + whereId(copy));
+        return true;
+    } catch (const ProviderError& e) {
+        if (copy == 0)
+            throw HalfDone(e);
+        try {
+            connection.execute(u"DELETE FROM [" + target + u"]" + whereId(copy));
+        } catch (const ProviderError&) {
+            throw HalfDone(e);
+        }
+        throw;
+    }
 }
 
 } // namespace
@@ -147,23 +212,21 @@ bool dupRecord(const Notebook& notebook, std::int32_t id)
 
 bool delRecord(const Notebook& notebook, std::int32_t id)
 {
-    return delRecords(notebook, {id}) == 1;
+    return delRecords(notebook, {id}).whole();
 }
 
-std::size_t delRecords(const Notebook& notebook, const std::vector<std::int32_t>& ids)
+ChangedRecords delRecords(
+    const Notebook& notebook, const std::vector<std::int32_t>& ids, const BulkUser& user)
 {
-    std::size_t deleted = 0;
-    std::size_t lasting = 0;
-    reporting(notebook, u"delRecord - ", [&](Connection& connection) {
-        Batches batches(connection, [&] { lasting = deleted; });
-        for (const std::int32_t id : ids) {
-            batches.step();
-            connection.execute(u"DELETE FROM [" + notebook.dbTable + u"]" + whereId(id));
-            ++deleted;
-        }
-        batches.finish();
+    return told(notebook, u"delRecord - ", deleteRecords(notebook, ids, user, SafetyCopy::OfMany));
+}
+
+ChangedRecords deleteRecords(
+    const Notebook& notebook, const std::vector<std::int32_t>& ids, const BulkUser& user, SafetyCopy copy)
+{
+    return changeRecords(notebook, copy, ids, user, [&](Connection& connection, std::int32_t id) {
+        connection.execute(u"DELETE FROM [" + notebook.dbTable + u"]" + whereId(id));
     });
-    return lasting;
 }
 
 std::optional<SnippetRecord> getRecText(const Notebook& notebook, std::int32_t id)
@@ -204,60 +267,59 @@ std::optional<SnippetRecord> getRecText(Connection& connection, const std::u16st
     return record;
 }
 
-bool setStickyRecs(const Notebook& notebook, const std::vector<std::int32_t>& ids)
+ChangedRecords setStickyRecs(
+    const Notebook& notebook, const std::vector<std::int32_t>& ids, const BulkUser& user)
 {
-    return reporting(notebook, u"setStickyRecs - ", [&](Connection& connection) {
-        Batches batches(connection);
-        for (const std::int32_t id : ids) {
-            batches.step();
+    return told(notebook, u"setStickyRecs - ",
+        changeRecords(notebook, SafetyCopy::OfMany, ids, user, [&](Connection& connection, std::int32_t id) {
             connection.execute(
                 u"UPDATE [" + notebook.dbTable + u"] SET VLTYPE='" + stampNow() + u"'" + whereId(id));
-        }
-        batches.finish();
-    });
+        }));
 }
 
-bool ClearStickyRecs(const Notebook& notebook, const std::vector<std::int32_t>& ids)
+ChangedRecords ClearStickyRecs(
+    const Notebook& notebook, const std::vector<std::int32_t>& ids, const BulkUser& user)
 {
-    return reporting(notebook, u"ClearStickyRecs - ", [&](Connection& connection) {
-        Batches batches(connection);
-        for (const std::int32_t id : ids) {
-            batches.step();
-            const std::u16string table = u"[" + notebook.dbTable + u"]";
-            connection.execute(u"UPDATE " + table + u" SET VLTYPE=''" + whereId(id));
-            const auto rows = connection.query(u"SELECT VLLINK FROM " + table + whereId(id));
-            const std::u16string link = rows->next() ? textOf(rows->value(0)) : std::u16string();
-            const auto modified =
-                link.empty() || !platform::fileExists(link) ? std::nullopt : platform::fileModified(link);
-            if (modified)
-                connection.execute(
-                    u"UPDATE " + table + u" SET VLDATE='" + sqlDate(*modified) + u"'" + whereId(id));
-        }
-        batches.finish();
-    });
+    return told(notebook, u"ClearStickyRecs - ",
+        changeRecords(notebook, SafetyCopy::OfMany, ids, user, [&](Connection& connection, std::int32_t id) {
+            unstick(connection, u"[" + notebook.dbTable + u"]", id);
+        }));
 }
 
-CopiedRecords copyRecords(
-    const Notebook& notebook, const std::u16string& target, const std::vector<std::int32_t>& ids)
+ChangedRecords copyRecords(const Notebook& notebook, const std::u16string& target,
+    const std::vector<std::int32_t>& ids, const BulkUser& user)
 {
-    CopiedRecords copied;
-    std::vector<std::int32_t> written;
-    copied.failed = !reporting(notebook, u"copyRecords - ", [&](Connection& connection) {
-        const std::u16string columns(kColumns);
-        Batches batches(connection, [&] { copied.ids = written; });
-        for (const std::int32_t id : ids) {
-            batches.step();
-            const std::int32_t count = connection.execute(u"INSERT INTO [" + target + u"] (" + columns +
-                u") SELECT " + columns + u" FROM [" + notebook.dbTable + u"]" + whereId(id));
-            if (count == 0) // gone meanwhile
-                continue;
-            const std::int32_t copy = lastIdentity(connection);
-            connection.execute(u"UPDATE [" + target + u"] SET VLDATE = '" + sqlNow() + u"'" + whereId(copy));
-            written.push_back(id);
-        }
-        batches.finish();
-    });
+    std::vector<std::size_t> gone;
+    std::size_t place = 0;
+    ChangedRecords copied =
+        changeRecords(notebook, SafetyCopy::None, ids, user, [&](Connection& connection, std::int32_t id) {
+            if (!copyRecord(connection, notebook.dbTable, target, id))
+                gone.push_back(place);
+            ++place;
+        });
+    for (auto at = gone.rbegin(); at != gone.rend(); ++at)
+        if (*at < copied.ids.size())
+            copied.ids.erase(copied.ids.begin() + static_cast<std::ptrdiff_t>(*at));
     return copied;
+}
+
+MovedRecords moveRecords(const Notebook& notebook, const std::u16string& target,
+    const std::vector<std::int32_t>& ids, const BulkUser& user)
+{
+    MovedRecords moved;
+    moved.copied.result = copyBefore(notebook, SafetyCopy::OfMany, ids.size(), user);
+    if (!moved.copied.whole())
+        return moved;
+    moved.copied = copyRecords(notebook, target, ids, user);
+    // What was copied is deleted also after a Stop, which meant the rest.
+    BulkUser watching = user;
+    if (user.goesOn)
+        watching.goesOn = [&](std::size_t done, std::size_t total) {
+            user.goesOn(done, total);
+            return true;
+        };
+    moved.deleted = deleteRecords(notebook, moved.copied.ids, watching, SafetyCopy::None);
+    return moved;
 }
 
 } // namespace vellums

@@ -2,9 +2,10 @@
 //
 // Each routine that takes a Notebook opens a connection of its own and ends every failure with one line
 // in the status panel; it tells its caller by its result. The forms that take a Connection throw
-// ProviderError.
+// ProviderError. The routines for several records are bulk acts (store/bulkAct.h).
 #pragma once
 
+#include "store/bulkAct.h"
 #include "store/notebook.h"
 
 #include <cstdint>
@@ -50,25 +51,44 @@ Saved modRecord(const Notebook& notebook, std::int32_t id, const std::u16string&
 [[nodiscard]] bool dupRecord(const Notebook& notebook, std::int32_t id);
 
 [[nodiscard]] bool delRecord(const Notebook& notebook, std::int32_t id);
-// Deletes several records on one connection; gives the number deleted before the first failure.
-std::size_t delRecords(const Notebook& notebook, const std::vector<std::int32_t>& ids);
+
+// What became of an act on several records.
+struct ChangedRecords {
+    std::vector<std::int32_t> ids; // changed and lasting, in their order
+    BulkResult result;
+    bool whole() const { return result.whole(); }
+};
+
+// Deletes several records. Those that were gone already count as deleted.
+ChangedRecords delRecords(
+    const Notebook& notebook, const std::vector<std::int32_t>& ids, const BulkUser& user = {});
 
 // Nothing: there is no such record, or loading failed and the panel says why.
 std::optional<SnippetRecord> getRecText(const Notebook& notebook, std::int32_t id);
 std::optional<SnippetRecord> getRecText(Connection& connection, const std::u16string& table, std::int32_t id);
 
-[[nodiscard]] bool setStickyRecs(const Notebook& notebook, const std::vector<std::int32_t>& ids);
-[[nodiscard]] bool ClearStickyRecs(const Notebook& notebook, const std::vector<std::int32_t>& ids);
+ChangedRecords setStickyRecs(
+    const Notebook& notebook, const std::vector<std::int32_t>& ids, const BulkUser& user = {});
+ChangedRecords ClearStickyRecs(
+    const Notebook& notebook, const std::vector<std::int32_t>& ids, const BulkUser& user = {});
 
-// What became of copying: the IDs that were copied and are lasting, in their order. Records that were gone
-// are left out and are no failure.
-struct CopiedRecords {
-    std::vector<std::int32_t> ids;
-    bool failed = false; // the panel says why; what was copied before stays
+// Those below show nothing; the caller has the words to begin the line with.
+
+ChangedRecords deleteRecords(
+    const Notebook& notebook, const std::vector<std::int32_t>& ids, const BulkUser& user, SafetyCopy copy);
+
+// Copies records into another table of the database; each copy is dated now, and stands whole or not at
+// all. Records that were gone are left out of the IDs and are no failure.
+ChangedRecords copyRecords(const Notebook& notebook, const std::u16string& target,
+    const std::vector<std::int32_t>& ids, const BulkUser& user = {});
+
+// Copies, and deletes what was copied: a failure in between leaves records in both tables, never in none.
+struct MovedRecords {
+    ChangedRecords copied;
+    ChangedRecords deleted; // nothing was tried where nothing was copied
+    bool whole() const { return copied.whole() && deleted.whole(); }
 };
-
-// Copies records into another table of the database; the copies are dated now.
-CopiedRecords copyRecords(
-    const Notebook& notebook, const std::u16string& target, const std::vector<std::int32_t>& ids);
+MovedRecords moveRecords(const Notebook& notebook, const std::u16string& target,
+    const std::vector<std::int32_t>& ids, const BulkUser& user = {});
 
 } // namespace vellums

@@ -1,25 +1,48 @@
 #include "store/safetyCopy.h"
 
 #include "platform/files.h"
+#include "platform/profile.h"
+#include "store/connectionString.h"
+#include "store/fileReason.h"
+
+#include <new>
 
 namespace vellums {
+namespace {
+
+void copyUnder(const std::u16string& file, const std::u16string& unfinished)
+{
+    platform::copyFile(file, unfinished);
+    try {
+        platform::replaceFile(unfinished, safetyCopyPath(file));
+    } catch (const platform::FileError&) {
+        platform::removeFile(unfinished);
+        throw;
+    }
+}
+
+} // namespace
 
 std::u16string safetyCopyPath(const std::u16string& file)
 {
     return file + u".bak";
 }
 
-bool makeSafetyCopy(const std::u16string& file)
+bool safetyCopiesWanted(const Notebook& notebook)
 {
-    const std::u16string unfinished = safetyCopyPath(file) + u".new";
+    return platform::readProfile(notebook.settingsFile, u"Options", u"backup", u"1") != u"0";
+}
+
+std::optional<std::u16string> makeSafetyCopy(const Notebook& notebook)
+{
+    const std::u16string file = connPart(notebook, notebook.dbConn, ConnPart::FullPath);
     try {
-        platform::removeFile(unfinished);
-        platform::copyFile(file, unfinished);
-        platform::replaceFile(unfinished, safetyCopyPath(file));
-        return true;
-    } catch (const platform::FileError&) {
-        platform::removeFile(unfinished);
-        return false;
+        copyUnder(file, platform::unusedPath(safetyCopyPath(file), u".new"));
+        return std::nullopt;
+    } catch (const platform::FileError& e) {
+        return fileReason(notebook, e.fault);
+    } catch (const std::bad_alloc&) {
+        return notebook.say(u"There is not enough memory.", u"内存不足。");
     }
 }
 

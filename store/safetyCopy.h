@@ -1,6 +1,9 @@
 // A copy of the database beside it, made before a command that deletes or rewrites many records.
 #pragma once
 
+#include "store/notebook.h"
+
+#include <optional>
 #include <string>
 
 namespace vellums {
@@ -8,8 +11,12 @@ namespace vellums {
 // Where the copy of a database file lies: "notes.mdb.bak".
 std::u16string safetyCopyPath(const std::u16string& file);
 
-// Replaces an earlier copy, whole or not at all. False when there was no room or it could not be
-// written or the database is being changed.
-bool makeSafetyCopy(const std::u16string& file);
+// False: the settings file says backup=0.
+bool safetyCopiesWanted(const Notebook& notebook);
+
+// Copies the file of the current database; an earlier copy is replaced, whole or not at all. Gives the
+// reason, in the language of the interface, when there is no copy: no room, no right to write, the
+// database is being changed or is no file. The caller holds no connection to it.
+[[nodiscard]] std::optional<std::u16string> makeSafetyCopy(const Notebook& notebook);
 
 } // namespace vellums

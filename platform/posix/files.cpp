@@ -256,7 +256,11 @@ bool removeFile(const std::u16string& path)
     return ::unlink(systemPath(path).c_str()) == 0 || errno == ENOENT;
 }
 
-void replaceFile(const std::u16string& from, const std::u16string& to)
+namespace {
+
+// Flushes the file, gives it the other name by `rename` (0: done), and flushes the folders.
+template <typename Rename>
+void moveFlushed(const std::u16string& from, const std::u16string& to, Rename&& rename)
 {
     const std::string source = systemPath(from);
     const std::string target = systemPath(to);
@@ -265,11 +269,29 @@ void replaceFile(const std::u16string& from, const std::u16string& to)
         if (moved.fd < 0 || ::fsync(moved.fd) != 0)
             fail(errno);
     }
-    if (::rename(source.c_str(), target.c_str()) != 0)
+    if (rename(source.c_str(), target.c_str()) != 0)
         fail(errno);
     syncFolderOf(to);
     if (folderOf(source) != folderOf(target))
         syncFolderOf(from);
+}
+
+} // namespace
+
+void replaceFile(const std::u16string& from, const std::u16string& to)
+{
+    moveFlushed(from, to, [](const char* source, const char* target) { return ::rename(source, target); });
+}
+
+void moveToFreeName(const std::u16string& from, const std::u16string& to)
+{
+    moveFlushed(from, to, [](const char* source, const char* target) {
+        const int moved = ::renameat2(AT_FDCWD, source, AT_FDCWD, target, RENAME_NOREPLACE);
+        if (moved == 0 || (errno != EINVAL && errno != ENOSYS))
+            return moved;
+        // A file system that does not know this kind of renaming: two names for a moment.
+        return ::link(source, target) != 0 ? -1 : ::unlink(source);
+    });
 }
 
 void syncFolderOf(const std::u16string& path)

@@ -202,7 +202,9 @@ bool removeFile(const std::u16string& path)
     return code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND;
 }
 
-void replaceFile(const std::u16string& from, const std::u16string& to)
+namespace {
+
+void moveFlushed(const std::u16string& from, const std::u16string& to, DWORD how)
 {
     const std::wstring source = systemPath(from);
     const std::wstring target = systemPath(to);
@@ -216,7 +218,7 @@ void replaceFile(const std::u16string& from, const std::u16string& to)
     constexpr int kAttempts = 10;
     constexpr DWORD kPauseMs = 20;
     for (int attempt = 1;; ++attempt) {
-        if (MoveFileExW(source.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+        if (MoveFileExW(source.c_str(), target.c_str(), how | MOVEFILE_WRITE_THROUGH))
             return;
         const DWORD code = GetLastError();
         const bool maybeHeld = code == ERROR_ACCESS_DENIED || code == ERROR_SHARING_VIOLATION;
@@ -224,6 +226,18 @@ void replaceFile(const std::u16string& from, const std::u16string& to)
             fail(code);
         Sleep(kPauseMs);
     }
+}
+
+} // namespace
+
+void replaceFile(const std::u16string& from, const std::u16string& to)
+{
+    moveFlushed(from, to, MOVEFILE_REPLACE_EXISTING);
+}
+
+void moveToFreeName(const std::u16string& from, const std::u16string& to)
+{
+    moveFlushed(from, to, 0);
 }
 
 void syncFolderOf(const std::u16string&) { }

@@ -4,10 +4,13 @@
 #include "platform/files.h"
 #include "platform/text.h"
 #include "store/records.h"
+#include "tests/support/failingProvider.h"
 #include "tests/support/memoryControls.h"
 #include "tests/support/testNotebook.h"
 
 #include <gmock/gmock.h>
+
+#include <numeric>
 
 namespace vellums {
 namespace {
@@ -169,7 +172,8 @@ TEST_P(ListCommandsTest, OnlyWhatWasCopiedIsDeleted)
     clickOn({0});
     notes_.run(u"DROP TABLE [Other]"); // by another program
     commands_.moveTo(0);
-    EXPECT_EQ(lastShown(), say(u"Failed to copy records.", u"记录复制失败。"));
+    EXPECT_TRUE(notes_.outcome().starts_with(say(u"Failed to copy records. ", u"记录复制失败。 ")));
+    EXPECT_EQ(lastShown().back(), u')') << "the reason ends with its number";
     EXPECT_EQ(notes_.rows(u"SELECT ID FROM [Notes]").size(), 3u);
 
     // The second record does not fit into the target.
@@ -179,10 +183,107 @@ TEST_P(ListCommandsTest, OnlyWhatWasCopiedIsDeleted)
     notes_.run(u"UPDATE [Notes] SET VLTYPE='20200101000000' WHERE ID=2");
     clickOn({0, 1, 2});
     commands_.moveTo(0);
-    EXPECT_EQ(lastShown(), say(u"Failed to copy records.", u"记录复制失败。"));
+    EXPECT_TRUE(notes_.outcome().starts_with(say(u"Failed to copy records. ", u"记录复制失败。 ")));
     EXPECT_THAT(notes_.rows(u"SELECT VLHEAD FROM [Other]"), ElementsAre(u"cherry"));
     EXPECT_THAT(notes_.rows(u"SELECT VLHEAD FROM [Notes] ORDER BY ID"), ElementsAre(u"apple", u"banana"));
     EXPECT_THAT(window_.lstHeads.texts(), ElementsAre(u"banana", u"apple"));
+}
+
+TEST_P(ListCommandsTest, WhatCannotBeDeletedIsTold)
+{
+    tests::FailingProvider provider;
+    notes_->provider = &provider;
+    provider.refuses = [](std::u16string_view sql, int) { return sql.starts_with(u"DELETE FROM [Notes]"); };
+    clickOn({0});
+    commands_.moveTo(0);
+    EXPECT_EQ(notes_.outcome(),
+        say(u"Failed to delete source records. ", u"源记录删除失败。 ") + u"Refused. (-2147467259)");
+    EXPECT_EQ(window_.lstHeads.count(), 3);
+}
+
+// What the shown record remembers follows the table also when not every record could be changed, so that
+// its next save does not write the old stamp back.
+TEST_P(ListCommandsTest, AfterAPartlyFailedStickASaveKeepsTheStamp)
+{
+    tests::FailingProvider provider;
+    notes_->provider = &provider;
+    const auto stamp = [&] { return notes_.rows(u"SELECT VLTYPE FROM [Notes] WHERE ID=3").front(); };
+    clickOn({0, 1});
+    EXPECT_EQ(records_.current().id(), 2);
+    clickOn({0});
+    window_.lstHeads.click({0, 1});
+    provider.refuses = [](std::u16string_view sql, int) {
+        return sql.starts_with(u"UPDATE") && sql.ends_with(u"ID=2");
+    };
+    commands_.stick();
+    EXPECT_EQ(notes_.outcome(), u"setStickyRecs - Refused. (-2147467259)");
+    EXPECT_EQ(records_.current().id(), 3);
+    EXPECT_EQ(stamp().size(), 14u);
+    window_.txtType.type(u"changed");
+    records_.save();
+    EXPECT_EQ(stamp().size(), 14u);
+
+    // The list cannot be filled again either: the marks alone are read, and the boxes keep their text.
+    window_.lstHeads.click({0, 1, 2});
+    provider.refuses = [](std::u16string_view sql, int) {
+        return (sql.starts_with(u"UPDATE") && sql.ends_with(u"ID=2")) || sql.starts_with(u"SELECT TOP");
+    };
+    window_.txtShowWrap.type(u"not saved yet");
+    window_.dialogs.answerNext(Answer::No);
+    commands_.unstick();
+    EXPECT_EQ(stamp(), u"");
+    EXPECT_EQ(window_.txtShowWrap.text(), u"not saved yet");
+    provider.refuses = {};
+    records_.save();
+    EXPECT_EQ(stamp(), u"");
+}
+
+TEST_P(ListCommandsTest, ManyRecordsAreNotTouchedWithoutACopyUnlessTheUserSaysSo)
+{
+    for (int i = 0; i < 8; ++i)
+        EXPECT_TRUE(addRecord(*notes_, {u"x", u"x", u""}));
+    records_.reload();
+    notes_.folder().makeFolder(u"notes.mdb.bak");
+    std::vector<int> all(11);
+    std::iota(all.begin(), all.end(), 0);
+    const auto question = [&] {
+        const std::vector<std::u16string> asked = window_.dialogs.asked();
+        return asked.size() == 1 && asked[0].starts_with(say(u"No safety copy", u"无法备份")) &&
+            asked[0].ends_with(u" (No/Yes)");
+    };
+    notes_.outcome();
+    clickOn(all);
+    window_.mnu_ezdel.setChecked(true);
+    const auto refuse = [&](const std::function<void()>& command) {
+        window_.dialogs.answerNext(Answer::No);
+        command();
+        EXPECT_TRUE(question());
+        EXPECT_EQ(notes_.outcome(), u"");
+        EXPECT_EQ(window_.lstHeads.selected().size(), 11u);
+    };
+    refuse([&] { records_.deleteSelected(); });
+    refuse([&] { commands_.moveTo(0); });
+    refuse([&] { commands_.stick(); });
+    EXPECT_EQ(notes_.rows(u"SELECT ID FROM [Notes] WHERE VLTYPE=''").size(), 11u);
+    EXPECT_THAT(notes_.rows(u"SELECT ID FROM [Other]"), IsEmpty());
+
+    window_.dialogs.answerNext(Answer::Yes);
+    commands_.moveTo(0);
+    EXPECT_TRUE(question());
+    EXPECT_EQ(notes_.rows(u"SELECT ID FROM [Other]").size(), 11u);
+    EXPECT_FALSE(window_.progress.isRunning());
+}
+
+TEST_P(ListCommandsTest, AStoppedDeletionTakesOnlyWhatIsGoneOutOfTheList)
+{
+    clickOn({0, 1, 2});
+    window_.mnu_ezdel.setChecked(true);
+    window_.progress.stopAt(2);
+    records_.deleteSelected();
+    EXPECT_THAT(window_.lstHeads.texts(), ElementsAre(u"apple"));
+    EXPECT_EQ(notes_.rows(u"SELECT ID FROM [Notes]").size(), 1u);
+    EXPECT_EQ(notes_.outcome(), say(u"2 record(s) deleted.", u"已删除 2 条记录"));
+    EXPECT_EQ(records_.current().id(), 1) << "the shown record is still there";
 }
 
 TEST_P(ListCommandsTest, ARecordThatIsGoneIsNeitherMovedNorCounted)

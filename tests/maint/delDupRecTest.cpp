@@ -30,7 +30,7 @@ protected:
 
 TEST_F(Duplicate, RemovalDoesNothingInAnEmptyTable)
 {
-    const Duplicates result = delDupRec(*notes_, refresh_);
+    const Duplicates result = delDupRec(*notes_, {}, refresh_);
     EXPECT_TRUE(result.done);
     EXPECT_EQ(result.removed, 0u);
     EXPECT_EQ(refreshed_, 1);
@@ -43,7 +43,7 @@ TEST_F(Duplicate, RemovalKeepsTheOldestOfEachDigest)
     add(2010, u"a");
     add(2011, u"a");
     add(2009, u"a");
-    EXPECT_TRUE(delDupRec(*notes_, refresh_).done);
+    EXPECT_TRUE(delDupRec(*notes_, {}, refresh_).done);
     EXPECT_THAT(left(), ElementsAre(u"3"));
     EXPECT_THAT(notes_.shown(), ElementsAre(u"2 duplicates removed from total 3 records (66.67%)."));
     EXPECT_EQ(refreshed_, 1);
@@ -79,7 +79,7 @@ TEST_F(Duplicate, RemovalCopiesTheDatabaseFirst)
 TEST_F(Duplicate, RemovalTellsWhatFailed)
 {
     notes_->dbTable = u"Missing";
-    EXPECT_FALSE(delDupRec(*notes_, refresh_).done);
+    EXPECT_FALSE(delDupRec(*notes_, {}, refresh_).done);
     EXPECT_EQ(refreshed_, 0);
     ASSERT_EQ(notes_.shown().size(), 1u);
     EXPECT_TRUE(notes_.shown()[0].starts_with(u"delDupRec - "));

@@ -1,8 +1,6 @@
 #include "store/headingQuery.h"
 
-#include "store/batches.h"
 #include "store/records.h"
-#include "store/safetyCopy.h"
 #include "tests/support/testNotebook.h"
 
 #include <gmock/gmock.h>
@@ -71,37 +69,6 @@ TEST_F(Headings, ComeStickyFirstThenByTitleOrDate)
     EXPECT_THAT(found(u""), ElementsAre(u"1|b", u"2|a", u"4|d", u"3|c"));
     byTitle_ = true;
     EXPECT_THAT(found(u""), ElementsAre(u"2|a", u"1|b", u"3|c", u"4|d"));
-}
-
-TEST(Batches, KeepWhatWasDoneBeforeAFailure)
-{
-    tests::TestNotebook notes;
-    int stored = 0;
-    const auto insert = [](Connection& connection, const std::u16string& table) {
-        connection.execute(u"INSERT INTO [" + table + u"] (VLDATE) VALUES (1)");
-    };
-    {
-        const auto connection = notes->connect();
-        Batches batches(*connection, [&] { ++stored; });
-        batches.step();
-        insert(*connection, u"Notes");
-        batches.step();
-        EXPECT_THROW(insert(*connection, u"Missing"), ProviderError);
-        EXPECT_EQ(stored, 0);
-    }
-    EXPECT_EQ(stored, 1);
-    EXPECT_THAT(notes.rows(u"SELECT COUNT(*) FROM [Notes]"), ElementsAre(u"1"));
-}
-
-TEST(SafetyCopy, IsTheDatabaseAsItWas)
-{
-    tests::TestNotebook notes;
-    notes.folder().write(u"notes.mdb.bak", "an older copy");
-    const std::string before = tests::bytesOf(notes.file());
-    EXPECT_TRUE(makeSafetyCopy(notes.file()));
-    EXPECT_EQ(tests::bytesOf(safetyCopyPath(notes.file())), before);
-    EXPECT_FALSE(makeSafetyCopy(notes.folder().file(u"none.mdb")));
-    EXPECT_EQ(tests::bytesOf(notes.folder().file(u"none.mdb.bak.new")), "");
 }
 
 } // namespace

@@ -136,7 +136,7 @@ TEST_P(Records, OnceDeletedAreGone)
 {
     const std::int32_t first = add(u"one");
     const std::int32_t second = add(u"two");
-    EXPECT_EQ(delRecords(*notes_, {first, second}), 2u);
+    EXPECT_THAT(delRecords(*notes_, {first, second}).ids, ElementsAre(first, second));
     EXPECT_FALSE(getRecText(*notes_, first));
     EXPECT_EQ(notes_.shown().size(), 1u) << "the panel says that it is gone";
     EXPECT_EQ(add(u"three"), 3) << "an ID is not given out again";
@@ -152,12 +152,12 @@ TEST_P(Records, StickAndGoBackToTheDateOfTheirSource)
     notes_.run(u"UPDATE [Notes] SET VLDATE='2001-2-3 4:5:6'");
     notes_.run(u"UPDATE [Notes] SET VLLINK=NULL WHERE ID=3");
     const std::vector<std::int32_t> all = {linked->id, lost->id, plain};
-    EXPECT_TRUE(setStickyRecs(*notes_, all));
+    EXPECT_EQ(setStickyRecs(*notes_, all).ids, all);
     for (const std::u16string& stamp : notes_.rows(u"SELECT VLTYPE FROM [Notes]")) {
         EXPECT_EQ(stamp.size(), 14u);
         EXPECT_EQ(stamp.substr(0, 2), u"20");
     }
-    EXPECT_TRUE(ClearStickyRecs(*notes_, all));
+    EXPECT_EQ(ClearStickyRecs(*notes_, all).ids, all);
     EXPECT_THAT(notes_.rows(u"SELECT VLTYPE FROM [Notes]"), ElementsAre(u"", u"", u""));
     EXPECT_NEAR(getRecText(*notes_, linked->id)->date.value_or(0), *platform::fileModified(source), 1e-5);
     EXPECT_NEAR(getRecText(*notes_, lost->id)->date.value_or(0), 36925.17, 0.01);
@@ -171,15 +171,15 @@ TEST_P(Records, AreCopiedWithTheDateOfTheCopy)
     notes_.run(u"CREATE TABLE [Other] (ID COUNTER, VLHEAD TEXT(255), VLTEXT MEMO, VLTYPE TEXT(255), VLDATE "
                u"DATETIME, VLLINK TEXT(255), VLMD5 TEXT(32))");
     notes_.run(u"UPDATE [Notes] SET VLDATE='2001-2-3 4:5:6'");
-    const CopiedRecords copied = copyRecords(*notes_, u"Other", {id, 77});
+    const ChangedRecords copied = copyRecords(*notes_, u"Other", {id, 77});
     EXPECT_THAT(copied.ids, ElementsAre(id)) << "77 is gone";
-    EXPECT_FALSE(copied.failed);
+    EXPECT_TRUE(copied.whole());
     EXPECT_THAT(
         notes_.rows(u"SELECT VLHEAD, VLTEXT FROM [Other] WHERE VLDATE > 45000"), ElementsAre(u"one|one"));
-    const CopiedRecords nowhere = copyRecords(*notes_, u"Missing", {id});
+    const ChangedRecords nowhere = copyRecords(*notes_, u"Missing", {id});
     EXPECT_THAT(nowhere.ids, IsEmpty());
-    EXPECT_TRUE(nowhere.failed);
-    EXPECT_EQ(notes_.shown().size(), 1u);
+    EXPECT_TRUE(nowhere.result.failed());
+    EXPECT_THAT(notes_.shown(), IsEmpty()) << "the caller tells";
 }
 
 // Every routine has one way out: one line that begins with its name.
@@ -191,8 +191,8 @@ TEST_P(Records, TellWhatFailed)
     EXPECT_FALSE(dupRecord(*notes_, 5));
     EXPECT_FALSE(delRecord(*notes_, 1));
     EXPECT_FALSE(getRecText(*notes_, 7));
-    EXPECT_FALSE(setStickyRecs(*notes_, {1}));
-    EXPECT_FALSE(ClearStickyRecs(*notes_, {1}));
+    EXPECT_FALSE(setStickyRecs(*notes_, {1}).whole());
+    EXPECT_FALSE(ClearStickyRecs(*notes_, {1}).whole());
     const std::u16string starts[] = {u"addRecord - ", u"modRecord - ", u"dupRecord - 5 > ", u"delRecord - ",
         u"getRecText - 7 > ", u"setStickyRecs - ", u"ClearStickyRecs - "};
     ASSERT_EQ(notes_.shown().size(), std::size(starts));

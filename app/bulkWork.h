@@ -1,0 +1,33 @@
+// A bulk act as the window's user sees it: its progress, Stop, and the question when no safety copy could
+// be made.
+#pragma once
+
+#include "app/dialogs.h"
+#include "ports/progress.h"
+#include "store/bulkAct.h"
+
+#include <string>
+#include <string_view>
+
+namespace vellums {
+
+// "... could be made: <reason> ... go on without one?"
+std::u16string withoutCopyQuestion(const Notebook& notebook, const std::u16string& reason);
+
+// The time in which the act runs. Everything outlives it.
+class BulkWork {
+public:
+    // `what` names the work, in the language of the interface. dialogs: null where nobody can be asked.
+    BulkWork(const Notebook& notebook, Progress& progress, Dialogs* dialogs, std::u16string_view what);
+
+    // For one act, while this object lives.
+    BulkUser user();
+    [[nodiscard]] bool step(std::size_t done, std::size_t total) { return work_.step(done, total); }
+
+private:
+    const Notebook& notebook_;
+    Dialogs* dialogs_;
+    LongWork work_;
+};
+
+} // namespace vellums

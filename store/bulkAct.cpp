@@ -1,0 +1,105 @@
+// The database is opened once before it is copied: that completes or takes back what a crash has left,
+// and a copy of a file with a half-written statement would help nobody. It is copied while nobody has it
+// open, and opened again for the work.
+#include "store/bulkAct.h"
+
+#include "platform/text.h"
+#include "store/safetyCopy.h"
+
+#include <optional>
+
+namespace vellums {
+namespace {
+
+bool needsCopy(const Notebook& notebook, SafetyCopy copy, std::size_t total, const BulkUser& user)
+{
+    constexpr std::size_t kFew = 10;
+    const bool many = copy == SafetyCopy::Always || (copy == SafetyCopy::OfMany && total > kFew);
+    return many && user.safetyCopy && safetyCopiesWanted(notebook);
+}
+
+// Counts what is done and what of it is lasting.
+struct Count {
+    std::size_t done = 0;
+    std::size_t lasting = 0;
+};
+
+// False: stopped before the end.
+bool takeSteps(Connection& connection, Batches& batches, std::size_t total, const BulkUser& user,
+    const std::function<void(BulkStep&)>& step, Count& count)
+{
+    while (count.done < total) {
+        batches.step();
+        BulkStep context(connection, batches, count.done);
+        try {
+            step(context);
+        } catch (const HalfDone&) {
+            batches.giveUp();
+            throw;
+        }
+        ++count.done;
+        if (user.goesOn && !user.goesOn(count.done, total) && count.done < total)
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+std::u16string reasonOf(const ProviderError& error)
+{
+    return error.description + u" (" + platform::decimal(error.number) + u")";
+}
+
+std::u16string BulkResult::reason(const Notebook& notebook) const
+{
+    if (!failure.empty() || !failed())
+        return failure;
+    return notebook.say(u"No safety copy of the database could be made: ", u"无法备份数据库: ") + withoutCopy;
+}
+
+BulkResult copyBefore(const Notebook& notebook, SafetyCopy copy, std::size_t total, const BulkUser& user)
+{
+    BulkResult result;
+    if (!needsCopy(notebook, copy, total, user))
+        return result;
+    try {
+        notebook.connect();
+    } catch (const ProviderError& e) {
+        result.failure = reasonOf(e);
+        return result;
+    }
+    const std::optional<std::u16string> refused = makeSafetyCopy(notebook);
+    if (!refused || (user.goOnWithoutCopy && user.goOnWithoutCopy(*refused)))
+        return result;
+    result.withoutCopy = *refused;
+    result.stopped = static_cast<bool>(user.goOnWithoutCopy);
+    return result;
+}
+
+BulkResult bulkAct(const Notebook& notebook, SafetyCopy copy, std::size_t total, const BulkUser& user,
+    const std::function<void(BulkStep&)>& step)
+{
+    BulkResult result;
+    if (total != 0)
+        result = copyBefore(notebook, copy, total, user);
+    if (!result.whole())
+        return result;
+    Count count;
+    try {
+        const std::unique_ptr<Connection> connection = notebook.connect();
+        Batches batches(*connection, [&] {
+            count.lasting = count.done;
+            if (user.lasting)
+                user.lasting(count.done);
+        });
+        result.stopped = !takeSteps(*connection, batches, total, user, step, count);
+        batches.finish();
+    } catch (const ProviderError& e) {
+        result.failure = reasonOf(e);
+    }
+    result.done = count.lasting;
+    return result;
+}
+
+} // namespace vellums
