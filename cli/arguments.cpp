@@ -28,6 +28,8 @@ bool* flagOf(Arguments& arguments, const std::u16string& name)
         return &arguments.titlesOnly;
     if (name == u"--by-title")
         return &arguments.byTitle;
+    if (name == u"--no-backup")
+        return &arguments.noBackup;
     return name == u"--ascending" ? &arguments.ascending : nullptr;
 }
 

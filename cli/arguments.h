@@ -22,6 +22,7 @@ struct Arguments {
     bool titlesOnly = false;
     bool byTitle = false;
     bool ascending = false;
+    bool noBackup = false;
     std::optional<std::u16string> table;
     std::optional<std::u16string> title;
     std::optional<unsigned> codePage;

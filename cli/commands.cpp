@@ -31,12 +31,14 @@ constexpr Command kCommands[] = {
     {u"add", u"FILE [--title TITLE] [--table NAME]", u"add a record with the text of standard input",
      u"Prints the ID of the new record. Without --title the title is taken from the text.\n",
      u"--title --table", 1, 1, runAdd},
-    {u"import", u"FILE PATH... [--table NAME]", u"import text files and folders",
+    {u"import", u"FILE PATH... [--no-backup] [--table NAME]", u"import text files and folders",
      u"Prints the ID and the path of each record as soon as it is safely stored. A folder is imported\n"
      u"with everything below it; then records with equal texts are removed, but for the oldest.\n"
      u"Files of other kinds are passed over. What cannot be read and what is larger than 512 KiB is\n"
-     u"told on standard error and in the log beside the program.\n",
-     u"--table", 2, kAnyNumber, runImport},
+     u"told on standard error and in the log beside the program; the exit status is then 1. Before\n"
+     u"records are removed the database is copied to FILE.bak; where it cannot be copied, they stay.\n"
+     u"  --no-backup    remove them without a copy\n",
+     u"--no-backup --table", 2, kAnyNumber, runImport},
     {u"search", u"FILE [WORDS...] [--titles-only] [--by-title] [--ascending] [--table NAME]",
      u"list the records that hold the words in this order",
      u"Looks in titles, texts and source paths; without words it lists every record. Columns ID and\n"
@@ -48,9 +50,11 @@ constexpr Command kCommands[] = {
     {u"show", u"FILE ID [--table NAME]", u"print one record",
      u"All columns under their names.\n",
      u"--table", 2, 2, runShow},
-    {u"dedupe", u"FILE [--table NAME]", u"remove records whose text another, older record has",
-     u"Records are compared by their digests. The database is first copied to FILE.bak.\n",
-     u"--table", 1, 1, runDedupe},
+    {u"dedupe", u"FILE [--no-backup] [--table NAME]", u"remove records whose text another, older record has",
+     u"Records are compared by their digests. The database is first copied to FILE.bak; where it cannot\n"
+     u"be copied, nothing is removed.\n"
+     u"  --no-backup    do without the copy\n",
+     u"--no-backup --table", 1, 1, runDedupe},
     {u"digest", u"TEXTFILE", u"print the digest of a text file",
      u"The digest that a record with exactly this text would have: MD5 of the low byte of each\n"
      u"character.\n",

@@ -25,10 +25,13 @@ public:
         events.logged = [this](const std::u16string& message) {
             clearProgress();
             complain(message);
+            allTaken_ = false;
         };
         events.stop = [this] { return !writable_; };
         return events;
     }
+
+    bool allTaken() const { return allTaken_; }
 
     void clearProgress()
     {
@@ -66,6 +69,7 @@ private:
     std::uint64_t count_ = 0;
     bool terminal_ = platform::errorsGoToTerminal();
     bool progressShown_ = false;
+    bool allTaken_ = true; // everything that the import knows how to take
     std::uint64_t shownMs_ = 0;
     bool writable_ = true; // a record that cannot be told must not be followed by more
 };
@@ -77,8 +81,9 @@ void runImport(const Arguments& arguments)
     Session session(arguments.values[0]);
     session.chooseTable(arguments.table);
     ImportReport report;
-    io::FileImport import(session.notebook(), nullptr, report.events());
-    bool missing = false;
+    io::ImportEvents events = report.events();
+    events.duplicates.safetyCopy = !arguments.noBackup;
+    io::FileImport import(session.notebook(), nullptr, std::move(events));
     std::vector<std::u16string> files;
     const auto check = [&](bool done) {
         report.clearProgress();
@@ -89,7 +94,6 @@ void runImport(const Arguments& arguments)
     for (std::size_t i = 1; i < arguments.values.size(); ++i) {
         const std::u16string path = platform::absolutePath(arguments.values[i]);
         if (!platform::folderExists(path)) {
-            missing = missing || !platform::fileExists(path);
             files.push_back(path); // a missing one is told to the log
             continue;
         }
@@ -99,7 +103,7 @@ void runImport(const Arguments& arguments)
     importFiles();
     if (!session.outcome().isEmpty())
         complain(session.outcome().line(false));
-    if (missing)
+    if (!report.allTaken())
         throw Failure{u""};
 }
 

@@ -114,7 +114,11 @@ void runDedupe(const Arguments& arguments)
 {
     Session session(arguments.values[0]);
     session.chooseTable(arguments.table);
-    const maint::Duplicates duplicates = maint::delDupRec(session.notebook());
+    BulkUser user;
+    user.safetyCopy = !arguments.noBackup;
+    const maint::Duplicates duplicates = maint::delDupRec(session.notebook(), user);
+    if (!duplicates.withoutCopy.empty())
+        throw Failure{session.outcome().line(false) + u"; --no-backup does without a copy."};
     if (!duplicates.done)
         session.fail();
     if (!session.outcome().isEmpty())

@@ -57,6 +57,16 @@ std::u16string grouped(double value)
     return std::u16string(text.begin(), text.end());
 }
 
+// A value that does not fit into its column; any other error would meet the next record as well.
+bool concernsOneRecord(const ProviderError& error)
+{
+    constexpr std::int32_t kCantConvertValue = -2147217913;
+    constexpr std::int32_t kErrorsOccurred = -2147217887;
+    constexpr std::int32_t kDataOverflow = -2147217833;
+    return error.number == kCantConvertValue || error.number == kErrorsOccurred ||
+        error.number == kDataOverflow;
+}
+
 } // namespace
 
 FileKind fileKind(std::u16string_view path)
@@ -94,22 +104,19 @@ bool FileImport::importFiles(const std::vector<std::u16string>& paths)
     std::u16string current;
     try {
         const std::unique_ptr<Connection> connection = notebook_.connect();
-        Batches batches(*connection, events_.stored);
+        Batches batches(*connection, [this] { stored(); });
         for (const std::u16string& path : paths) {
             current = path;
             if (stopped())
                 break;
-            if (dialogs_ == nullptr)
-                batches.step();
-            addFile(*connection, path);
-            if (dialogs_ != nullptr && events_.stored)
-                events_.stored();
+            batches.step();
+            addFile(*connection, batches, path);
         }
         batches.finish();
         return true;
     } catch (const ProviderError& e) {
-        notebook_.status.failed(
-            u"importFile - " + current + u" > " + e.description + u" (" + platform::decimal(e.number) + u")");
+        added_ = 0;
+        notebook_.status.failed(u"importFile - " + current + u" > " + reasonOf(e));
         return false;
     }
 }
@@ -127,55 +134,97 @@ bool FileImport::importFolder(const std::u16string& folder)
     Dialogs* const askable = std::exchange(dialogs_, nullptr);
     const bool done = importFiles(scan.Files());
     dialogs_ = askable;
-    // After an error its line stays the last one.
-    if (!done || stopped())
+    if (stopped())
         return done;
-    return maint::delDupRec(notebook_, events_.duplicates, events_.refreshList).done;
+    const maint::Duplicates duplicates = maint::delDupRec(notebook_, events_.duplicates, events_.refreshList);
+    duplicatesTold_ = duplicatesTold_ || duplicates.removed > 0;
+    return done && duplicates.done;
 }
 
-void FileImport::addFile(Connection& connection, const std::u16string& path)
+void FileImport::tellCount() const
+{
+    if (duplicatesTold_ || taken_ + notTaken_ == 0)
+        return;
+    const std::u16string made = platform::decimal(static_cast<std::int64_t>(taken_));
+    const std::u16string left = platform::decimal(static_cast<std::int64_t>(notTaken_));
+    if (notTaken_ == 0)
+        notebook_.status.done(
+            notebook_.say(made + (taken_ == 1 ? u" record imported." : u" records imported."),
+                u"已导入 " + made + u" 条记录"));
+    else
+        notebook_.status.done(
+            notebook_.say(made + (taken_ == 1 ? u" record imported, " : u" records imported, ") + left +
+                    (notTaken_ == 1 ? u" file" : u" files") + u" not taken (see Vellums.log).",
+                u"已导入 " + made + u" 条记录, " + left + u" 个文件未导入 (见 Vellums.log)"));
+}
+
+void FileImport::addFile(Connection& connection, Batches& batches, const std::u16string& path)
 {
     const FileKind kind = fileKind(path);
     const bool readable = platform::fileExists(path) &&
         (kind == FileKind::Other || SharedFile::open(path, SharedFile::Mode::Read));
     if (!readable)
-        log(u"File can't not be retrieved: " + path);
+        notTaken(u"File can't not be retrieved: " + path);
     else if (kind == FileKind::Text)
-        addTextFile(connection, path);
+        addTextFile(connection, batches, path);
     else if (kind != FileKind::Other)
-        log(u"Office documents cannot be read: " + path);
+        notTaken(u"Office documents cannot be read: " + path);
 }
 
-void FileImport::addTextFile(Connection& connection, const std::u16string& path)
+void FileImport::addTextFile(Connection& connection, Batches& batches, const std::u16string& path)
 {
     const std::uint64_t size = platform::fileSize(path).value_or(0);
-    if (size > kLargestText && !mayLoad(path, size)) {
-        log(u"Over Sized:\t" + path);
+    if (size > kLargestText && !mayLoad(batches, path, size)) {
+        notTaken(u"Over Sized:\t" + path);
         return;
     }
     Encoding encoding = Encoding::Detect;
     NewRecord record;
-    record.text = importedText(readTextFile(path, encoding));
+    const TextRead read = readTextFileWhole(path, encoding);
+    if (!read.whole) {
+        const bool utf32 = encoding == Encoding::Utf32Le || encoding == Encoding::Utf32Be;
+        notTaken((utf32 ? u"UTF-32 cannot be read: " : u"File can't not be retrieved: ") + path);
+        return;
+    }
+    record.text = importedText(read.text);
     record.title = titleFromPath(path);
     record.link = path;
-    const AddedRecord added = addRecord(connection, notebook_.dbTable, record);
-    if (events_.added)
-        events_.added(added, path);
+    try {
+        const AddedRecord added = addRecord(connection, notebook_.dbTable, record);
+        ++added_;
+        if (events_.added)
+            events_.added(added, path);
+    } catch (const ProviderError& e) {
+        if (!concernsOneRecord(e))
+            throw;
+        notTaken(reasonOf(e) + u": " + path);
+    }
 }
 
-bool FileImport::mayLoad(const std::u16string& path, std::uint64_t size) const
+bool FileImport::mayLoad(Batches& batches, const std::u16string& path, std::uint64_t size) const
 {
     if (dialogs_ == nullptr)
         return false;
     const double excess = static_cast<double>(size - kLargestText) / 1024.0;
     const std::u16string question =
         notebook_.say(u"Are you sure you want to load this large file?", u"文件过大，请确认是否继续导入?");
-    return dialogs_->askYesNo(question + u"\r\n\r\n\r\n" + path + u" (" + grouped(excess) + u"KB)",
-               QuestionIcon::Information) == Answer::Yes;
+    batches.finish(); // others may use the database while the question stands
+    const Answer answer = dialogs_->askYesNo(
+        question + u"\r\n\r\n\r\n" + path + u" (" + grouped(excess) + u"KB)", QuestionIcon::Information);
+    batches.step();
+    return answer == Answer::Yes;
 }
 
-void FileImport::log(const std::u16string& message) const
+void FileImport::stored()
 {
+    taken_ += std::exchange(added_, 0);
+    if (events_.stored)
+        events_.stored();
+}
+
+void FileImport::notTaken(const std::u16string& message)
+{
+    ++notTaken_;
     appendLog(notebook_.logFile, message);
     if (events_.logged)
         events_.logged(message);

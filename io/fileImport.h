@@ -6,6 +6,7 @@
 #pragma once
 
 #include "app/dialogs.h"
+#include "store/batches.h"
 #include "store/bulkAct.h"
 #include "store/notebook.h"
 #include "store/records.h"
@@ -42,25 +43,35 @@ public:
     // dialogs: null where nothing may be asked. Both must outlive the object.
     FileImport(const Notebook& notebook, Dialogs* dialogs, ImportEvents events = {});
 
-    // Imports the files in order, on one connection. False: an error ended it, shown in the panel; what
-    // was imported before stays.
+    // Imports the files in order, on one connection. A file whose record the table refuses is told to the
+    // log, and the others are imported. False: an error that the next record would meet as well ended it,
+    // shown in the panel; what was imported before stays.
     bool importFiles(const std::vector<std::u16string>& paths);
     bool importFile(const std::u16string& path) { return importFiles({path}); }
 
-    // Imports everything below the folder without asking, then removes the table's duplicates. False as
-    // above.
+    // Imports everything below the folder without asking, then removes the table's duplicates, unless
+    // the import was stopped. False as above, or when their removal failed.
     bool importFolder(const std::u16string& folder);
 
+    // At the end of all imports: shows how many records were made and how many files were not taken,
+    // unless the panel tells of duplicates.
+    void tellCount() const;
+
 private:
-    void addFile(Connection& connection, const std::u16string& path);
-    void addTextFile(Connection& connection, const std::u16string& path);
-    bool mayLoad(const std::u16string& path, std::uint64_t size) const;
-    void log(const std::u16string& message) const;
+    void addFile(Connection& connection, Batches& batches, const std::u16string& path);
+    void addTextFile(Connection& connection, Batches& batches, const std::u16string& path);
+    bool mayLoad(Batches& batches, const std::u16string& path, std::uint64_t size) const;
+    void stored();
+    void notTaken(const std::u16string& message);
     bool stopped() const { return events_.stop && events_.stop(); }
 
     const Notebook& notebook_;
     Dialogs* dialogs_;
     ImportEvents events_;
+    std::size_t added_ = 0; // records that are not lasting yet
+    std::size_t taken_ = 0; // records that are
+    std::size_t notTaken_ = 0;
+    bool duplicatesTold_ = false;
 };
 
 } // namespace vellums::io

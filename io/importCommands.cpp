@@ -47,6 +47,7 @@ void ImportCommands::importPaths(const std::vector<std::u16string>& paths)
             else if (platform::fileExists(path))
                 import.importFile(path);
         }
+        import.tellCount();
     }
     records_.refresh();
 }

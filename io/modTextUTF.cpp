@@ -96,7 +96,7 @@ bool writeBytes(SharedFile& file, std::uint64_t offset, std::string_view bytes)
     return file.writeAt(offset, std::as_bytes(std::span<const char>(bytes)));
 }
 
-std::u16string readOpened(const SharedFile& file, Encoding& encoding)
+TextRead readOpened(const SharedFile& file, Encoding& encoding)
 {
     constexpr std::uint64_t kTooLarge = std::uint64_t{1} << 31;
     const auto size = file.size();
@@ -108,7 +108,8 @@ std::u16string readOpened(const SharedFile& file, Encoding& encoding)
     const int mark = encoding == detected.encoding ? detected.markLength : 0;
     if (encoding == Encoding::Utf32Le || encoding == Encoding::Utf32Be)
         return {};
-    return decoded(readFrom(file, static_cast<std::uint64_t>(mark), *size), encoding);
+    const std::string bytes = readFrom(file, static_cast<std::uint64_t>(mark), *size);
+    return {decoded(bytes, encoding), bytes.size() + static_cast<std::size_t>(mark) >= *size};
 }
 
 std::string markBytes(Encoding encoding)
@@ -169,11 +170,16 @@ Mark markOf(Encoding encoding)
 
 std::u16string readTextFile(const std::u16string& path, Encoding& encoding)
 {
+    return readTextFileWhole(path, encoding).text;
+}
+
+TextRead readTextFileWhole(const std::u16string& path, Encoding& encoding)
+{
     if (encoding != Encoding::Detect && !isEncoding(encoding))
         return {};
     try {
         const auto file = SharedFile::open(path, SharedFile::Mode::Read);
-        return file ? readOpened(*file, encoding) : std::u16string();
+        return file ? readOpened(*file, encoding) : TextRead();
     } catch (const std::bad_alloc&) {
         return {};
     }

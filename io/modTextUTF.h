@@ -34,6 +34,14 @@ Mark markOf(Encoding encoding);
 // the ANSI code page.
 std::u16string readTextFile(const std::u16string& path, Encoding& encoding);
 
+// The same, and whether that is the whole file: false where the text is empty for another reason than
+// that the file is, and where reading failed half way.
+struct TextRead {
+    std::u16string text;
+    bool whole = false;
+};
+TextRead readTextFileWhole(const std::u16string& path, Encoding& encoding);
+
 struct TextWriting {
     bool append = false;               // else the file begins anew
     Encoding ifEmpty = Encoding::Ansi; // what Detect means for a new or empty file

@@ -149,14 +149,22 @@ TEST_F(Cli, ImportsFilesAndFoldersAndSaysWhatItDid)
     folder_.write(u"in/sub/d.bin", "x");
     folder_.write(u"large.txt", std::string(600000, 'x'));
     const Outcome imported = run({"import", "notes.mdb", "in", "in/../in/a.txt", "large.txt"});
-    EXPECT_EQ(imported.status, 0);
+    EXPECT_EQ(imported.status, 1) << "not everything could be taken";
     EXPECT_THAT(imported.out, HasSubstr("\t" + path("in/a.txt") + "\n"));
     EXPECT_THAT(imported.out, HasSubstr("\t" + path("in/sub/b\\tc.txt") + "\n"));
     EXPECT_THAT(imported.out, HasSubstr("3\t" + path("in/a.txt") + "\n"));
     EXPECT_THAT(imported.err, HasSubstr("Over Sized:\t" + path("large.txt") + "\n"));
     EXPECT_EQ(sql("SELECT COUNT(*) AS n FROM notes"), "n\n2\n") << "the folder's duplicate is gone";
 
-    EXPECT_EQ(run({"dedupe", "notes.mdb"}).out, "1 duplicate removed from total 2 records (50.00%).\n");
+    platform::removeFile(folder_.file(u"notes.mdb.bak"));
+    folder_.makeFolder(u"notes.mdb.bak");
+    const Outcome refused = run({"dedupe", "notes.mdb"});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_THAT(refused.err, HasSubstr("No safety copy"));
+    EXPECT_THAT(refused.err, HasSubstr("--no-backup"));
+    EXPECT_EQ(sql("SELECT COUNT(*) AS n FROM notes"), "n\n2\n") << "nothing is removed";
+    EXPECT_EQ(run({"dedupe", "--no-backup", "notes.mdb"}).out,
+        "1 duplicate removed from total 2 records (50.00%).\n");
     EXPECT_EQ(run({"dedupe", "notes.mdb"}).out, "");
 
     const Outcome missing = run({"import", "notes.mdb", "none.txt", "in/a.txt"});

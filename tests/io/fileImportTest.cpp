@@ -3,6 +3,7 @@
 #include "maint/charCleaner.h"
 #include "platform/files.h"
 #include "platform/text.h"
+#include "tests/support/failingProvider.h"
 #include "tests/support/testNotebook.h"
 
 #include <gmock/gmock.h>
@@ -168,16 +169,34 @@ TEST_F(Import, OfAFolderEndsWithTheRemovalOfDuplicates)
     EXPECT_THAT(dialogs_.asked, IsEmpty());
 }
 
-TEST_F(Import, StopsAtAnErrorAndKeepsWhatWasDone)
+TEST_F(Import, LogsWhatTheTableRefusesAndTakesTheRest)
 {
     const std::string deep(120, 'd'); // the path is longer than a link may be
     const std::u16string path = notes_.folder().write(platform::fromUtf8(deep + "/" + deep + "/b.txt"), "1");
     FileImport import(*notes_, nullptr, events());
-    EXPECT_FALSE(import.importFiles({write(u"a.txt", "1"), path, write(u"c.txt", "2")}));
+    EXPECT_TRUE(import.importFiles({write(u"a.txt", "1"), path, write(u"c.txt", "2"),
+        write(u"wide.txt", std::string("\xFF\xFE\0\0x\0\0\0", 8))}));
+    EXPECT_THAT(titles(), ElementsAre(u"a|1", u"c|2"));
+    EXPECT_EQ(stored_, 2u);
+    ASSERT_THAT(logged_, SizeIs(2));
+    EXPECT_TRUE(logged_[0].ends_with(u"): " + path));
+    EXPECT_TRUE(logged_[1].starts_with(u"UTF-32"));
+    EXPECT_THAT(notes_.shown(), IsEmpty());
+    import.tellCount();
+    EXPECT_EQ(notes_.outcome(), u"2 records imported, 2 files not taken (see Vellums.log).");
+}
+
+TEST_F(Import, StopsAtAnErrorAndKeepsWhatWasDone)
+{
+    tests::FailingProvider provider;
+    notes_->provider = &provider;
+    provider.refuses = [](std::u16string_view sql, int) { return sql.find(u"'c'") != sql.npos; };
+    FileImport import(*notes_, nullptr, events());
+    EXPECT_FALSE(import.importFiles({write(u"a.txt", "1"), write(u"c.txt", "2"), write(u"d.txt", "3")}));
     EXPECT_THAT(titles(), ElementsAre(u"a|1"));
     EXPECT_EQ(stored_, 1u);
-    ASSERT_THAT(notes_.shown(), SizeIs(1));
-    EXPECT_TRUE(notes_.shown()[0].starts_with(u"importFile - " + path + u" > "));
+    EXPECT_TRUE(notes_.outcome().starts_with(u"importFile - " + notes_.folder().file(u"c.txt") + u" > "));
+    EXPECT_THAT(logged_, IsEmpty());
 }
 
 TEST_F(Import, StopsWhenAsked)
