@@ -2,7 +2,6 @@
 
 #include "platform/events.h"
 #include "platform/files.h"
-#include "platform/folderListing.h"
 #include "platform/text.h"
 
 namespace vellums::io {
@@ -14,10 +13,20 @@ void clsFolderScan::ScanFolder(std::u16string_view folderPath)
         root_ += platform::separator();
     folders_.clear();
     files_.clear();
+    unlisted_.clear();
+    walked_.clear();
     aborted_ = false;
     folderCount_ = 0;
     fileCount_ = 0;
+    isNew(root_);
     walk(root_);
+}
+
+// What cannot be told apart from others cannot be listed either, and walking it says why.
+bool clsFolderScan::isNew(const std::u16string& folder)
+{
+    const std::optional<platform::FolderId> id = platform::folderId(folder);
+    return !id || walked_.insert(*id).second;
 }
 
 void clsFolderScan::walk(const std::u16string& folder)
@@ -27,24 +36,28 @@ void clsFolderScan::walk(const std::u16string& folder)
         if (entry.isFolder && (entry.name == u"." || entry.name == u".."))
             continue;
         if (entry.isFolder)
-            foundFolder(folder, entry.name, entry.isLink);
+            foundFolder(folder, entry);
         else
             foundFile(folder, entry.name);
         platform::yieldToEvents();
     }
+    if (listing.fault())
+        unlisted_.push_back({folder.substr(0, folder.size() - 1), listing.fault()});
 }
 
 // A folder is counted and reported after everything in it.
-void clsFolderScan::foundFolder(const std::u16string& parent, const std::u16string& name, bool isLink)
+void clsFolderScan::foundFolder(const std::u16string& parent, const platform::FolderEntry& entry)
 {
-    const std::u16string path = parent + name;
+    const std::u16string path = parent + entry.name;
     const std::u16string inside = path + platform::separator();
     const std::u16string relativePath = relative(path);
     folders_.push_back(FullPath ? inside : relativePath);
-    if (SubFolders && !(isLink && leadsBack(inside)))
+    if (SubFolders && entry.nameLost)
+        unlisted_.push_back({path, std::nullopt});
+    else if (SubFolders && isNew(inside))
         walk(inside);
     ++folderCount_;
-    report({name, relativePath, path, true, fileCount_, folderCount_});
+    report({entry.name, relativePath, path, true, fileCount_, folderCount_});
 }
 
 void clsFolderScan::foundFile(const std::u16string& parent, const std::u16string& name)
@@ -64,17 +77,6 @@ void clsFolderScan::report(const Entry& entry) const
 std::u16string clsFolderScan::relative(std::u16string_view path) const
 {
     return platform::replaceAll(path, root_, u"");
-}
-
-bool clsFolderScan::leadsBack(const std::u16string& folder) const
-{
-    for (std::size_t end = folder.size() - 1; end > root_.size();) {
-        end = platform::lastSeparator(std::u16string_view(folder).substr(0, end)) + 1;
-        if (platform::sameFolder(folder, folder.substr(0, end)))
-            return true;
-        --end;
-    }
-    return false;
 }
 
 } // namespace vellums::io

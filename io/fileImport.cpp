@@ -10,6 +10,7 @@
 #include "platform/sharedFile.h"
 #include "platform/text.h"
 #include "store/batches.h"
+#include "store/fileReason.h"
 
 #include <cstdio>
 #include <optional>
@@ -131,6 +132,12 @@ bool FileImport::importFolder(const std::u16string& folder)
             scan.Abort();
     };
     scan.ScanFolder(folder);
+    for (const clsFolderScan::Missed& missed : scan.Unlisted())
+        notTaken(u"Folder cannot be listed: " + missed.path + u" (" +
+            (missed.fault ? fileReason(notebook_, *missed.fault)
+                          : notebook_.say(u"the code page lacks a character of its name",
+                                u"名称含有代码页之外的字符")) +
+            u")");
     Dialogs* const askable = std::exchange(dialogs_, nullptr);
     const bool done = importFiles(scan.Files());
     dialogs_ = askable;

@@ -3,6 +3,7 @@
 #include "platform/codePage.h"
 #include "platform/posix/systemPath.h"
 
+#include <cerrno>
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -10,11 +11,9 @@
 namespace vellums::platform {
 
 struct FolderListing::Search {
-    DIR* raw;
-    explicit Search(DIR* opened)
-        : raw(opened)
-    {
-    }
+    DIR* raw = nullptr;
+    std::optional<FileFault> fault;
+    Search() = default;
     Search(const Search&) = delete;
     Search& operator=(const Search&) = delete;
     ~Search()
@@ -25,8 +24,14 @@ struct FolderListing::Search {
 };
 
 FolderListing::FolderListing(const std::u16string& folder)
-    : search_(std::make_unique<Search>(toAnsiExact(folder) ? ::opendir(systemPath(folder).c_str()) : nullptr))
+    : search_(std::make_unique<Search>())
 {
+    if (toAnsiExact(folder))
+        search_->raw = ::opendir(systemPath(folder).c_str());
+    else
+        errno = ENOENT;
+    if (search_->raw == nullptr)
+        search_->fault = faultOfErrno(errno);
 }
 
 FolderListing::FolderListing(FolderListing&&) noexcept = default;
@@ -35,10 +40,18 @@ FolderListing::~FolderListing() = default;
 
 bool FolderListing::next(FolderEntry& entry)
 {
-    const struct dirent* found = search_->raw != nullptr ? ::readdir(search_->raw) : nullptr;
-    if (found == nullptr)
+    if (search_->raw == nullptr)
         return false;
-    entry.name = throughAnsi(pathFromBytes(found->d_name));
+    errno = 0;
+    const struct dirent* found = ::readdir(search_->raw);
+    if (found == nullptr) {
+        if (errno != 0)
+            search_->fault = faultOfErrno(errno);
+        return false;
+    }
+    const std::u16string name = pathFromBytes(found->d_name);
+    entry.name = throughAnsi(name);
+    entry.nameLost = entry.name != name;
     struct stat info { };
     const int folder = ::dirfd(search_->raw);
     const bool known = ::fstatat(folder, found->d_name, &info, AT_SYMLINK_NOFOLLOW) == 0;
@@ -49,12 +62,17 @@ bool FolderListing::next(FolderEntry& entry)
     return true;
 }
 
-bool sameFolder(const std::u16string& a, const std::u16string& b)
+std::optional<FileFault> FolderListing::fault() const
 {
-    struct stat first { };
-    struct stat second { };
-    return ::stat(systemPath(a).c_str(), &first) == 0 && ::stat(systemPath(b).c_str(), &second) == 0 &&
-        first.st_dev == second.st_dev && first.st_ino == second.st_ino;
+    return search_->fault;
+}
+
+std::optional<FolderId> folderId(const std::u16string& folder)
+{
+    struct stat info { };
+    if (::stat(systemPath(folder).c_str(), &info) != 0)
+        return std::nullopt;
+    return FolderId{static_cast<std::uint64_t>(info.st_dev), static_cast<std::uint64_t>(info.st_ino)};
 }
 
 } // namespace vellums::platform

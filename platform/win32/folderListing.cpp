@@ -24,6 +24,7 @@ struct FolderListing::Search {
     WIN32_FIND_DATAW data{};
     HANDLE raw = INVALID_HANDLE_VALUE;
     bool waiting = false; // the entry in data has not been handed out
+    std::optional<FileFault> fault;
 
     Search() = default;
     Search(const Search&) = delete;
@@ -41,7 +42,12 @@ FolderListing::FolderListing(const std::u16string& folder)
     // The wide call reaches long paths as well.
     if (toAnsiExact(folder))
         search_->raw = FindFirstFileW(systemPath(folder + u"*.*").c_str(), &search_->data);
+    else
+        SetLastError(ERROR_PATH_NOT_FOUND);
     search_->waiting = search_->raw != INVALID_HANDLE_VALUE;
+    // The root of an empty disk has no entry at all.
+    if (!search_->waiting && GetLastError() != ERROR_FILE_NOT_FOUND)
+        search_->fault = faultOfWindows(GetLastError());
 }
 
 FolderListing::FolderListing(FolderListing&&) noexcept = default;
@@ -52,25 +58,35 @@ bool FolderListing::next(FolderEntry& entry)
 {
     if (search_->raw == INVALID_HANDLE_VALUE)
         return false;
-    if (!search_->waiting && !FindNextFileW(search_->raw, &search_->data))
+    if (!search_->waiting && !FindNextFileW(search_->raw, &search_->data)) {
+        if (GetLastError() != ERROR_NO_MORE_FILES)
+            search_->fault = faultOfWindows(GetLastError());
         return false;
+    }
     search_->waiting = false;
     const DWORD marks = search_->data.dwFileAttributes;
     entry.isFolder = (marks & FILE_ATTRIBUTE_DIRECTORY) != 0;
     entry.isLink = (marks & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
         (search_->data.dwReserved0 == IO_REPARSE_TAG_MOUNT_POINT ||
             search_->data.dwReserved0 == IO_REPARSE_TAG_SYMLINK);
-    entry.name = throughAnsi(fromWide(search_->data.cFileName));
+    const std::u16string name = fromWide(search_->data.cFileName);
+    entry.name = throughAnsi(name);
+    entry.nameLost = entry.name != name;
     return true;
 }
 
-bool sameFolder(const std::u16string& a, const std::u16string& b)
+std::optional<FileFault> FolderListing::fault() const
 {
-    BY_HANDLE_FILE_INFORMATION first{};
-    BY_HANDLE_FILE_INFORMATION second{};
-    return identify(a, first) && identify(b, second) &&
-        first.dwVolumeSerialNumber == second.dwVolumeSerialNumber &&
-        first.nFileIndexHigh == second.nFileIndexHigh && first.nFileIndexLow == second.nFileIndexLow;
+    return search_->fault;
+}
+
+std::optional<FolderId> folderId(const std::u16string& folder)
+{
+    BY_HANDLE_FILE_INFORMATION info{};
+    if (!identify(folder, info) || (info.nFileIndexHigh | info.nFileIndexLow) == 0) // some shares have none
+        return std::nullopt;
+    return FolderId{
+        info.dwVolumeSerialNumber, (std::uint64_t{info.nFileIndexHigh} << 32) | info.nFileIndexLow};
 }
 
 } // namespace vellums::platform

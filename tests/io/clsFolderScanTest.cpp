@@ -101,10 +101,14 @@ TEST_F(FolderScan, StopsWhenTheEventLoopAsksForIt)
     EXPECT_EQ(scan_.FileCount(), 4) << "the next scan starts afresh";
 }
 
-TEST_F(FolderScan, FindsNothingInAMissingFolder)
+TEST_F(FolderScan, TellsWhichFoldersItCouldNotList)
 {
     scan_.ScanFolder(full(u"none"));
     EXPECT_TRUE(scan_.Files().empty() && scan_.Folders().empty());
+    ASSERT_EQ(scan_.Unlisted().size(), 1u);
+    EXPECT_EQ(scan_.Unlisted()[0].path, full(u"none"));
+    scan_.ScanFolder(folder_.path());
+    EXPECT_TRUE(scan_.Unlisted().empty());
 }
 
 TEST_F(FolderScan, DoesNotFollowALinkThatLeadsBack)
@@ -116,6 +120,26 @@ TEST_F(FolderScan, DoesNotFollowALinkThatLeadsBack)
     scan_.ScanFolder(folder_.path());
     EXPECT_EQ(scan_.FileCount(), 4);
     EXPECT_EQ(scan_.FolderCount(), 4);
+}
+
+TEST_F(FolderScan, WalksEachOfFoldersLinkedToOneAnotherOnce)
+{
+    namespace fs = std::filesystem;
+    const std::u16string names[] = {u"1", u"2", u"3", u"4", u"5", u"6", u"7"};
+    std::error_code failed;
+    for (const std::u16string& name : names)
+        folder_.write(u"ring/" + name + u"/text.txt", "");
+    for (const std::u16string& from : names)
+        for (const std::u16string& to : names)
+            if (from != to && !failed)
+                fs::create_directory_symlink(
+                    fs::path(full(u"ring/") + to), fs::path(full(u"ring/") + from + u"/to" + to), failed);
+    if (failed)
+        GTEST_SKIP() << "links cannot be made here";
+    scan_.ScanFolder(full(u"ring"));
+    EXPECT_EQ(scan_.FileCount(), 7);
+    EXPECT_EQ(scan_.FolderCount(), 7 + 7 * 6);
+    EXPECT_TRUE(scan_.Unlisted().empty());
 }
 
 } // namespace

@@ -8,6 +8,10 @@
 
 #include <gmock/gmock.h>
 
+#ifndef _WIN32
+#include <unistd.h>
+#endif
+
 namespace vellums::io {
 namespace {
 
@@ -206,6 +210,29 @@ TEST_F(Import, StopsWhenAsked)
     FileImport import(*notes_, nullptr, told);
     EXPECT_TRUE(import.importFiles({write(u"a.txt", "1"), write(u"b.txt", "2")}));
     EXPECT_THAT(titles(), ElementsAre(u"a|1"));
+}
+
+// Folders that are linked to one another hold each file once; a folder that cannot be listed is told.
+TEST_F(Import, WalksEachFolderOnceAndTellsOfTheRest)
+{
+    write(u"a/one.txt", "one");
+    write(u"b/two.txt", "two");
+    const std::u16string gone = notes_.folder().file(u"gone");
+#ifndef _WIN32
+    ASSERT_EQ(symlink(platform::toUtf8(notes_.folder().file(u"b")).c_str(),
+                  platform::toUtf8(notes_.folder().file(u"a/b")).c_str()),
+        0);
+    ASSERT_EQ(symlink(platform::toUtf8(notes_.folder().file(u"a")).c_str(),
+                  platform::toUtf8(notes_.folder().file(u"b/a")).c_str()),
+        0);
+#endif
+    FileImport import(*notes_, nullptr, events());
+    EXPECT_TRUE(import.importFolder(notes_.folder().path()));
+    EXPECT_EQ(titles().size(), 2u);
+    logged_.clear();
+    import.importFolder(gone);
+    ASSERT_EQ(logged_.size(), 1u);
+    EXPECT_TRUE(logged_[0].starts_with(u"Folder cannot be listed: " + gone));
 }
 
 } // namespace
