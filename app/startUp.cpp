@@ -47,10 +47,10 @@ bool useStoredDatabase(Notebook& notebook)
     if (stored.empty())
         return false;
     notebook.dbConn = stored;
-    const bool isBareName = connPart(notebook, stored, ConnPart::FileName) == fileOf(stored);
+    const bool isRelative = namesRelativeFile(stored);
     const std::u16string folders[] = {withoutEnd(preference(notebook, u"dbParent", u"")), notebook.appDir};
     for (const std::u16string& folder : folders) {
-        if (folder.empty() && isBareName) // the current folder never matters
+        if (folder.empty() && isRelative) // the current folder never matters
             continue;
         notebook.dbParent = folder;
         const std::u16string path = connPart(notebook, stored, ConnPart::FullPath);

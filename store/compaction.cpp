@@ -8,12 +8,18 @@
 namespace vellums {
 namespace {
 
-// A file under a name that was free, removed when the work is over, however it ends.
+// A file under a name that was free or the program's own, removed when the work is over, however it ends.
 class PassingFile {
 public:
     PassingFile(std::u16string_view start, std::u16string_view ending)
         : path_(platform::unusedPath(start, ending))
     {
+    }
+    // A name of the program's own: what lies there was left by a run that was cut off.
+    explicit PassingFile(std::u16string path)
+        : path_(std::move(path))
+    {
+        platform::removeFile(path_);
     }
     PassingFile(const PassingFile&) = delete;
     PassingFile& operator=(const PassingFile&) = delete;
@@ -66,7 +72,7 @@ Sizes compact(const Notebook& notebook, const std::u16string& file)
     if (!before)
         throw platform::FileError{platform::FileFault::NotFound, 0};
     platform::clearAttributes(file);
-    const PassingFile compacted(inProgramFolder(notebook, u"temp"), u".cdb");
+    const PassingFile compacted(inProgramFolder(notebook, u"temp.cdb"));
     notebook.provider->compact(file, compacted.path());
     const auto after = platform::fileSize(compacted.path());
     if (!after || !looksLikeAccessFile(compacted.path()))

@@ -48,10 +48,10 @@ std::u16string folderWithSeparator(const Notebook& notebook)
     return folder;
 }
 
-bool hasFolder(std::u16string_view file)
+// From a drive or a root on; any other path counts from the data folder, folders in it or not.
+bool isAbsolute(std::u16string_view path)
 {
-    return platform::lastSeparator(file) != std::u16string_view::npos ||
-        file.find(u':') != std::u16string_view::npos;
+    return path.starts_with(u'\\') || path.starts_with(u'/') || (path.size() > 1 && path[1] == u':');
 }
 
 } // namespace
@@ -104,7 +104,14 @@ std::u16string connPart(const Notebook& notebook, const std::u16string& connecti
         const std::size_t last = platform::lastSeparator(file);
         return last == std::u16string::npos ? file : file.substr(last + 1);
     }
-    return file.empty() || hasFolder(file) ? file : folder + file;
+    return file.empty() || isAbsolute(file) ? file : folder + file;
+}
+
+bool namesRelativeFile(std::u16string_view connectionString)
+{
+    const std::optional<Reference> reference = findReference(connectionString);
+    return reference && reference->isFile &&
+        !isAbsolute(connectionString.substr(reference->start, reference->length));
 }
 
 std::u16string getConnPart(Notebook& notebook, const std::u16string& connectionString, ConnPart part)

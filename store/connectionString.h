@@ -28,6 +28,9 @@ std::u16string connPart(const Notebook& notebook, const std::u16string& connecti
 // The string as it is opened: a bare file name is put into the data folder.
 std::u16string expandedConnection(const Notebook& notebook, const std::u16string& connectionString);
 
+// The string names a file by a path that counts from the data folder.
+bool namesRelativeFile(std::u16string_view connectionString);
+
 // What stands behind "Data Source=": a file or a server.
 std::u16string fileOf(std::u16string_view connectionString);
 

@@ -2,6 +2,7 @@
 
 #include "platform/files.h"
 #include "platform/text.h"
+#include "store/tableChanges.h"
 
 #include <algorithm>
 
@@ -57,6 +58,7 @@ std::u16string dbCreateNew(const Notebook& notebook, const std::u16string& fileN
     try {
         if (!fileName.empty())
             refuseBadFileName(fileName);
+        checkedTableName(table); // of a system table it would be made and never found
         notebook.provider->createDatabase(path, table);
         return table;
     } catch (const ProviderError& e) {

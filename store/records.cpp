@@ -161,7 +161,11 @@ std::u16string titleOf(std::u16string_view text)
     const std::size_t lineEnd = text.find(kLineEnd);
     const std::size_t length =
         lineEnd == std::u16string_view::npos || lineEnd > kLongestFirstLine ? kLongestFirstLine : lineEnd;
-    return replaceAll(text.substr(0, length), kLineEnd, u"");
+    std::u16string title = replaceAll(text.substr(0, length), kLineEnd, u"");
+    const bool halfPair = !title.empty() && title.back() >= 0xD800 && title.back() < 0xDC00;
+    if (halfPair) // never half a character
+        title.pop_back();
+    return title;
 }
 
 AddedRecord addRecord(Connection& connection, const std::u16string& table, const NewRecord& record)

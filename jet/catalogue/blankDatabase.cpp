@@ -361,11 +361,10 @@ void createDatabase(const std::u16string& path, FileFormat format, double now)
 {
     if (platform::fileExists(path) || platform::folderExists(path))
         throwFileError({platform::FileFault::Exists, 0}, path);
-    const std::u16string temporary = path + u".new";
+    const std::u16string temporary = platform::unusedPath(path, u".new");
     try {
         const Bytes bytes = blankDatabase(format, now);
         try {
-            platform::removeFile(temporary);
             {
                 platform::File file(temporary, platform::Access::Create);
                 file.writeAt(0, bytes);

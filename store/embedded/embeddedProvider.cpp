@@ -65,8 +65,7 @@ void EmbeddedProvider::createDatabase(const std::u16string& path, const std::u16
             throw jet::Error(3044, jet::kFail,
                 u"'" + path + u"' is not a valid path. Make sure that the path name is spelled correctly.");
         // Made under another name, so that a database without its table is never found.
-        const std::u16string unfinished = path + u".new";
-        platform::removeFile(unfinished);
+        const std::u16string unfinished = platform::unusedPath(path, u".new");
         try {
             jet::createDatabase(unfinished, formatOf(path), platform::oleNow());
             jet::Database(unfinished).createTable(snippetTable(table));

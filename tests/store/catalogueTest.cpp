@@ -110,6 +110,40 @@ TEST(CreateDatabase, MakesASnippetTableOnceAndNeverOverAnything)
     EXPECT_EQ(dbCreateNew(*notes, u"x.mdb"), u"");
 }
 
+// A file that lies where an unfinished database would is somebody else's.
+TEST(CreateDatabase, LeavesForeignFilesAlone)
+{
+    tests::TestNotebook notes;
+    notes.folder().write(u"other.mdb.new", "foreign");
+    notes.folder().write(u"other.mdb.new.new", "foreign too");
+    EXPECT_EQ(dbCreateNew(*notes, u"other.mdb"), u"other");
+    EXPECT_EQ(tests::bytesOf(notes.folder().file(u"other.mdb.new")), "foreign");
+    EXPECT_EQ(tests::bytesOf(notes.folder().file(u"other.mdb.new.new")), "foreign too");
+}
+
+TEST(CreateDatabase, RefusesTheNamesOfSystemTables)
+{
+    tests::TestNotebook notes;
+    for (const char16_t* const name : {u"usysNotes.mdb", u"MSysX.mdb"}) {
+        EXPECT_EQ(dbCreateNew(*notes, name), u"");
+        EXPECT_FALSE(platform::fileExists(notes.folder().file(name)));
+        EXPECT_TRUE(notes.outcome().starts_with(u"dbCreateNew: "));
+    }
+}
+
+TEST(ConnectionString, ARelativePathCountsFromTheDataFolder)
+{
+    tests::TestNotebook notes;
+    const std::u16string inFolder = std::u16string(u"sub") + platform::separator() + u"x.mdb";
+    const std::u16string conn = u"Provider=x; Data Source=" + inFolder;
+    EXPECT_EQ(connPart(*notes, conn, ConnPart::FullPath), notes.folder().file(u"sub/x.mdb"));
+    EXPECT_EQ(connPart(*notes, conn, ConnPart::FileName), u"x.mdb");
+    EXPECT_TRUE(namesRelativeFile(conn));
+    EXPECT_TRUE(namesRelativeFile(u"Data Source=x.mdb"));
+    EXPECT_FALSE(namesRelativeFile(u"Data Source=C:\\x.mdb"));
+    EXPECT_FALSE(namesRelativeFile(u"Data Source=/x.mdb"));
+}
+
 TEST(CreateDatabase, RequiresADate)
 {
     tests::TestNotebook notes;

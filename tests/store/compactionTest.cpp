@@ -65,6 +65,7 @@ protected:
 
 TEST_F(CompactionTest, PutsTheCopyInThePlaceOfTheFile)
 {
+    notes_.folder().write(u"program/temp.cdb", "of a run that was cut off");
     notes_.folder().setReadOnly(u"notes.mdb", true);
     compactor_.work = [&](const std::u16string& source, const std::u16string& destination) {
         EXPECT_EQ(source, notes_.file());

@@ -1,5 +1,6 @@
 #include "store/records.h"
 
+#include "maint/clsMD5.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "tests/support/testNotebook.h"
@@ -32,6 +33,7 @@ const TitleCase kTitles[] = {
     {"a subject at the very start does not count", u"主题: Meeting\r\nHello", u"主题: Meeting"},
     {"a subject without a line end does not count", u"a 主题: Meeting", u"a 主题: Meeting"},
     {"an empty text", u"", u""},
+    {"no half of a character", std::u16string(49, u'x') + u"😀y", std::u16string(49, u'x')},
 };
 
 TEST(TitleOf, ChoosesTheTitle)
@@ -59,6 +61,23 @@ protected:
 
 INSTANTIATE_TEST_SUITE_P(Formats, Records, testing::Values(u"notes.mdb", u"notes.accdb"),
     [](const auto& test) { return test.param == std::u16string(u"notes.mdb") ? "mdb" : "accdb"; });
+
+// The digest belongs to the text as it lies in the table, not as it was given.
+TEST_P(Records, TheDigestIsThatOfTheStoredText)
+{
+    const std::u16string given = u"  a\t 中文 \r\n\r\n\r\n\r\nit's\r\n  ";
+    const auto expectItsDigest = [&] {
+        const auto stored = getRecText(*notes_, 1);
+        ASSERT_TRUE(stored);
+        EXPECT_NE(stored->text, given) << "a text that cleaning changes";
+        EXPECT_EQ(stored->md5, maint::clsMD5().MD5(stored->text));
+        EXPECT_NE(stored->md5, maint::clsMD5().MD5(given));
+    };
+    add(given);
+    expectItsDigest();
+    ASSERT_EQ(modRecord(*notes_, 1, u"title", given + u"more", u""), Saved::Yes);
+    expectItsDigest();
+}
 
 TEST_P(Records, AreAddedCleanedWithTheirDigest)
 {
