@@ -96,7 +96,7 @@ Program::Program(const std::wstring& executable, const std::wstring& arguments, 
     if (!eventually(starts, 1000))
         return;
     AssignProcessToJobObject(job_, process_.hProcess);
-    WaitForInputIdle(process_.hProcess, 2000); // one that imports at once is not idle for long
+    WaitForInputIdle(process_.hProcess, 500); // one that imports at once is not idle for long
     eventually([this] { return (window_ = topWindow(process_.dwProcessId, false)) != nullptr; }, 20000);
 }
 

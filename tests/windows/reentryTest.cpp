@@ -48,7 +48,7 @@ INSTANTIATE_TEST_SUITE_P(Languages, ReentryTest, testing::Values(GetACP() == 936
 
 TEST_P(ReentryTest, TextThatComesDuringAnImportStays)
 {
-    const std::wstring texts = manyTexts(800);
+    const std::wstring texts = manyTexts(3000);
     Program program(folder.executable(), L"\"" + texts + L"\"");
     ASSERT_TRUE(eventually([&] { return isLocked(program); }));
     program.ask(ID_txtShowWrap, WM_CHAR, 'x'); // a locked box takes no letter
@@ -62,8 +62,8 @@ TEST_P(ReentryTest, TextThatComesDuringAnImportStays)
     Sleep(300);
     EXPECT_EQ(questionsOpen(program), 0) << "what came meanwhile does not come out later";
     EXPECT_EQ(program.text(ID_txtShowWrap), u"came from outside");
-    EXPECT_EQ(program.count(ID_lstHeads), 800);
-    EXPECT_EQ(bodies().size(), 800u);
+    EXPECT_EQ(program.count(ID_lstHeads), 3000);
+    EXPECT_EQ(bodies().size(), 3000u);
     PostMessageW(program.window(), WM_CLOSE, 0, 0);
     EXPECT_EQ(program.waitForBox(), saveQuestion());
     EXPECT_TRUE(program.answer(IDYES));
