@@ -16,7 +16,8 @@ const kMostBytes = 190000; // below its limit, whatever the encoding
 const kUnreadable = "(date before 1899-12-30)";
 
 function run(program, options) {
-  const result = spawnSync(program, options, { maxBuffer: 1 << 30, encoding: "utf8" });
+  const env = { ...process.env, LC_ALL: "C.UTF-8" }; // names of tables are given in UTF-8, whatever the locale
+  const result = spawnSync(program, options, { env, maxBuffer: 1 << 30, encoding: "utf8" });
   if (result.status !== 0) throw new Error(`${program} ${options.join(" ")}: ${result.stderr}`);
   return result.stdout;
 }
