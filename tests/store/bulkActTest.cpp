@@ -3,6 +3,7 @@
 #include "platform/files.h"
 #include "platform/profile.h"
 #include "platform/text.h"
+#include "store/connectionString.h"
 #include "store/records.h"
 #include "store/safetyCopy.h"
 #include "tests/support/failingProvider.h"
@@ -29,7 +30,7 @@ protected:
 
     Ids addMany(int count)
     {
-        const auto connection = tests::client().open(u"Data Source=" + notes_.file());
+        const auto connection = tests::client().open(expandedConnection(*notes_, notes_->dbConn));
         connection->beginBatch();
         Ids ids;
         for (int i = 0; i < count; ++i)
