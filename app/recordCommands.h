@@ -44,8 +44,6 @@ public:
     void refresh();
     // The same, but this record stays selected and is loaded anew where the list still has it.
     void refreshKeeping(std::int32_t id);
-    // The unsaved text was asked about, and the user gave it up.
-    bool isGivenUp() const;
     // Takes records that are gone out of the list and shows the one that took the place of the first, or
     // the last. After a failure or a Stop the shown record stays if it is still there. False: a record could
     // not be loaded, and the panel says why.
@@ -55,6 +53,8 @@ private:
     enum class Buttons { YesNo, YesNoCancel };
     bool leave(const std::u16string& question, Buttons buttons);
     bool leaveForSearch();
+    // The unsaved text was asked about, and the user gave it up.
+    bool isGivenUp() const;
     bool keep();
     void fillList(std::int32_t wanted, const std::function<bool()>& giveUp = {});
     void showFirst(std::int32_t wanted);

@@ -1,3 +1,7 @@
+// A file of unsaved text is made once, under a name that was free, and never written again, so no text can
+// overwrite another. Its end is a digest of all before it: one that was cut off is told from a whole one.
+// Taken back, a text replaces only a record that is still as it was when the text was typed over it; in
+// every other case it becomes a new record.
 #include "app/unsavedText.h"
 
 #include "app/boxText.h"
@@ -8,7 +12,6 @@
 #include "store/sqlText.h"
 
 #include <cstddef>
-#include <cstring>
 #include <span>
 
 namespace vellums {

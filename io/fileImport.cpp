@@ -1,3 +1,6 @@
+// Each file is looked at alone: it becomes a record, or one line of the log says why not, and the next one
+// follows. Only what would make every further record fail as well ends the run. Records become lasting in
+// batches; none is open while a question waits for a person.
 #include "io/fileImport.h"
 
 #include "io/clsFolderScan.h"
