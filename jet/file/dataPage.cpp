@@ -41,11 +41,12 @@ void recountFreeBytes(MutableBytes page)
 
 } // namespace
 
-DataPage::DataPage(ByteView page)
-    : page_(page)
-    , rowCount_(load<std::uint16_t>(page, 12))
+DataPage::DataPage(PageView page)
+    : page_(std::move(page))
+    , bytes_(page_.bytes())
+    , rowCount_(load<std::uint16_t>(bytes_, 12))
 {
-    if (page.size() != kPageSize || page[0] != std::byte{1})
+    if (bytes_.size() != kPageSize || bytes_[0] != std::byte{1})
         throwDamaged(u"a page of rows is of another kind");
     if (entryOffset(rowCount_) > kPageSize)
         throwDamaged(u"the row table of a page is too long");
@@ -61,22 +62,28 @@ DataPage::DataPage(ByteView page)
 
 std::size_t DataPage::start(int row) const
 {
-    return load<std::uint16_t>(page_, entryOffset(row)) & kStartMask;
+    return load<std::uint16_t>(bytes_, entryOffset(row)) & kStartMask;
 }
 
 std::uint16_t DataPage::flags(int row) const
 {
     if (row >= rowCount_)
         throwDamaged(u"a pointer leads to a row that does not exist");
-    return load<std::uint16_t>(page_, entryOffset(row)) & kDeletedFlags;
+    return load<std::uint16_t>(bytes_, entryOffset(row)) & kDeletedFlags;
 }
 
-ByteView DataPage::bytes(int row) const
+ByteView DataPage::bytes(int row) const&
 {
     if (row >= rowCount_)
         throwDamaged(u"a pointer leads to a row that does not exist");
-    const std::size_t end = row == 0 ? kPageSize : start(row - 1);
-    return page_.subspan(start(row), end - start(row));
+    return bytes_.subspan(start(row), end(row) - start(row));
+}
+
+PageView DataPage::row(int row) const
+{
+    if (row >= rowCount_)
+        throwDamaged(u"a pointer leads to a row that does not exist");
+    return page_.part(start(row), end(row) - start(row));
 }
 
 int DataPage::countedFreeBytes() const

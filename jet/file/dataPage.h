@@ -25,19 +25,27 @@ inline constexpr std::uint16_t kMovedFlag = 0x4000;
 inline constexpr std::uint16_t kMovedHereFlag = 0x8000;
 inline constexpr std::uint16_t kDeletedFlags = 0xC000;
 
-// Reads one data page. The bytes are not copied and must outlive the object.
+// Reads one data page. The bytes are not copied.
 class DataPage {
 public:
     // Throws (damaged file) when the page is no data page or its row table breaks a rule.
-    explicit DataPage(ByteView page);
+    explicit DataPage(PageView page);
+    // Of bytes that outlive the object.
+    explicit DataPage(ByteView page)
+        : DataPage(PageView(page))
+    {
+    }
 
-    std::uint32_t owner() const { return load<std::uint32_t>(page_, 4); }
+    std::uint32_t owner() const { return load<std::uint32_t>(bytes_, 4); }
     int rowCount() const { return rowCount_; }
     std::uint16_t flags(int row) const;
     // The row's bytes as they lie, flags or no flags. Throws (damaged file) for a row that is not there.
-    ByteView bytes(int row) const;
+    ByteView bytes(int row) const&;
+    ByteView bytes(int row) const&& = delete; // they may go with the object
+    // The same, keeping the page.
+    PageView row(int row) const;
     std::size_t start(int row) const;
-    int freeBytes() const { return load<std::uint16_t>(page_, 2); }
+    int freeBytes() const { return load<std::uint16_t>(bytes_, 2); }
     // What freeBytes() must be by the row table.
     int countedFreeBytes() const;
     bool hasRoomFor(std::size_t rowLength) const
@@ -48,7 +56,10 @@ public:
     bool isEmpty() const;
 
 private:
-    ByteView page_;
+    std::size_t end(int row) const { return row == 0 ? kPageSize : start(row - 1); }
+
+    PageView page_;
+    ByteView bytes_; // of it
     int rowCount_;
 };
 

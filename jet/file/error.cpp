@@ -11,6 +11,11 @@ void throwDamaged(const std::u16string& detail)
             detail + u".");
 }
 
+void throwDiskFailed()
+{
+    throw Error(3043, kFail, u"Disk or network error.");
+}
+
 void throwUnsupported(const std::u16string& sentence)
 {
     throw Error(0, kErrorsInCommand, sentence);

@@ -42,6 +42,7 @@ inline constexpr std::int32_t kDuplicateTable = -2147217857;   // 80040E3F
 // The file breaks a rule of its format. The detail says where; it goes into `description` behind the
 // providers' sentence about damaged files.
 [[noreturn]] void throwDamaged(const std::u16string& detail);
+[[noreturn]] void throwDiskFailed(); // 3043
 // The statement or the table needs something that this engine does not do. Never guessed at.
 [[noreturn]] void throwUnsupported(const std::u16string& sentence);
 [[noreturn]] void throwTypeMismatch();                                                             // 3464

@@ -43,23 +43,16 @@ struct Journal {
     Bytes images;
 };
 
-Bytes readWhole(const platform::File& file, std::uint64_t offset, std::size_t length)
-{
-    Bytes bytes(length);
-    bytes.resize(file.readAt(offset, bytes));
-    return bytes;
-}
-
 // Nothing when the journal is idle or was not written to its end.
-std::optional<Journal> readComplete(const platform::File& file)
+std::optional<Journal> readComplete(const DiskFile& file)
 {
-    const Bytes header = readWhole(file, 0, kHeaderBytes);
+    const Bytes header = file.read(0, kHeaderBytes);
     if (header.size() < kHeaderBytes || std::memcmp(header.data(), kMagic.data(), kMagic.size()) != 0)
         return std::nullopt;
     const std::size_t count = load<std::uint32_t>(header, 8);
     if (count > kMaxPages)
         return std::nullopt;
-    const Bytes table = readWhole(file, kHeaderBytes, count * kRecordBytes);
+    const Bytes table = file.read(kHeaderBytes, count * kRecordBytes);
     if (table.size() < count * kRecordBytes)
         return std::nullopt;
     const std::uint64_t headerSum = checksum(slice(header, 8, 24), 0);
@@ -78,7 +71,7 @@ std::optional<Journal> readComplete(const platform::File& file)
         if (!journal.records.back().isNew)
             ++imageCount;
     }
-    journal.images = readWhole(file, kHeaderBytes + table.size(), imageCount * kPageSize);
+    journal.images = file.read(kHeaderBytes + table.size(), imageCount * kPageSize);
     if (journal.images.size() < imageCount * kPageSize)
         return std::nullopt;
     std::size_t image = 0;
@@ -92,18 +85,18 @@ std::optional<Journal> readComplete(const platform::File& file)
     return journal;
 }
 
-bool isFinished(const Journal& journal, const platform::File& database)
+bool isFinished(const Journal& journal, const DiskFile& database)
 {
     return std::all_of(journal.records.begin(), journal.records.end(), [&](const Record& record) {
-        const Bytes page = readWhole(database, std::uint64_t{record.page} * kPageSize, kPageSize);
+        const Bytes page = database.read(std::uint64_t{record.page} * kPageSize, kPageSize);
         return page.size() == kPageSize && checksum(page, journal.number ^ record.page) == record.after;
     });
 }
 
 // A journal that was left beside a file which was replaced meanwhile must not touch the new one.
-bool belongsTo(const Journal& journal, const platform::File& database)
+bool belongsTo(const Journal& journal, const DiskFile& database)
 {
-    return checksum(readWhole(database, 0, kPageSize), 0) == journal.page0 &&
+    return checksum(database.read(0, kPageSize), 0) == journal.page0 &&
         database.size() >= std::uint64_t{journal.pagesBefore} * kPageSize;
 }
 
@@ -139,19 +132,19 @@ Bytes makeJournal(
     return journal;
 }
 
-bool isHot(const platform::File& journal)
+bool isHot(const DiskFile& journal)
 {
-    const Bytes magic = readWhole(journal, 0, kMagic.size());
+    const Bytes magic = journal.read(0, kMagic.size());
     return magic.size() == kMagic.size() && std::memcmp(magic.data(), kMagic.data(), kMagic.size()) == 0;
 }
 
-void markIdle(platform::File& journal)
+void markIdle(DiskFile& journal)
 {
     const std::array<std::byte, kMagic.size()> zeros{};
     journal.writeAt(0, zeros);
 }
 
-void rollBack(platform::File& database, platform::File& journal, const std::function<void()>& step)
+void rollBack(DiskFile& database, DiskFile& journal)
 {
     const std::optional<Journal> statement = readComplete(journal);
     if (statement && belongsTo(*statement, database) && !isFinished(*statement, database)) {
@@ -159,17 +152,13 @@ void rollBack(platform::File& database, platform::File& journal, const std::func
         for (const Record& record : statement->records) {
             if (record.isNew)
                 continue;
-            step();
             database.writeAt(
                 std::uint64_t{record.page} * kPageSize, slice(statement->images, image, kPageSize));
             image += kPageSize;
         }
-        step();
         database.resize(std::uint64_t{statement->pagesBefore} * kPageSize);
-        step();
         database.sync();
     }
-    step();
     markIdle(journal);
 }
 

@@ -20,9 +20,8 @@
 #pragma once
 
 #include "jet/file/bytes.h"
-#include "platform/files.h"
+#include "jet/file/diskFile.h"
 
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -42,12 +41,12 @@ Bytes makeJournal(
     const std::vector<JournalPage>& pages, std::uint32_t pagesBefore, std::uint64_t number, ByteView page0);
 
 // The journal file holds a statement (complete or not) and is not idle.
-bool isHot(const platform::File& journal);
+bool isHot(const DiskFile& journal);
 
 // Puts the database back as it was before an interrupted statement, if the journal says so, and marks
-// the journal idle. `step` is called before each write, sync and resize. Throws platform::FileError.
-void rollBack(platform::File& database, platform::File& journal, const std::function<void()>& step);
+// the journal idle. Throws platform::FileError.
+void rollBack(DiskFile& database, DiskFile& journal);
 
-void markIdle(platform::File& journal);
+void markIdle(DiskFile& journal);
 
 } // namespace vellums::jet

@@ -5,11 +5,10 @@
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <deque>
 #include <thread>
 
 namespace vellums::jet {
-
-std::function<void()> PageFile::beforeDiskOperation;
 
 namespace {
 
@@ -20,12 +19,6 @@ using platform::FileFault;
 
 constexpr auto kLongestWait = std::chrono::milliseconds(2000);
 constexpr auto kRetryPause = std::chrono::milliseconds(5);
-
-void step()
-{
-    if (PageFile::beforeDiskOperation)
-        PageFile::beforeDiskOperation();
-}
 
 [[noreturn]] void throwOpenError(const std::u16string& path, FileFault fault)
 {
@@ -73,14 +66,14 @@ File openWaiting(const std::u16string& path, Access access)
 
 // Opens the journal of a file that is held for writing. A folder that takes no new file makes the
 // database read-only.
-File openJournal(const std::u16string& path)
+DiskFile openJournal(const std::u16string& path)
 {
     try {
         const std::u16string journal = journalPath(path);
-        const bool existed = platform::fileExists(journal);
-        File file = openWaiting(journal, Access::WriteOrCreate);
-        if (!existed)
-            platform::syncFolderOf(journal);
+        DiskFile file(openWaiting(journal, Access::WriteOrCreate), DiskFile::Role::Journal);
+        // Whoever made it may have died before its entry in the folder was lasting.
+        if (file.size() == 0)
+            DiskFile::syncFolderOf(journal);
         return file;
     } catch (const Error& e) {
         if (e.native == 3051 || e.native == 3044)
@@ -93,7 +86,7 @@ bool journalIsHot(const std::u16string& path)
 {
     if (!platform::fileExists(journalPath(path)))
         return false;
-    return isHot(openWaiting(journalPath(path), Access::Read));
+    return isHot(DiskFile(openWaiting(journalPath(path), Access::Read), DiskFile::Role::Journal));
 }
 
 // Differs from statement to statement, also between processes.
@@ -122,75 +115,69 @@ PageFile::~PageFile() = default;
 void PageFile::open()
 {
     if (mode_ == OpenMode::Read) {
-        file_.emplace(openWaiting(path_, Access::Read));
+        file_.emplace(openWaiting(path_, Access::Read), DiskFile::Role::Database);
         if (journalIsHot(path_)) {
             file_.reset();
             const PageFile recovered(path_, OpenMode::Write);
         }
         if (!file_)
-            file_.emplace(openWaiting(path_, Access::Read));
+            file_.emplace(openWaiting(path_, Access::Read), DiskFile::Role::Database);
     } else {
-        file_.emplace(openWaiting(path_, Access::Write));
+        file_.emplace(openWaiting(path_, Access::Write), DiskFile::Role::Database);
         journal_.emplace(openJournal(path_));
         if (isHot(*journal_))
-            rollBack(*file_, *journal_, step);
+            rollBack(*file_, *journal_);
     }
-    takeView();
+    takeFile();
     checkFormat();
 }
 
-void PageFile::takeView()
+void PageFile::takeFile()
 {
-    view_ = file_->view();
-    const std::uint64_t size = view_.bytes().size();
-    if (size / kPageSize > kMaxPages)
-        throwDamaged(u"the file is longer than 2 GB");
-    filePages_ = static_cast<PageNo>(size / kPageSize);
-    wholePages_ = size % kPageSize == 0;
-    pageCount_ = filePages_;
+    source_.open(*file_);
+    pageCount_ = source_.pages();
 }
 
 void PageFile::checkFormat()
 {
-    header_ = parseHeader(view_.bytes().first(std::min(view_.bytes().size(), kPageSize)), path_);
-    const auto kindOf = [&](PageNo page) { return load<std::uint16_t>(read(page), 0); };
-    if (filePages_ < 3 || kindOf(1) != 0x0101 || kindOf(2) != 0x0102)
+    header_ = parseHeader(file_->read(0, kPageSize), path_);
+    const auto kindOf = [&](PageNo page) {
+        const PageView view = read(page);
+        return load<std::uint16_t>(view, 0);
+    };
+    if (pageCount_ < 3 || kindOf(1) != 0x0101 || kindOf(2) != 0x0102)
         throwDamaged(u"the first pages of '" + path_ + u"' are not those of a database");
-    if (mode_ == OpenMode::Write && !wholePages_)
+    if (mode_ == OpenMode::Write && source_.endsInPage())
         throwDamaged(u"'" + path_ + u"' ends in the middle of a page");
 }
 
-ByteView PageFile::read(PageNo page) const
+PageView PageFile::read(PageNo page) const
 {
+    if (page >= pageCount_)
+        throwDamaged(u"a pointer leads beyond the end of the file");
     if (!dirty_.empty()) {
         const auto found = dirty_.find(page);
         if (found != dirty_.end())
-            return found->second->bytes;
+            return PageView(found->second);
     }
-    if (page >= filePages_)
-        throwDamaged(u"a pointer leads beyond the end of the file");
-    return view_.bytes().subspan(std::size_t{page} * kPageSize, kPageSize);
+    return source_.read(page);
 }
 
-PageFile::Page& PageFile::dirtyPage(PageNo page, bool keepContent)
+Page& PageFile::dirtyPage(PageNo page, bool keepContent)
 {
     if (mode_ != OpenMode::Write)
         throw Error(3027, kPermissionDenied, u"Cannot update. Database or object is read-only.");
-    auto [place, added] = dirty_.try_emplace(page);
+    const auto found = dirty_.find(page);
     if (marked_ && !beforeMark_.contains(page))
-        beforeMark_[page] = added ? nullptr : std::make_unique<Page>(*place->second);
-    if (added) {
-        place->second = std::make_unique<Page>();
-        if (keepContent) {
-            if (page >= filePages_) {
-                dirty_.erase(place);
-                throwDamaged(u"a pointer leads beyond the end of the file");
-            }
-            const ByteView old = view_.bytes().subspan(std::size_t{page} * kPageSize, kPageSize);
-            std::copy(old.begin(), old.end(), place->second->bytes.begin());
-        }
+        beforeMark_[page] = found == dirty_.end() ? nullptr : std::make_shared<Page>(*found->second);
+    if (found != dirty_.end())
+        return *found->second;
+    auto fresh = std::make_shared<Page>();
+    if (keepContent) {
+        const PageView old = read(page);
+        std::copy(old.bytes().begin(), old.bytes().end(), fresh->bytes.begin());
     }
-    return *place->second;
+    return *dirty_.emplace(page, std::move(fresh)).first->second;
 }
 
 MutableBytes PageFile::write(PageNo page)
@@ -237,42 +224,43 @@ void PageFile::commit()
 
     std::vector<JournalPage> pages;
     pages.reserve(dirty_.size());
+    std::deque<PageView> views;
     for (const auto& [page, content] : dirty_) {
         ByteView before;
-        if (page < filePages_)
-            before = view_.bytes().subspan(std::size_t{page} * kPageSize, kPageSize);
+        if (page < source_.pages()) {
+            views.push_back(source_.read(page));
+            before = views.back();
+        }
         pages.push_back({page, before, content->bytes});
     }
     // New pages first, so that a full disk shows before an old page is overwritten.
     std::sort(pages.begin(), pages.end(), [](const JournalPage& a, const JournalPage& b) {
         return a.before.empty() != b.before.empty() ? a.before.empty() : a.page < b.page;
     });
+    const PageView page0 = read(0);
     try {
-        const Bytes journal = makeJournal(pages, filePages_, statementNumber(), read(0));
-        step();
+        const Bytes journal = makeJournal(pages, source_.pages(), statementNumber(), page0);
         journal_->writeAt(0, journal);
-        step();
         journal_->sync();
         for (const JournalPage& page : pages) {
-            step();
             file_->writeAt(std::uint64_t{page.page} * kPageSize, page.after);
         }
-        step();
         file_->sync();
-        step();
         markIdle(*journal_);
     } catch (const FileError& e) {
-        view_ = {};
-        rollBack(*file_, *journal_, step);
+        source_.close();
+        rollBack(*file_, *journal_);
         dirty_.clear();
-        takeView();
+        takeFile();
         if (e.fault == FileFault::DiskFull)
             throw Error(3026, kFail, u"Not enough space on disk.");
         throw Error(3043, kFail, u"Disk or network error.");
     }
+    for (const JournalPage& page : pages)
+        source_.forget(page.page);
     dirty_.clear();
-    if (pageCount_ != filePages_)
-        takeView();
+    if (pageCount_ != source_.pages())
+        takeFile();
 }
 
 void removeIdleJournal(const std::u16string& path) noexcept
@@ -282,7 +270,7 @@ void removeIdleJournal(const std::u16string& path) noexcept
         if (!platform::fileExists(journal))
             return;
         const File database(path, Access::Write);
-        const bool hot = isHot(File(journal, Access::Read)); // closed again: an open file is not removed
+        const bool hot = journalIsHot(path); // it is closed again: an open file is not removed
         if (!hot && platform::removeFile(journal))
             platform::syncFolderOf(journal);
     } catch (...) { // somebody else is at work; the last one out removes it

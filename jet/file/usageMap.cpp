@@ -56,14 +56,15 @@ std::optional<std::size_t> highestBit(ByteView bits, std::size_t limit)
 
 // The row of a map, taken apart.
 struct MapRow {
+    DataPage home; // the page it lies on
     ByteView bytes;
 
     MapRow(const PageFile& file, RowRef place)
+        : home(file.read(place.page))
+        , bytes(home.bytes(place.row))
     {
-        const DataPage page(file.read(place.page));
-        if (page.owner() != (place.page == 1 ? 1u : 0u))
+        if (home.owner() != (place.page == 1 ? 1u : 0u))
             throwDamaged(u"a usage map lies in a page of rows");
-        bytes = page.bytes(place.row);
         if (bytes.empty() || form() > 1 || (form() == 0 && bytes.size() < kInlineHeader))
             throwDamaged(u"a usage map has an unknown form");
     }
@@ -79,12 +80,18 @@ struct MapRow {
     }
 };
 
-ByteView bitmapOf(const PageFile& file, PageNo page)
+PageView bitmapOf(const PageFile& file, PageNo page)
 {
-    const ByteView bytes = file.read(page);
-    if (bytes[0] != std::byte{5})
+    const PageView view = file.read(page);
+    if (view.bytes()[0] != std::byte{5})
         throwDamaged(u"a page of a usage map is of another kind");
-    return bytes.subspan(kBitmapHeader);
+    return view.part(kBitmapHeader, kPageSize - kBitmapHeader);
+}
+
+bool bitmapBitAt(const PageFile& file, PageNo page, std::size_t index)
+{
+    const PageView bits = bitmapOf(file, page);
+    return bitAt(bits, index);
 }
 
 MutableBytes writableBitmap(PageFile& file, PageNo page)
@@ -131,7 +138,7 @@ bool UsageMap::contains(PageNo page) const
     if (row.form() == 0)
         return page >= row.start() && bitAt(row.bits(), page - row.start());
     const PageNo bitmap = row.pointer(file_, page / kSpan);
-    return bitmap != 0 && bitAt(bitmapOf(file_, bitmap), page % kSpan);
+    return bitmap != 0 && bitmapBitAt(file_, bitmap, page % kSpan);
 }
 
 std::vector<PageNo> UsageMap::pages() const
@@ -151,8 +158,10 @@ std::vector<PageNo> UsageMap::pages() const
         return pages;
     }
     for (std::size_t i = 0; i < row.pointerCount(); ++i)
-        if (const PageNo bitmap = row.pointer(file_, i); bitmap != 0)
-            collect(std::uint64_t{i} * kSpan, bitmapOf(file_, bitmap));
+        if (const PageNo bitmap = row.pointer(file_, i); bitmap != 0) {
+            const PageView bits = bitmapOf(file_, bitmap);
+            collect(std::uint64_t{i} * kSpan, bits);
+        }
     return pages;
 }
 
@@ -172,7 +181,8 @@ PageNo UsageMap::highestBelow(PageNo below) const
         const auto base = static_cast<PageNo>(i * kSpan);
         if (bitmap == 0 || below <= base)
             continue;
-        if (const auto bit = highestBit(bitmapOf(file_, bitmap), below - base))
+        const PageView bits = bitmapOf(file_, bitmap);
+        if (const auto bit = highestBit(bits, below - base))
             return base + static_cast<PageNo>(*bit);
     }
     return 0;
@@ -194,8 +204,8 @@ void UsageMap::add(PageNo page, FreePages& free)
         if (bitmap == 0) {
             bitmap = free.allocate();
             initBitmapPage(file_.writeNew(bitmap), std::byte{0});
-            const ByteView now = MapRow(file_, place_).bytes;
-            Bytes changed(now.begin(), now.end());
+            const MapRow now(file_, place_);
+            Bytes changed(now.bytes.begin(), now.bytes.end());
             store<std::uint32_t>(changed, 1 + 4 * span, bitmap);
             replaceMapRow(file_, place_, changed);
         }
@@ -286,7 +296,8 @@ Lowest lowestFree(const PageFile& file)
         const PageNo bitmap = row.pointer(file, span);
         if (bitmap == 0)
             return {std::max(base, std::min(file.pageCount(), base + kSpan - 1)), false};
-        if (const auto page = lowestSet(bitmapOf(file, bitmap), base))
+        const PageView bits = bitmapOf(file, bitmap);
+        if (const auto page = lowestSet(bits, base))
             return {*page, true};
     }
     throw Error(3001, kFail, u"Invalid argument. The database has reached its largest size of 2 GB.");
@@ -300,8 +311,8 @@ void addGlobalSpan(PageFile& file, std::size_t span)
 {
     const PageNo page = file.pageCount();
     initBitmapPage(file.writeNew(page), std::byte{0xFF});
-    const ByteView now = MapRow(file, kGlobalMap).bytes;
-    Bytes row(now.begin(), now.end());
+    const MapRow now(file, kGlobalMap);
+    Bytes row(now.bytes.begin(), now.bytes.end());
     store<std::uint32_t>(row, 1 + 4 * span, page);
     replaceMapRow(file, kGlobalMap, row);
     const MutableBytes bits = writableBitmap(file, page);
@@ -397,7 +408,7 @@ bool FreePages::isFree(PageNo page) const
     if (row.form() == 0)
         return page >= row.start() && bitAt(row.bits(), page - row.start());
     const PageNo bitmap = row.pointer(file_, page / kSpan);
-    return bitmap != 0 && bitAt(bitmapOf(file_, bitmap), page % kSpan);
+    return bitmap != 0 && bitmapBitAt(file_, bitmap, page % kSpan);
 }
 
 std::vector<PageNo> FreePages::bitmapPages() const

@@ -144,7 +144,8 @@ IndexPage readIndexPage(const PageFile& file, PageNo page, PageNo table)
 {
     if (page == 0)
         throwDamaged(u"an index points to no page");
-    const ByteView bytes = file.read(page);
+    const PageView view = file.read(page);
+    const ByteView bytes = view;
     const auto kind = std::to_integer<int>(bytes[0]);
     if ((kind != 3 && kind != 4) || bytes[1] != std::byte{1} || load<std::uint32_t>(bytes, 4) != table)
         throwDamaged(u"an index points to a page that is none of its own");

@@ -65,7 +65,7 @@ struct Number {
     bool halfBehind = false;  // the word stands behind it
 };
 
-bool isBlank(char16_t c)
+bool isGap(char16_t c)
 {
     return c == u' ' || (c >= u'\t' && c <= u'\r') || c == 0xA0 || c == 0x1680 ||
         (c >= 0x2000 && c <= 0x200A) || c == 0x2028 || c == 0x2029 || c == 0x202F || c == 0x205F ||
@@ -107,7 +107,7 @@ private:
         const char16_t c = text_[at_];
         if (isDigit(c))
             return readNumber();
-        if (isBlank(c)) {
+        if (isGap(c)) {
             ++at_;
             return true;
         }
@@ -160,7 +160,7 @@ private:
     bool digitFollows() const
     {
         std::size_t at = at_;
-        while (at < text_.size() && isBlank(text_[at]))
+        while (at < text_.size() && isGap(text_[at]))
             ++at;
         return at < text_.size() && isDigit(text_[at]);
     }

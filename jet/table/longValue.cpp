@@ -26,12 +26,12 @@ struct Reference {
     }
 };
 
-ByteView longValueRow(const PageFile& file, RowRef at)
+PageView longValueRow(const PageFile& file, RowRef at)
 {
     const DataPage page(file.read(at.page));
     if (page.owner() != kLongValueOwner || page.flags(at.row) != 0)
         throwDamaged(u"a long value leads to a row that is none");
-    return page.bytes(at.row);
+    return page.row(at.row);
 }
 
 // Calls back with the place and the chunk of each row of a chain.
@@ -42,7 +42,8 @@ void eachChunk(const PageFile& file, const Reference& reference, Callback&& call
     std::size_t hops = 0;
     const std::size_t mostHops = std::size_t{file.pageCount()} * kMaxRowsOnPage;
     for (RowRef at = reference.first; at.page != 0 && length < reference.length;) {
-        const ByteView row = longValueRow(file, at);
+        const PageView view = longValueRow(file, at);
+        const ByteView row = view;
         if (row.size() < 5 || ++hops > mostHops)
             throwDamaged(u"the parts of a long value form a circle");
         const RowRef next = rowRefOf(load<std::uint32_t>(row, 0));
@@ -81,8 +82,14 @@ ByteView readLongValue(const PageFile& file, ByteView reference, Bytes& scratch)
     const Reference value(head);
     if (value.inlined)
         return slice(reference, kLongValueHeader, value.length);
-    if (value.single)
-        return slice(longValueRow(file, value.first), 0, value.length);
+    if (value.single) {
+        const PageView row = longValueRow(file, value.first);
+        const ByteView content = slice(row, 0, value.length);
+        if (row.isLasting())
+            return content;
+        scratch.assign(content.begin(), content.end());
+        return scratch;
+    }
     scratch.clear();
     scratch.reserve(std::min(value.length, std::size_t{file.pageCount()} * kPageSize));
     eachChunk(file, value, [&](RowRef, ByteView chunk) { append(scratch, chunk); });

@@ -19,7 +19,7 @@ inline constexpr std::size_t kMaxSingleBytes = 4076;
 inline constexpr std::size_t kChunkBytes = 4072;
 inline constexpr std::size_t kMaxLongValue = (std::size_t{1} << 30) - 1;
 
-// The bytes of a value. Where they do not lie together they are joined in `scratch`.
+// The bytes of a value. Where they do not lie together, or would not stay, they are put into `scratch`.
 // Throws (damaged file) for circles, values that end too early and pointers to other pages.
 ByteView readLongValue(const PageFile& file, ByteView reference, Bytes& scratch);
 

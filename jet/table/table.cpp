@@ -43,11 +43,11 @@ Value decodeCalculated(const Column& column, ByteView bytes)
 
 } // namespace
 
-Row::Row(const PageFile& file, const TableDefinition& definition, RowRef home, ByteView bytes)
+Row::Row(const PageFile& file, const TableDefinition& definition, RowRef home, PageView bytes)
     : file_(&file)
     , definition_(&definition)
     , home_(home)
-    , bytes_(bytes)
+    , bytes_(std::move(bytes))
 {
 }
 
@@ -138,7 +138,7 @@ std::optional<Row> Table::Scan::next()
             const RowRef home{pages_[pageIndex_ - 1], static_cast<std::uint8_t>(row)};
             if (flags == kMovedFlag)
                 return table_.rowAt(home);
-            return Row(table_.file_, table_.definition_, home, page_->bytes(row));
+            return Row(table_.file_, table_.definition_, home, page_->row(row));
         }
         if (pageIndex_ == pages_.size())
             return std::nullopt;
@@ -172,7 +172,7 @@ Row Table::rowAt(RowRef home) const
         if (page.owner() != definition_.page || flags == kDeletedFlags)
             throwDamaged(u"a pointer leads to a row that does not exist");
         if (flags != kMovedFlag)
-            return {file_, definition_, home, page.bytes(at.row)};
+            return {file_, definition_, home, page.row(at.row)};
         at = rowRefOf(load<std::uint32_t>(page.bytes(at.row), 0));
     }
     throwDamaged(u"a row has moved in a circle");

@@ -19,10 +19,11 @@ struct StoredText {
     ByteView bytes;
 };
 
-// One row, decoded when asked. Valid until the table is changed.
+// One row, decoded when asked. Valid until the table is changed; what it gives of its bytes, as long as
+// the row.
 class Row {
 public:
-    Row(const PageFile& file, const TableDefinition& definition, RowRef home, ByteView bytes);
+    Row(const PageFile& file, const TableDefinition& definition, RowRef home, PageView bytes);
 
     // Its identity: page and entry, for indexes and changes. A moved row keeps it.
     RowRef home() const { return home_; }
@@ -42,7 +43,7 @@ private:
     const PageFile* file_;
     const TableDefinition* definition_;
     RowRef home_;
-    ByteView bytes_;
+    PageView bytes_;
 };
 
 // What the catalogue says about a column beyond its definition.

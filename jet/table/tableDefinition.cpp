@@ -51,7 +51,8 @@ Bytes joinPages(const PageFile& file, PageNo first, std::vector<PageNo>& pages)
 {
     Bytes joined;
     for (PageNo page = first; page != 0;) {
-        const ByteView bytes = file.read(page);
+        const PageView view = file.read(page);
+        const ByteView bytes = view;
         if (load<std::uint16_t>(bytes, 0) != 0x0102)
             throwDamaged(u"a page of a table definition is of another kind");
         if (std::find(pages.begin(), pages.end(), page) != pages.end())
@@ -275,7 +276,8 @@ void writeDefinitionBytes(PageFile& file, TableDefinition& definition)
             page, 2, static_cast<std::uint16_t>(used + 8 > kPageSize ? 0 : kPageSize - 8 - used));
         store<std::uint32_t>(page, 4, i + 1 < pagesNeeded ? definition.pages[i + 1] : 0);
     }
-    std::copy_n(file.read(definition.page).begin(), 8, joined.begin());
+    const PageView first = file.read(definition.page);
+    std::copy_n(first.bytes().begin(), 8, joined.begin());
 }
 
 void patchDefinition(PageFile& file, TableDefinition& definition, std::size_t offset, std::uint32_t number)

@@ -122,7 +122,7 @@ Row previewRow(
         }
     }
     bytes = encodeRow(definition, content);
-    return {file, definition, home, bytes};
+    return {file, definition, home, PageView(bytes)};
 }
 
 // Refuses keys that the index does not take.
@@ -309,7 +309,7 @@ void Table::update(RowRef home, const std::vector<Assignment>& assignments)
     row.outside.resize(definition_.columns.size());
     const Row old = rowAt(home);
     const Bytes oldBytes(old.bytes().begin(), old.bytes().end());
-    const Row before(file_, definition_, home, oldBytes);
+    const Row before(file_, definition_, home, PageView(oldBytes));
     for (std::size_t i = 0; i < definition_.columns.size(); ++i)
         if (const auto stored = before.stored(i))
             row.content[i].emplace(stored->begin(), stored->end());
@@ -370,7 +370,7 @@ void Table::erase(RowRef home)
 {
     const Row row = rowAt(home);
     const Bytes bytes(row.bytes().begin(), row.bytes().end());
-    const Row copy(file_, definition_, home, bytes);
+    const Row copy(file_, definition_, home, PageView(bytes));
     for (const PhysicalIndex& index : definition_.physicalIndexes)
         removeIndexEntry(file_, definition_, index, rowKey(file_, definition_, index, copy), home);
     for (std::size_t i = 0; i < definition_.columns.size(); ++i)

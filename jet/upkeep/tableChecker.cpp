@@ -153,7 +153,8 @@ private:
         }
         std::size_t length = 0;
         while (at.page != 0 && useLongValue(column, home, at)) {
-            const ByteView bytes = chunk(at);
+            const PageView view = chunk(at);
+            const ByteView bytes = view;
             length += bytes.size() - std::min<std::size_t>(bytes.size(), 4);
             at = rowRefOf(load<std::uint32_t>(bytes, 0));
         }
@@ -161,7 +162,7 @@ private:
             fault(placeText(home) + u" has a long value of another length");
     }
 
-    ByteView chunk(RowRef place) { return DataPage(file_.read(place.page)).bytes(place.row); }
+    PageView chunk(RowRef place) { return DataPage(file_.read(place.page)).row(place.row); }
 
     // False when the value must not be followed: a row of another column, or used twice.
     bool useLongValue(std::size_t column, RowRef home, RowRef place)

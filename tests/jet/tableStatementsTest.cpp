@@ -259,7 +259,7 @@ TEST_P(TableStatements, DroppingIsAllOrNothingWhereverTheDiskStops)
         folder_.write(GetParam() == FileFormat::Jet4 ? u"notes.mdb" : u"notes.accdb", before);
         platform::removeFile(path_ + u"-journal");
         int left = operations;
-        PageFile::beforeDiskOperation = [&left] {
+        DiskFile::beforeOperation = [&left](const DiskOperation&) {
             if (left-- <= 0)
                 throw platform::FileError{platform::FileFault::Failed, 0};
         };
@@ -269,7 +269,7 @@ TEST_P(TableStatements, DroppingIsAllOrNothingWhereverTheDiskStops)
         } catch (const Error&) {
         } catch (const platform::FileError&) {
         }
-        PageFile::beforeDiskOperation = nullptr;
+        DiskFile::beforeOperation = nullptr;
         Database after(path_);
         const std::vector<std::u16string> faults = after.check();
         ASSERT_TRUE(faults.empty()) << operations << ": " << toUtf8(faults.front());

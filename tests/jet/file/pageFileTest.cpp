@@ -17,12 +17,12 @@ public:
     explicit StoppingDisk(int operations)
         : left_(operations)
     {
-        PageFile::beforeDiskOperation = [this] {
+        DiskFile::beforeOperation = [this](const DiskOperation&) {
             if (left_-- <= 0)
                 throw DiskStopped();
         };
     }
-    ~StoppingDisk() { PageFile::beforeDiskOperation = nullptr; }
+    ~StoppingDisk() { DiskFile::beforeOperation = nullptr; }
 
 private:
     int left_;
@@ -45,8 +45,10 @@ protected:
     {
         const PageFile file(path, OpenMode::Read);
         Bytes content;
-        for (PageNo page = 0; page < file.pageCount(); ++page)
-            append(content, file.read(page));
+        for (PageNo page = 0; page < file.pageCount(); ++page) {
+            const PageView view = file.read(page);
+            append(content, view);
+        }
         return content;
     }
 

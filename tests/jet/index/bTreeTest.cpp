@@ -226,8 +226,8 @@ TEST(BTree, SurvivesDamagedPages)
     constexpr int kRounds = 3000;
     for (int round = 0; round < kRounds; ++round) {
         const PageNo page = pages[random() % pages.size()];
-        const ByteView before = tree.file().read(page);
-        const Bytes saved(before.begin(), before.end());
+        const PageView before = tree.file().read(page);
+        const Bytes saved(before.bytes().begin(), before.bytes().end());
         const MutableBytes bytes = tree.file().write(page);
         const std::size_t at = random() % 4 == 0 ? random() % kPageSize : random() % 60;
         const PageNo other = pages[random() % pages.size()];

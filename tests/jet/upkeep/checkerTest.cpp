@@ -72,7 +72,8 @@ BTree treeOfIndex(PageFile& file, const Table& table, std::size_t index)
 template <typename T>
 void add(PageFile& file, PageNo page, std::size_t offset, T delta)
 {
-    store<T>(file.write(page), offset, static_cast<T>(load<T>(file.read(page), offset) + delta));
+    const MutableBytes bytes = file.write(page);
+    store<T>(bytes, offset, static_cast<T>(load<T>(bytes, offset) + delta));
 }
 
 // Each of these must show by itself.
@@ -85,7 +86,8 @@ const Damage kDamages[] = {
     {"far end of a moved row deleted",
         [](PageFile& f, Table& t) {
             const RowRef home = firstRow(t); // moved, as every third
-            const auto target = rowRefOf(load<std::uint32_t>(DataPage(f.read(home.page)).bytes(home.row), 0));
+            const PageView row = DataPage(f.read(home.page)).row(home.row);
+            const auto target = rowRefOf(load<std::uint32_t>(row, 0));
             deleteRow(f.write(target.page), target.row);
         }},
     {"pointer of a moved row lost",
@@ -136,10 +138,10 @@ const Damage kDamages[] = {
                 homes.push_back(row.home());
                 return homes.size() < 3;
             });
-            const ByteView row = DataPage(f.read(homes[1].page)).bytes(homes[1].row);
-            const ByteView other = DataPage(f.read(homes[2].page)).bytes(homes[2].row);
-            Bytes changed(row.begin(), row.end());
-            std::copy(other.begin() + 2, other.begin() + 6, changed.begin() + 2); // the ID
+            const PageView row = DataPage(f.read(homes[1].page)).row(homes[1].row);
+            const PageView other = DataPage(f.read(homes[2].page)).row(homes[2].row);
+            Bytes changed(row.bytes().begin(), row.bytes().end());
+            std::copy_n(other.bytes().begin() + 2, 4, changed.begin() + 2); // the ID
             replaceRow(f.write(homes[1].page), homes[1].row, changed, 0);
         }},
     {"length of the definition",

@@ -1,0 +1,103 @@
+#include "jet/file/pageSource.h"
+
+#include <limits>
+
+namespace vellums::jet {
+namespace {
+
+constexpr std::uint64_t kMegabyte = 1 << 20;
+constexpr bool kSmallAddresses = sizeof(void*) < 8;
+
+} // namespace
+
+MemoryLimits PageSource::limits = {
+    kSmallAddresses ? 256 * kMegabyte : std::numeric_limits<std::uint64_t>::max(),
+    4 * kMegabyte / kPageSize,
+    4 * kMegabyte / kPageSize,
+};
+
+void PageSource::open(const DiskFile& file)
+{
+    close();
+    const std::uint64_t size = file.size();
+    if (size / kPageSize > kMaxPages)
+        throwDamaged(u"the file is longer than 2 GB");
+    file_ = &file;
+    pages_ = static_cast<PageNo>(size / kPageSize);
+    endsInPage_ = size % kPageSize != 0;
+    if (size > limits.mappedBytes)
+        return;
+    try {
+        view_ = file.view();
+        mapped_ = static_cast<PageNo>(view_.bytes().size() / kPageSize);
+    } catch (const platform::FileError&) { // no room for it: the cache serves
+    }
+}
+
+void PageSource::close() noexcept
+{
+    view_ = {};
+    mapped_ = 0;
+    const std::lock_guard guard(lock_);
+    places_.clear();
+    kept_.clear();
+}
+
+PageView PageSource::read(PageNo page) const
+{
+    if (page < mapped_)
+        return PageView(view_.bytes().subspan(std::size_t{page} * kPageSize, kPageSize));
+    if (std::shared_ptr<const Page> kept = cached(page))
+        return PageView(std::move(kept));
+    auto fresh = std::make_shared<Page>();
+    try {
+        if (file_->readAt(std::uint64_t{page} * kPageSize, fresh->bytes) < kPageSize)
+            throwDamaged(u"a pointer leads beyond the end of the file");
+    } catch (const platform::FileError&) {
+        throwDiskFailed();
+    }
+    keep(page, fresh);
+    return PageView(std::move(fresh));
+}
+
+// Another thread may have put the page there meanwhile; then that one stays.
+void PageSource::keep(PageNo page, const std::shared_ptr<const Page>& content) const
+{
+    const std::lock_guard guard(lock_);
+    const auto [place, added] = places_.try_emplace(page);
+    if (!added)
+        return;
+    try {
+        kept_.emplace_front(page, content);
+    } catch (...) {
+        places_.erase(place);
+        throw;
+    }
+    place->second = kept_.begin();
+    if (kept_.size() > limits.cachedPages) {
+        places_.erase(kept_.back().first);
+        kept_.pop_back();
+    }
+}
+
+std::shared_ptr<const Page> PageSource::cached(PageNo page) const
+{
+    const std::lock_guard guard(lock_);
+    const auto found = places_.find(page);
+    if (found == places_.end())
+        return nullptr;
+    kept_.splice(kept_.begin(), kept_, found->second);
+    return found->second->second;
+}
+
+void PageSource::forget(PageNo page)
+{
+    const std::lock_guard guard(lock_);
+    const auto found = places_.find(page);
+    if (found == places_.end())
+        return;
+    kept_.erase(found->second);
+    places_.erase(found);
+}
+
+} // namespace vellums::jet
