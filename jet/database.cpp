@@ -8,7 +8,7 @@ namespace vellums::jet {
 Database::Database(std::u16string path)
     : path_(std::move(path))
 {
-    const PageFile file(path_, OpenMode::Read);
+    noteJournal(PageFile(path_, OpenMode::Read));
 }
 
 Database::~Database()
@@ -25,7 +25,13 @@ void Database::change(Work work)
     wrote_ = true;
     if (!batch_) {
         PageFile file(path_, OpenMode::Write);
-        work(file);
+        noteJournal(file);
+        try {
+            work(file);
+        } catch (...) {
+            file.rollBack();
+            throw;
+        }
         file.commit();
         return;
     }
@@ -36,6 +42,12 @@ void Database::change(Work work)
         batch_->rollbackToMark();
         throw;
     }
+}
+
+void Database::noteJournal(const PageFile& file)
+{
+    if (!file.journalSetAside().empty())
+        journalSetAside_ = file.journalSetAside();
 }
 
 Result Database::run(std::u16string_view text)
@@ -51,6 +63,7 @@ Result Database::run(std::u16string_view text)
         result = sql::execute(*batch_, statement, session);
     } else {
         PageFile file(path_, OpenMode::Read);
+        noteJournal(file);
         result = sql::execute(file, statement, session);
     }
     session_ = session;
@@ -70,6 +83,7 @@ std::vector<TableInfo> Database::tables()
     if (batch_)
         return list(*batch_);
     PageFile file(path_, OpenMode::Read);
+    noteJournal(file);
     return list(file);
 }
 
@@ -84,6 +98,7 @@ void Database::beginBatch()
         return;
     wrote_ = true;
     batch_ = std::make_unique<PageFile>(path_, OpenMode::Write);
+    noteJournal(*batch_);
 }
 
 void Database::endBatch()

@@ -39,6 +39,10 @@ public:
     // From now on asked now and then while a SELECT runs, in the thread that runs it; true ends it (3059).
     void stopWhen(std::function<bool()> wanted) { session_.stop = std::move(wanted); }
 
+    // Where a journal was moved that lay beside the file and belongs to another one, or to another time of
+    // this one, since last asked; empty: there was none.
+    std::u16string takeJournalSetAside() { return std::exchange(journalSetAside_, {}); }
+
     // The tables in the order of the catalogue.
     std::vector<TableInfo> tables();
 
@@ -56,10 +60,12 @@ public:
 private:
     template <typename Work>
     void change(Work work);
+    void noteJournal(const PageFile& file);
 
     std::u16string path_;
     sql::Session session_;
     std::unique_ptr<PageFile> batch_;
+    std::u16string journalSetAside_;
     bool wrote_ = false; // a journal may lie beside the file
 };
 

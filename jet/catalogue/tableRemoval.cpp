@@ -8,7 +8,6 @@
 #include "jet/index/indexPage.h"
 
 #include <algorithm>
-#include <map>
 #include <set>
 
 namespace vellums::jet {
@@ -18,6 +17,7 @@ constexpr std::uint8_t kForeignKeyKind = 2;
 constexpr std::uint8_t kFreedDefinition = 0x08; // first bytes of pages that were given back
 constexpr std::uint8_t kFreedData = 0x09;
 constexpr std::uint8_t kKeepsFirstByte = 0;
+constexpr std::uint8_t kNotTaken = 0xFF;
 constexpr unsigned kComplexType = 0x12;
 constexpr std::uint32_t kComplexFlags = 0x000C0000; // has complex columns, or lies behind one
 
@@ -34,6 +34,7 @@ public:
         : file_(file)
         , definition_(definition)
         , free_(file)
+        , kinds_(file.pageCount(), kNotTaken)
     {
         for (const PageNo page : definition.pages)
             take(page, kFreedDefinition);
@@ -52,15 +53,19 @@ public:
                 readIndexPage(file_, page, definition_.page); // throws when it is not the table's
                 take(page, kKeepsFirstByte);
             });
-            if (pages_.find(index.root) == pages_.end())
+            if (index.root >= kinds_.size() || kinds_[index.root] == kNotTaken)
                 throwDamaged(u"the root of an index is not among its pages");
         }
     }
 
     void giveBack()
     {
-        for (const auto& [page, kind] : pages_)
-            free_.release(page, kind);
+        for (PageNo page = 0; page < kinds_.size(); ++page) {
+            if (kinds_[page] == kNotTaken)
+                continue;
+            free_.release(page, kinds_[page]);
+            file_.makeRoom();
+        }
         std::set<PageNo> mapPages;
         for (const RowRef map : maps_) {
             deleteRow(file_.write(map.page), map.row);
@@ -74,8 +79,10 @@ public:
 private:
     void take(PageNo page, std::uint8_t kind)
     {
-        if (page <= kRelationshipsPage || free_.isFree(page) || !pages_.emplace(page, kind).second)
+        if (page <= kRelationshipsPage || page >= kinds_.size() || free_.isFree(page) ||
+            kinds_[page] != kNotTaken)
             throwDamaged(u"a page of the table has another owner too");
+        kinds_[page] = kind;
     }
 
     void takeData(PageNo page, std::uint32_t owner)
@@ -107,7 +114,7 @@ private:
     PageFile& file_;
     const TableDefinition& definition_;
     FreePages free_;
-    std::map<PageNo, std::uint8_t> pages_; // with the first byte they get, see FreePages::release
+    std::vector<std::uint8_t> kinds_; // by page: the first byte it gets, see FreePages::release
     std::set<RowRef> maps_;
 };
 

@@ -1,18 +1,19 @@
 #include "jet/file/journal.h"
 
-#include "jet/file/pageFile.h"
-
 #include <algorithm>
-#include <array>
 #include <string_view>
 
 namespace vellums::jet {
 namespace {
 
-constexpr std::string_view kMagic = "VELJRNL1";
+constexpr std::string_view kMagic = "VELJRNL2";
 constexpr std::size_t kHeaderBytes = 40;
-constexpr std::size_t kRecordBytes = 24;
-constexpr std::size_t kChecksumOffset = 32;
+constexpr std::size_t kFirstSegment = 512;
+constexpr std::uint32_t kSegmentLetters = 0x4D474553; // SEGM
+constexpr std::size_t kSegmentHead = 32;
+constexpr std::size_t kSumsBytes = 8 * kSectors;
+constexpr std::size_t kRecordBytes = 8 + kSumsBytes;
+constexpr std::size_t kBuffer = 256 * 1024;
 
 // A 64-bit sum over little-endian words, each mixed by a multiplication and a rotation, so that order
 // and place of every bit count.
@@ -28,76 +29,94 @@ std::uint64_t checksum(ByteView bytes, std::uint64_t seed)
     return sum ^ (sum >> 32);
 }
 
-struct Record {
-    std::uint32_t page;
-    bool isNew;
-    std::uint64_t after;
-    std::uint64_t before;
-};
-
-struct Journal {
-    std::uint32_t pagesBefore = 0;
-    std::uint64_t number = 0;
-    std::uint64_t page0 = 0;
-    std::vector<Record> records;
-    Bytes images;
-};
-
-// Nothing when the journal is idle or was not written to its end.
-std::optional<Journal> readComplete(const DiskFile& file)
+SectorSums sumsOf(const JournalHeader& header, PageNo page, ByteView bytes)
 {
-    const Bytes header = file.read(0, kHeaderBytes);
-    if (header.size() < kHeaderBytes || std::memcmp(header.data(), kMagic.data(), kMagic.size()) != 0)
-        return std::nullopt;
-    const std::size_t count = load<std::uint32_t>(header, 8);
-    if (count > kMaxPages)
-        return std::nullopt;
-    const Bytes table = file.read(kHeaderBytes, count * kRecordBytes);
-    if (table.size() < count * kRecordBytes)
-        return std::nullopt;
-    const std::uint64_t headerSum = checksum(slice(header, 8, 24), 0);
-    if (checksum(table, headerSum) != load<std::uint64_t>(header, kChecksumOffset))
-        return std::nullopt;
-
-    Journal journal;
-    journal.pagesBefore = load<std::uint32_t>(header, 12);
-    journal.number = load<std::uint64_t>(header, 16);
-    journal.page0 = load<std::uint64_t>(header, 24);
-    std::size_t imageCount = 0;
-    for (std::size_t i = 0; i < count; ++i) {
-        const ByteView at = slice(table, i * kRecordBytes, kRecordBytes);
-        journal.records.push_back({load<std::uint32_t>(at, 0), load<std::uint32_t>(at, 4) != 0,
-            load<std::uint64_t>(at, 8), load<std::uint64_t>(at, 16)});
-        if (!journal.records.back().isNew)
-            ++imageCount;
-    }
-    journal.images = file.read(kHeaderBytes + table.size(), imageCount * kPageSize);
-    if (journal.images.size() < imageCount * kPageSize)
-        return std::nullopt;
-    std::size_t image = 0;
-    for (const Record& record : journal.records) {
-        if (record.isNew)
-            continue;
-        if (checksum(slice(journal.images, image, kPageSize), journal.number ^ record.page) != record.before)
-            return std::nullopt;
-        image += kPageSize;
-    }
-    return journal;
+    SectorSums sums;
+    for (std::size_t i = 0; i < kSectors; ++i)
+        sums[i] = sectorSum(header, page, i, bytes.subspan(i * kSectorSize, kSectorSize));
+    return sums;
 }
 
-bool isFinished(const Journal& journal, const DiskFile& database)
+SectorSums loadSums(ByteView bytes)
 {
-    return std::all_of(journal.records.begin(), journal.records.end(), [&](const Record& record) {
-        const Bytes page = database.read(std::uint64_t{record.page} * kPageSize, kPageSize);
-        return page.size() == kPageSize && checksum(page, journal.number ^ record.page) == record.after;
-    });
+    SectorSums sums;
+    for (std::size_t i = 0; i < kSectors; ++i)
+        sums[i] = load<std::uint64_t>(bytes, 8 * i);
+    return sums;
 }
 
-// A journal that was left beside a file which was replaced meanwhile must not touch the new one.
-bool belongsTo(const Journal& journal, const DiskFile& database)
+void appendSums(Bytes& bytes, const SectorSums& sums)
 {
-    return checksum(database.read(0, kPageSize), 0) == journal.page0 &&
-        database.size() >= std::uint64_t{journal.pagesBefore} * kPageSize;
+    for (const std::uint64_t sum : sums)
+        append<std::uint64_t>(bytes, sum);
+}
+
+// Reads a file from some place on.
+class Stream {
+public:
+    Stream(const DiskFile& file, std::uint64_t place)
+        : file_(file)
+        , place_(place)
+    {
+    }
+
+    // The next bytes, until the next call; fewer than asked for at the end of the file.
+    ByteView take(std::size_t length)
+    {
+        if (buffer_.size() - at_ < length) {
+            place_ += at_;
+            at_ = 0;
+            buffer_ = file_.read(place_, kBuffer);
+        }
+        const ByteView part = ByteView(buffer_).subspan(at_, std::min(length, buffer_.size() - at_));
+        at_ += part.size();
+        return part;
+    }
+    std::uint64_t place() const { return place_ + at_; }
+
+private:
+    const DiskFile& file_;
+    std::uint64_t place_; // of the buffer
+    Bytes buffer_;
+    std::size_t at_ = 0;
+};
+
+// Reads one record and goes on with the sum of its segment. Nullopt: it was not written to its end.
+std::optional<JournalRecord> readRecord(Stream& stream, const JournalHeader& header, std::uint64_t& sum)
+{
+    const ByteView fixed = stream.take(kRecordBytes);
+    if (fixed.size() < kRecordBytes)
+        return std::nullopt;
+    JournalRecord record;
+    record.page = load<std::uint32_t>(fixed, 0);
+    record.after = loadSums(fixed.subspan(8));
+    sum = checksum(fixed, sum);
+    if (record.page >= kMaxPages || load<std::uint32_t>(fixed, 4) > 1)
+        return std::nullopt;
+    if (load<std::uint32_t>(fixed, 4) == 0)
+        return record;
+    const ByteView more = stream.take(kSumsBytes + kPageSize);
+    if (more.size() < kSumsBytes + kPageSize)
+        return std::nullopt;
+    record.before = loadSums(more);
+    sum = checksum(more.first(kSumsBytes), sum);
+    record.image = more.subspan(kSumsBytes);
+    if (sumsOf(header, record.page, record.image) != record.before)
+        return std::nullopt;
+    return record;
+}
+
+Bytes encoded(const JournalHeader& header)
+{
+    Bytes bytes;
+    append(bytes, std::as_bytes(std::span(kMagic)));
+    append<std::uint64_t>(bytes, header.number);
+    append<std::uint32_t>(bytes, header.pagesBefore);
+    append<std::uint32_t>(bytes, 0);
+    append<std::uint64_t>(bytes, header.page0);
+    append<std::uint64_t>(bytes, checksum(slice(bytes, 8, 24), 0));
+    bytes.resize(kFirstSegment);
+    return bytes;
 }
 
 } // namespace
@@ -107,32 +126,138 @@ std::u16string journalPath(const std::u16string& databasePath)
     return databasePath + u"-journal";
 }
 
-Bytes makeJournal(
-    const std::vector<JournalPage>& pages, std::uint32_t pagesBefore, std::uint64_t number, ByteView page0)
+std::uint64_t identityOf(ByteView page0)
 {
-    Bytes table;
-    Bytes images;
-    for (const JournalPage& page : pages) {
-        append<std::uint32_t>(table, page.page);
-        append<std::uint32_t>(table, page.before.empty() ? 1 : 0);
-        append<std::uint64_t>(table, checksum(page.after, number ^ page.page));
-        append<std::uint64_t>(table, page.before.empty() ? 0 : checksum(page.before, number ^ page.page));
-        append(images, page.before);
+    return checksum(page0, 0);
+}
+
+std::uint64_t sectorSum(const JournalHeader& header, PageNo page, std::size_t sector, ByteView bytes)
+{
+    constexpr std::uint64_t kSpread = 0xD6E8FEB86659FD93;
+    return checksum(bytes, header.number ^ (std::uint64_t{page} * kSectors + sector) * kSpread);
+}
+
+JournalWriter::JournalWriter(DiskFile& file, const JournalHeader& header)
+    : file_(file)
+    , header_(header)
+    , buffer_(encoded(header))
+{
+}
+
+void JournalWriter::begin(std::size_t records, PageNo pagesAfter, bool last)
+{
+    const std::size_t start = buffer_.size();
+    append<std::uint32_t>(buffer_, kSegmentLetters);
+    append<std::uint32_t>(buffer_, static_cast<std::uint32_t>(records));
+    append<std::uint32_t>(buffer_, last ? 1 : 0);
+    append<std::uint32_t>(buffer_, pagesAfter);
+    append<std::uint64_t>(buffer_, header_.number);
+    append<std::uint64_t>(buffer_, sealed_);
+    sum_ = checksum(ByteView(buffer_).subspan(start), header_.number);
+}
+
+std::uint64_t JournalWriter::add(PageNo page, ByteView after, ByteView image)
+{
+    std::size_t start = buffer_.size();
+    append<std::uint32_t>(buffer_, page);
+    append<std::uint32_t>(buffer_, image.empty() ? 0 : 1);
+    appendSums(buffer_, sumsOf(header_, page, after));
+    sum_ = checksum(ByteView(buffer_).subspan(start), sum_);
+    if (image.empty())
+        return 0;
+    start = buffer_.size();
+    appendSums(buffer_, sumsOf(header_, page, image));
+    sum_ = checksum(ByteView(buffer_).subspan(start), sum_);
+    const std::uint64_t place = end();
+    append(buffer_, image);
+    if (buffer_.size() >= kBuffer)
+        flush();
+    return place;
+}
+
+void JournalWriter::seal()
+{
+    append<std::uint64_t>(buffer_, sum_);
+    flush();
+    file_.sync();
+    ++sealed_;
+}
+
+void JournalWriter::flush()
+{
+    file_.writeAt(place_, buffer_);
+    place_ += buffer_.size();
+    buffer_.clear();
+}
+
+void JournalWriter::readImage(std::uint64_t place, MutableBytes page) const
+{
+    if (file_.readAt(place, page) < page.size())
+        throw platform::FileError{platform::FileFault::Failed, 0};
+}
+
+std::optional<JournalReader> JournalReader::open(const DiskFile& file)
+{
+    const Bytes bytes = file.read(0, kHeaderBytes);
+    if (bytes.size() < kHeaderBytes || std::memcmp(bytes.data(), kMagic.data(), kMagic.size()) != 0 ||
+        checksum(slice(bytes, 8, 24), 0) != load<std::uint64_t>(bytes, 32))
+        return std::nullopt;
+    return JournalReader(file,
+        {load<std::uint64_t>(bytes, 8), load<std::uint32_t>(bytes, 16), load<std::uint64_t>(bytes, 24)});
+}
+
+JournalReader::JournalReader(const DiskFile& file, const JournalHeader& header)
+    : file_(&file)
+    , header_(header)
+{
+    std::uint64_t place = kFirstSegment;
+    while (segments_.empty() || !segments_.back().last) {
+        const auto segment = readSegment(place, segments_.size(), place, [](const JournalRecord&) {});
+        if (!segment)
+            return;
+        segments_.push_back(*segment);
     }
-    Bytes journal;
-    journal.reserve(kHeaderBytes + table.size() + images.size());
-    append(journal, std::as_bytes(std::span(kMagic)));
-    append<std::uint32_t>(journal, static_cast<std::uint32_t>(pages.size()));
-    append<std::uint32_t>(journal, pagesBefore);
-    append<std::uint64_t>(journal, number);
-    append<std::uint64_t>(journal, checksum(page0, 0));
-    append<std::uint64_t>(journal, checksum(table, checksum(slice(journal, 8, 24), 0)));
-    append(journal, table);
-    append(journal, images);
-    return journal;
+}
+
+std::optional<JournalReader::Segment> JournalReader::readSegment(
+    std::uint64_t place, std::size_t number, std::uint64_t& end, const Callback& callback) const
+{
+    Stream stream(*file_, place);
+    const ByteView head = stream.take(kSegmentHead);
+    if (head.size() < kSegmentHead || load<std::uint32_t>(head, 0) != kSegmentLetters ||
+        load<std::uint64_t>(head, 16) != header_.number || load<std::uint64_t>(head, 24) != number)
+        return std::nullopt;
+    const Segment segment{place, load<std::uint32_t>(head, 12), load<std::uint32_t>(head, 8) == 1};
+    const auto records = load<std::uint32_t>(head, 4);
+    std::uint64_t sum = checksum(head, header_.number);
+    for (std::uint32_t i = 0; i < records; ++i) {
+        const std::optional<JournalRecord> record = readRecord(stream, header_, sum);
+        if (!record)
+            return std::nullopt;
+        callback(*record);
+    }
+    const ByteView tail = stream.take(8);
+    if (tail.size() < 8 || load<std::uint64_t>(tail, 0) != sum)
+        return std::nullopt;
+    end = stream.place();
+    return segment;
+}
+
+void JournalReader::forEachRecord(std::size_t segment, const Callback& callback) const
+{
+    std::uint64_t end = 0;
+    if (!readSegment(segments_[segment].place, segment, end, callback)) // it was good a moment ago
+        throw platform::FileError{platform::FileFault::Failed, 0};
 }
 
 bool isHot(const DiskFile& journal)
+{
+    const Bytes magic = journal.read(0, kMagic.size());
+    return magic.size() == kMagic.size() &&
+        std::any_of(magic.begin(), magic.end(), [](std::byte b) { return b != std::byte{0}; });
+}
+
+bool isOurs(const DiskFile& journal)
 {
     const Bytes magic = journal.read(0, kMagic.size());
     return magic.size() == kMagic.size() && std::memcmp(magic.data(), kMagic.data(), kMagic.size()) == 0;
@@ -142,24 +267,6 @@ void markIdle(DiskFile& journal)
 {
     const std::array<std::byte, kMagic.size()> zeros{};
     journal.writeAt(0, zeros);
-}
-
-void rollBack(DiskFile& database, DiskFile& journal)
-{
-    const std::optional<Journal> statement = readComplete(journal);
-    if (statement && belongsTo(*statement, database) && !isFinished(*statement, database)) {
-        std::size_t image = 0;
-        for (const Record& record : statement->records) {
-            if (record.isNew)
-                continue;
-            database.writeAt(
-                std::uint64_t{record.page} * kPageSize, slice(statement->images, image, kPageSize));
-            image += kPageSize;
-        }
-        database.resize(std::uint64_t{statement->pagesBefore} * kPageSize);
-        database.sync();
-    }
-    markIdle(journal);
 }
 
 } // namespace vellums::jet

@@ -1,51 +1,131 @@
 // The rollback journal: how the pages looked before a statement changed them.
 //
 // It stands beside the database as "<file>-journal" and is only touched under the exclusive lock of
-// the database file.
+// the database file. It grows in segments: a statement that has changed many pages seals one, and only
+// then writes these pages into the database.
 //
 //   offset  size  holds
-//        0     8  the letters VELJRNL1; zeros: the journal is idle
-//        8     4  number of records n
-//       12     4  pages of the database before the statement
-//       16     8  a number that differs from statement to statement
+//        0     8  the letters VELJRNL2; zeros: the journal is idle
+//        8     8  a number that differs from statement to statement
+//       16     4  pages of the database before the statement
 //       24     8  checksum of page 0 of the database, which no statement changes
-//       32     8  checksum of bytes 8 to 31 and of the records
-//       40  24*n  records: page (4), 1 if the page is new and has no image (4), checksum of the page
-//                 after the statement (8), checksum of its image (8)
-//          4096*  images of the pages that are not new, in the order of their records
+//       32     8  checksum of bytes 8 to 31
+//      512        segments, each:
+//                 4  the letters SEGM
+//                 4  number of records
+//                 4  1: the last segment, the statement was written whole
+//                 4  pages of the database after it
+//                 8  number of the statement
+//                 8  number of the segment, from 0
+//                    records, each:
+//                      4  page
+//                      4  1: an image follows
+//                    8*8  checksums of the page's sectors as they are going to be
+//                    8*8  checksums of its sectors as they were, and
+//                   4096  the image; both only where the second field says so
+//                 8  checksum of all that but the images
 //
-// A journal that is complete (all checksums fit) and whose pages in the database do not all fit the
-// "after" checksums belongs to an interrupted statement: the images go back. An incomplete one was
-// interrupted before the database was touched.
+// A record has an image when the page was in the file and the journal holds none of it yet. (Inside a
+// batch a page may get another one, of its state at the mark.) Images put back from the last to the
+// first give the file as it was before the statement.
 #pragma once
 
-#include "jet/file/bytes.h"
 #include "jet/file/diskFile.h"
+#include "jet/file/page.h"
 
+#include <array>
+#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace vellums::jet {
 
-// One changed page.
-struct JournalPage {
-    std::uint32_t page = 0;
-    ByteView before; // empty for a page that is new
-    ByteView after;
-};
+inline constexpr std::size_t kSectorSize = 512; // written whole or not at all
+inline constexpr std::size_t kSectors = kPageSize / kSectorSize;
+using SectorSums = std::array<std::uint64_t, kSectors>;
 
 std::u16string journalPath(const std::u16string& databasePath);
 
-// The whole journal for a statement, ready to be written.
-Bytes makeJournal(
-    const std::vector<JournalPage>& pages, std::uint32_t pagesBefore, std::uint64_t number, ByteView page0);
+struct JournalHeader {
+    std::uint64_t number = 0;
+    PageNo pagesBefore = 0;
+    std::uint64_t page0 = 0;
+};
 
-// The journal file holds a statement (complete or not) and is not idle.
+// The checksum of page 0.
+std::uint64_t identityOf(ByteView page0);
+// The checksum of a sector, by its page and its place there.
+std::uint64_t sectorSum(const JournalHeader& header, PageNo page, std::size_t sector, ByteView bytes);
+
+class JournalWriter {
+public:
+    // Writes over what the file holds, from its start.
+    JournalWriter(DiskFile& file, const JournalHeader& header);
+
+    // A segment: begin(), add() for each record, seal(). All throw platform::FileError.
+    void begin(std::size_t records, PageNo pagesAfter, bool last);
+    // An empty image: none. Gives the place of the image.
+    std::uint64_t add(PageNo page, ByteView after, ByteView image);
+    // Returns when the segment is on the disk.
+    void seal();
+
+    std::size_t sealed() const { return sealed_; }
+    // Behind everything so far.
+    std::uint64_t end() const { return place_ + buffer_.size(); }
+    void readImage(std::uint64_t place, MutableBytes page) const;
+
+private:
+    void flush();
+
+    DiskFile& file_;
+    JournalHeader header_;
+    Bytes buffer_; // written from place_ on
+    std::uint64_t place_ = 0;
+    std::uint64_t sum_ = 0;
+    std::size_t sealed_ = 0;
+};
+
+struct JournalRecord {
+    PageNo page = 0;
+    SectorSums after{};
+    SectorSums before{}; // where there is an image
+    ByteView image;
+};
+
+// A statement as the journal tells it. Reads it piece by piece, whatever its size.
+class JournalReader {
+public:
+    // Nullopt when not even the header was written. Throws platform::FileError.
+    static std::optional<JournalReader> open(const DiskFile& file);
+
+    struct Segment {
+        std::uint64_t place = 0;
+        PageNo pagesAfter = 0;
+        bool last = false;
+    };
+    using Callback = std::function<void(const JournalRecord&)>;
+
+    const JournalHeader& header() const { return header_; }
+    // Those that were written to their end. What follows them was never followed by a change of the database.
+    const std::vector<Segment>& segments() const { return segments_; }
+    void forEachRecord(std::size_t segment, const Callback& callback) const;
+
+private:
+    JournalReader(const DiskFile& file, const JournalHeader& header);
+    // Nullopt: it was not written to its end. `end` is the place behind it.
+    std::optional<Segment> readSegment(
+        std::uint64_t place, std::size_t number, std::uint64_t& end, const Callback& callback) const;
+
+    const DiskFile* file_;
+    JournalHeader header_;
+    std::vector<Segment> segments_;
+};
+
+// The file holds something, and is not idle.
 bool isHot(const DiskFile& journal);
-
-// Puts the database back as it was before an interrupted statement, if the journal says so, and marks
-// the journal idle. Throws platform::FileError.
-void rollBack(DiskFile& database, DiskFile& journal);
+// It is of this form, whole or not.
+bool isOurs(const DiskFile& journal);
 
 void markIdle(DiskFile& journal);
 

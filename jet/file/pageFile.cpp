@@ -1,11 +1,10 @@
 #include "jet/file/pageFile.h"
 
-#include "jet/file/journal.h"
+#include "jet/file/recovery.h"
+#include "platform/text.h"
 
 #include <algorithm>
-#include <atomic>
 #include <chrono>
-#include <deque>
 #include <thread>
 
 namespace vellums::jet {
@@ -82,19 +81,29 @@ DiskFile openJournal(const std::u16string& path)
     }
 }
 
+// Moves a journal that belongs to something else to a name that nothing has.
+std::u16string setJournalAside(const std::u16string& path)
+{
+    const std::u16string journal = journalPath(path);
+    for (int number = 1;; ++number) {
+        const std::u16string target = journal + u"-unused" + platform::decimal(number);
+        if (platform::fileExists(target) || platform::folderExists(target))
+            continue;
+        try {
+            platform::moveToFreeName(journal, target);
+            return target;
+        } catch (const FileError& e) {
+            if (e.fault != FileFault::Exists)
+                throw;
+        }
+    }
+}
+
 bool journalIsHot(const std::u16string& path)
 {
     if (!platform::fileExists(journalPath(path)))
         return false;
     return isHot(DiskFile(openWaiting(journalPath(path), Access::Read), DiskFile::Role::Journal));
-}
-
-// Differs from statement to statement, also between processes.
-std::uint64_t statementNumber()
-{
-    static std::atomic<std::uint64_t> count{0};
-    const auto now = std::chrono::system_clock::now().time_since_epoch().count();
-    return static_cast<std::uint64_t>(now) * 0x9E3779B97F4A7C15 + ++count;
 }
 
 } // namespace
@@ -110,32 +119,52 @@ PageFile::PageFile(std::u16string path, OpenMode mode)
     }
 }
 
-PageFile::~PageFile() = default;
-
 void PageFile::open()
 {
     if (mode_ == OpenMode::Read) {
         file_.emplace(openWaiting(path_, Access::Read), DiskFile::Role::Database);
         if (journalIsHot(path_)) {
             file_.reset();
-            const PageFile recovered(path_, OpenMode::Write);
-        }
-        if (!file_)
+            journalSetAside_ = PageFile(path_, OpenMode::Write).journalSetAside();
+            removeIdleJournal(path_);
             file_.emplace(openWaiting(path_, Access::Read), DiskFile::Role::Database);
+        }
     } else {
         file_.emplace(openWaiting(path_, Access::Write), DiskFile::Role::Database);
         journal_.emplace(openJournal(path_));
-        if (isHot(*journal_))
-            rollBack(*file_, *journal_);
+        settleJournal();
     }
     takeFile();
     checkFormat();
 }
 
+// Finishes or takes back what an interrupted statement left behind.
+void PageFile::settleJournal()
+{
+    switch (judgeJournal(*file_, *journal_)) {
+    case JournalVerdict::Idle:
+        return;
+    case JournalVerdict::Unfinished:
+        break;
+    case JournalVerdict::Complete:
+        file_->sync();
+        break;
+    case JournalVerdict::RollBack:
+        putBack(*file_, *journal_, 0);
+        break;
+    case JournalVerdict::Foreign:
+        journal_.reset();
+        journalSetAside_ = setJournalAside(path_);
+        journal_.emplace(openJournal(path_));
+        return;
+    }
+    retire(*journal_);
+}
+
 void PageFile::takeFile()
 {
     source_.open(*file_);
-    pageCount_ = source_.pages();
+    pageCount_ = fileEnd_ = source_.pages();
 }
 
 void PageFile::checkFormat()
@@ -167,6 +196,8 @@ Page& PageFile::dirtyPage(PageNo page, bool keepContent)
 {
     if (mode_ != OpenMode::Write)
         throw Error(3027, kPermissionDenied, u"Cannot update. Database or object is read-only.");
+    if (lost_)
+        throwDiskFailed();
     const auto found = dirty_.find(page);
     if (marked_ && !beforeMark_.contains(page))
         beforeMark_[page] = found == dirty_.end() ? nullptr : std::make_shared<Page>(*found->second);
@@ -194,73 +225,6 @@ MutableBytes PageFile::writeNew(PageNo page)
     Page& fresh = dirtyPage(page, false);
     fresh.bytes.fill(std::byte{0});
     return fresh.bytes;
-}
-
-void PageFile::mark()
-{
-    marked_ = true;
-    pageCountAtMark_ = pageCount_;
-    beforeMark_.clear();
-}
-
-void PageFile::rollbackToMark()
-{
-    for (auto& [page, before] : beforeMark_) {
-        if (before)
-            dirty_[page] = std::move(before);
-        else
-            dirty_.erase(page);
-    }
-    pageCount_ = pageCountAtMark_;
-    mark();
-}
-
-void PageFile::commit()
-{
-    marked_ = false;
-    beforeMark_.clear();
-    if (dirty_.empty())
-        return;
-
-    std::vector<JournalPage> pages;
-    pages.reserve(dirty_.size());
-    std::deque<PageView> views;
-    for (const auto& [page, content] : dirty_) {
-        ByteView before;
-        if (page < source_.pages()) {
-            views.push_back(source_.read(page));
-            before = views.back();
-        }
-        pages.push_back({page, before, content->bytes});
-    }
-    // New pages first, so that a full disk shows before an old page is overwritten.
-    std::sort(pages.begin(), pages.end(), [](const JournalPage& a, const JournalPage& b) {
-        return a.before.empty() != b.before.empty() ? a.before.empty() : a.page < b.page;
-    });
-    const PageView page0 = read(0);
-    try {
-        const Bytes journal = makeJournal(pages, source_.pages(), statementNumber(), page0);
-        journal_->writeAt(0, journal);
-        journal_->sync();
-        for (const JournalPage& page : pages) {
-            file_->writeAt(std::uint64_t{page.page} * kPageSize, page.after);
-        }
-        file_->sync();
-        markIdle(*journal_);
-    } catch (const FileError& e) {
-        source_.close();
-        rollBack(*file_, *journal_);
-        dirty_.clear();
-        takeFile();
-        if (e.fault == FileFault::DiskFull)
-            throw Error(3026, kFail, u"Not enough space on disk.");
-        throw Error(3043, kFail, u"Disk or network error.");
-    }
-    for (const JournalPage& page : pages)
-        source_.forget(page.page);
-    dirty_.clear();
-    if (pageCount_ != source_.pages())
-        takeFile();
 }
 
 void removeIdleJournal(const std::u16string& path) noexcept

@@ -1,12 +1,13 @@
 // The pages of one open Access file during one statement.
 //
-// A PageFile is opened for a statement and closed with it. For reading, pages come from a view of
-// the file and nothing is copied. For writing, a page is copied when it is first changed; commit()
-// makes all changes lasting together, and without it nothing has happened. Before-images go to
-// "<file>-journal" first (journal.h).
+// A PageFile is opened for a statement and closed with it. A page is copied when it is first changed;
+// commit() makes all changes lasting together, and without it nothing has happened. A statement of any
+// size takes a few megabytes: makeRoom() writes what it has changed so far, and the journal (journal.h)
+// can take it back.
 #pragma once
 
 #include "jet/file/header.h"
+#include "jet/file/journal.h"
 #include "jet/file/pageSource.h"
 
 #include <memory>
@@ -21,8 +22,8 @@ enum class OpenMode { Read, Write };
 class PageFile {
 public:
     // Opens the file under the lock of the mode (see platform/files.h), waiting up to about two
-    // seconds for another holder; rolls back a left-over journal; refuses what is no Access file,
-    // what is encrypted, has a password or is truncated. Throws Error.
+    // seconds for another holder; settles a left-over journal; refuses what is no Access file, what is
+    // encrypted, has a password or is truncated. Throws Error.
     PageFile(std::u16string path, OpenMode mode);
     ~PageFile();
     PageFile(const PageFile&) = delete;
@@ -31,6 +32,9 @@ public:
     const std::u16string& path() const { return path_; }
     OpenMode mode() const { return mode_; }
     const Header& header() const { return header_; }
+    // Where a journal that does not belong to the file as it is was moved when it was opened; empty: there
+    // was none.
+    const std::u16string& journalSetAside() const { return journalSetAside_; }
 
     // Number of pages, those added by this statement included.
     PageNo pageCount() const { return pageCount_; }
@@ -46,24 +50,43 @@ public:
     // of zeros up to it. Throws 3001 when the file would pass 2 GiB.
     MutableBytes writeNew(PageNo page);
 
-    // Makes all changes lasting; the file is then as if just opened. Throws Error (disk full, ...),
-    // and then the file is as before.
+    // Between the changes of rows: where much has changed, writes it to the file, still to be taken back.
+    // Ranges that write() gave are over. Throws Error as commit() does.
+    void makeRoom();
+
+    // Makes all changes lasting; the file is then as if just opened. Throws Error (disk full, ...), and
+    // then the file is as before, or the error says that it could not be taken back. Nothing can be changed
+    // afterwards.
     void commit();
 
+    // Takes back everything since the last commit(), as the destructor does, which cannot tell when it
+    // fails. Throws Error.
+    void rollBack();
+
     // Inside a batch: remembers the present state of the pages; rollbackToMark() takes back what was
-    // changed since. commit() forgets the mark.
+    // changed since. commit() forgets the mark. Throw Error, and then everything is taken back.
     void mark();
     void rollbackToMark();
-
-    // True once something was changed and not yet committed.
-    bool changed() const { return !dirty_.empty(); }
-    std::size_t changedBytes() const { return dirty_.size() * kPageSize; }
 
 private:
     void open();
     void checkFormat();
+    void settleJournal();
     void takeFile();
     Page& dirtyPage(PageNo page, bool keepContent);
+
+    template <typename Work>
+    void orTakeBack(Work&& work);
+    void beginJournal();
+    void writeOut(bool last);
+    std::vector<PageNo> changedPages() const;
+    bool isMarkInFile(PageNo page) const;
+    bool needsImage(PageNo page) const;
+    bool hasImageSinceMark(PageNo page) const;
+    void noteImage(PageNo page, std::uint64_t place);
+    void putBackMark();
+    void finish();
+    bool takeBack() noexcept;
 
     std::u16string path_;
     OpenMode mode_;
@@ -73,10 +96,21 @@ private:
     PageSource source_;
     PageNo pageCount_ = 0;
     std::unordered_map<PageNo, std::shared_ptr<Page>> dirty_;
+    std::u16string journalSetAside_;
 
-    // Since mark(): how each page that was changed looked; null where it was not dirty then.
+    // Once something of the statement was written.
+    std::optional<JournalWriter> writer_;
+    PageNo fileEnd_ = 0;                // pages in the file
+    bool touched_ = false;              // pages of the database were written
+    bool whole_ = false;                // the last segment is on the disk
+    bool notRetired_ = false;           // the journal of a statement before may not be marked on the disk
+    bool lost_ = false;                 // the statement failed
+    std::vector<std::uint64_t> images_; // by page: place of the latest image, 0: none; kBeforeMark
+
+    // Since mark(): how each changed page looked; null where that is in the file or the journal.
     bool marked_ = false;
     PageNo pageCountAtMark_ = 0;
+    std::uint64_t journalAtMark_ = 0; // images from here on are of the state at the mark
     std::unordered_map<PageNo, std::shared_ptr<Page>> beforeMark_;
 };
 

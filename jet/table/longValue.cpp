@@ -125,10 +125,12 @@ Bytes writeLongValue(PageFile& file, const Column& column, ByteView value)
         Bytes row(4);
         append(row, chunk);
         places.push_back(placeAlone(file, owner, row));
+        file.makeRoom();
     }
     for (std::size_t i = 0; i + 1 < places.size(); ++i) {
         const MutableBytes page = file.write(places[i].page);
         store<std::uint32_t>(page, DataPage(page).start(places[i].row), pointerTo(places[i + 1]));
+        file.makeRoom();
     }
     return makeReference(length, places.front());
 }
@@ -144,8 +146,10 @@ void freeLongValue(PageFile& file, const Column& column, ByteView reference)
         places.push_back(value.first);
     else
         eachChunk(file, value, [&](RowRef at, ByteView) { places.push_back(at); });
-    for (const RowRef place : places)
+    for (const RowRef place : places) {
         removeRow(file, owner, place);
+        file.makeRoom();
+    }
 }
 
 } // namespace vellums::jet

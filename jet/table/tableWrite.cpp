@@ -299,6 +299,7 @@ std::int32_t Table::insert(const std::vector<Assignment>& assignments)
         addIndexEntry(file_, definition_, i, keys[i], home);
     setRowCount(file_, definition_, 1);
     raiseAutoNumber(file_, definition_, autoNumber);
+    file_.makeRoom();
     return autoNumber;
 }
 
@@ -364,6 +365,7 @@ void Table::update(RowRef home, const std::vector<Assignment>& assignments)
         addIndexEntry(file_, definition_, change.index, change.after, home);
     }
     raiseAutoNumber(file_, definition_, autoNumber);
+    file_.makeRoom();
 }
 
 void Table::erase(RowRef home)
@@ -382,6 +384,7 @@ void Table::erase(RowRef home)
         removeRow(file_, ownerOf(definition_), place);
     removeRow(file_, ownerOf(definition_), home);
     setRowCount(file_, definition_, -1);
+    file_.makeRoom();
 }
 
 void Table::rewriteRows()

@@ -1,119 +1,24 @@
 #include "jet/file/pageFile.h"
 
-#include "jet/file/journal.h"
 #include "tests/support/bareFile.h"
+#include "tests/support/smallMemory.h"
 #include "tests/support/temporaryFolder.h"
 
 #include <gtest/gtest.h>
 
+#include <map>
+#include <random>
+
 namespace vellums::jet {
 namespace {
-
-struct DiskStopped { };
-
-// Lets that many disk operations happen; the next one stops everything, as a crash does.
-class StoppingDisk {
-public:
-    explicit StoppingDisk(int operations)
-        : left_(operations)
-    {
-        DiskFile::beforeOperation = [this](const DiskOperation&) {
-            if (left_-- <= 0)
-                throw DiskStopped();
-        };
-    }
-    ~StoppingDisk() { DiskFile::beforeOperation = nullptr; }
-
-private:
-    int left_;
-};
 
 class PageFileTest : public testing::Test {
 protected:
     PageFileTest() { tests::writeBareFile(path, 6); }
 
-    // Changes two pages and adds three.
-    void change()
-    {
-        PageFile file(path, OpenMode::Write);
-        file.write(3)[2000] = std::byte{33};
-        file.write(5)[2000] = std::byte{55};
-        file.writeNew(8)[100] = std::byte{88};
-        file.commit();
-    }
-    Bytes contentAfterReopening()
-    {
-        const PageFile file(path, OpenMode::Read);
-        Bytes content;
-        for (PageNo page = 0; page < file.pageCount(); ++page) {
-            const PageView view = file.read(page);
-            append(content, view);
-        }
-        return content;
-    }
-
     tests::TemporaryFolder folder;
     std::u16string path = folder.file(u"pages.mdb");
 };
-
-TEST_F(PageFileTest, AStatementIsAllOrNothingWhereverTheDiskStops)
-{
-    const Bytes before = tests::readBytes(path);
-    change();
-    const Bytes after = tests::readBytes(path);
-    ASSERT_EQ(after.size(), 9 * kPageSize);
-    bool finished = false;
-    for (int operations = 0; !finished; ++operations) {
-        tests::writeBytes(path, before);
-        platform::removeFile(journalPath(path));
-        try {
-            const StoppingDisk disk(operations);
-            change();
-            finished = true;
-        } catch (const DiskStopped&) {
-        }
-        const Bytes now = contentAfterReopening();
-        EXPECT_TRUE(finished ? now == after : now == before || now == after) << operations << " operations";
-    }
-}
-
-// A crash during the recovery leaves a journal that recovers the next time.
-TEST_F(PageFileTest, RecoveryMayItselfBeInterrupted)
-{
-    const Bytes before = tests::readBytes(path);
-    for (int operations = 0; operations < 6; ++operations) {
-        try {
-            const StoppingDisk disk(4); // journal written and synced, some pages changed
-            change();
-        } catch (const DiskStopped&) {
-        }
-        try {
-            const StoppingDisk disk(operations);
-            contentAfterReopening();
-        } catch (const DiskStopped&) {
-        }
-        EXPECT_EQ(contentAfterReopening(), before) << operations;
-    }
-}
-
-TEST_F(PageFileTest, AJournalOfAnotherFileTouchesNothing)
-{
-    try {
-        const StoppingDisk disk(4);
-        change();
-    } catch (const DiskStopped&) {
-    }
-    Bytes other = tests::readBytes(path);
-    other[0x72] ^= std::byte{1}; // created at another time
-    for (std::size_t i = 3 * kPageSize; i < other.size(); ++i)
-        other[i] = std::byte{1};
-    tests::writeBytes(path, other);
-    try {
-        contentAfterReopening();
-    } catch (const Error&) { // its password field does not fit the changed date; what counts is below
-    }
-    EXPECT_EQ(tests::readBytes(path), other);
-}
 
 TEST_F(PageFileTest, WhatWasNotCommittedNeverHappened)
 {
@@ -144,6 +49,87 @@ TEST_F(PageFileTest, TheMarkTakesBackOneStatementOfABatch)
         file.commit();
     }
     EXPECT_EQ(tests::readBytes(path)[3 * kPageSize + 2000], std::byte{1});
+}
+
+// Any sequence of changes, marks and ways back gives what copies in memory give, whatever is written
+// meanwhile.
+TEST_F(PageFileTest, AgreesWithCopiesInMemory)
+{
+    using Content = std::map<PageNo, std::byte>; // byte 2000 of each page
+    for (unsigned seed = 0; seed < 60; ++seed) {
+        SCOPED_TRACE(seed);
+        const tests::SmallMemory memory(1 + seed % 5, seed % 2 == 0);
+        tests::writeBareFile(path, 20);
+        auto owned = std::make_unique<PageFile>(path, OpenMode::Write);
+        PageFile& file = *owned;
+        std::mt19937 random(seed);
+        Content now;
+        for (PageNo page = 0; page < 20; ++page)
+            now[page] = std::byte{0};
+        Content committed = now;
+        Content atMark = now;
+        bool marked = false;
+        for (int step = 0; step < 300; ++step) {
+            const auto value = static_cast<std::byte>(1 + random() % 255);
+            const auto page = static_cast<PageNo>(3 + random() % (now.size() - 3));
+            switch (random() % 12) {
+            case 0:
+                file.mark();
+                atMark = now;
+                marked = true;
+                break;
+            case 1:
+                if (!marked)
+                    break;
+                file.rollbackToMark();
+                now = atMark;
+                break;
+            case 2:
+                if (step % 5 != 0)
+                    break;
+                file.commit();
+                committed = now;
+                marked = false;
+                break;
+            case 3:
+                for (PageNo added = file.pageCount(); added < file.pageCount() + 2; ++added)
+                    now[added] = std::byte{0};
+                file.writeNew(file.pageCount() + 1)[2000] = value;
+                now[file.pageCount() - 1] = value;
+                break;
+            default:
+                file.write(page)[2000] = value;
+                now[page] = value;
+            }
+            if (random() % 2 == 0)
+                file.makeRoom();
+            ASSERT_EQ(file.pageCount(), now.size()) << step;
+            for (const auto& [number, byte] : now)
+                ASSERT_EQ(file.read(number)[2000], byte) << step << ", page " << number;
+        }
+        owned.reset(); // what was not committed never happened
+        const Bytes bytes = tests::readBytes(path);
+        ASSERT_EQ(bytes.size(), committed.size() * kPageSize);
+        for (const auto& [number, byte] : committed)
+            ASSERT_EQ(bytes[number * kPageSize + 2000], byte) << "page " << number;
+    }
+}
+
+TEST_F(PageFileTest, WhoLooksAtAPageKeepsIt)
+{
+    const tests::SmallMemory memory(4);
+    tests::writeBareFile(path, 30);
+    PageFile file(path, OpenMode::Write);
+    file.write(5)[2000] = std::byte{5};
+    const PageView changed = file.read(5);
+    const PageView unchanged = file.read(6);
+    for (PageNo page = 6; page < 30; ++page) {
+        file.write(page)[2000] = std::byte{9};
+        file.makeRoom();
+    }
+    EXPECT_EQ(changed[2000], std::byte{5});
+    EXPECT_EQ(unchanged[2000], std::byte{0});
+    EXPECT_EQ(file.read(6)[2000], std::byte{9});
 }
 
 TEST_F(PageFileTest, ReadersShareAndAWriterIsAlone)

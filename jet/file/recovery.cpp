@@ -1,0 +1,137 @@
+// How a journal is judged.
+//
+// A disk that stops may have written any of the sectors that were not synced, in any order. So after a
+// crash each sector of a changed page is as it was before the statement, or as some segment wants it;
+// sectors behind the old end of the file may also be missing or zero. One pass over the records reads
+// each page once and notes, a bit for each sector, which of them some record explains, and which are as
+// the page's last record wants them. All explained: the journal belongs to this file as it is now, and
+// the images may go back. All as in the last records, and the journal written to its end: the statement
+// is done. A sector that nothing explains was written by somebody else, and nothing is touched. It takes
+// two bytes of memory for a page.
+#include "jet/file/recovery.h"
+
+#include <algorithm>
+
+namespace vellums::jet {
+namespace {
+
+constexpr std::uint8_t kAllSectors = 0xFF;
+
+// What the records say about the sectors of the file.
+class Comparison {
+public:
+    Comparison(const DiskFile& database, const JournalReader& journal)
+        : database_(database)
+        , journal_(journal)
+        , size_(database.size())
+        , pages_(journal.header().pagesBefore)
+    {
+        for (std::size_t i = 0; i < journal.segments().size(); ++i)
+            journal.forEachRecord(i, [this](const JournalRecord& record) { compare(record); });
+    }
+
+    bool belongs() const
+    {
+        const std::uint64_t least = std::uint64_t{journal_.header().pagesBefore} * kPageSize;
+        return size_ >= least && size_ <= std::uint64_t{pages_} * kPageSize &&
+            identityOf(database_.read(0, kPageSize)) == journal_.header().page0 && allSet(explained_);
+    }
+
+    bool isComplete() const
+    {
+        const JournalReader::Segment& end = journal_.segments().back();
+        const std::size_t pages = std::min<std::size_t>(end.pagesAfter, final_.size());
+        return end.last && size_ == std::uint64_t{end.pagesAfter} * kPageSize &&
+            allSet({final_.data(), pages});
+    }
+
+private:
+    static bool allSet(std::span<const std::uint8_t> masks)
+    {
+        return std::all_of(masks.begin(), masks.end(), [](std::uint8_t m) { return m == kAllSectors; });
+    }
+
+    void compare(const JournalRecord& record)
+    {
+        if (record.page >= explained_.size()) {
+            explained_.resize(record.page + std::size_t{1}, kAllSectors); // no record, no question
+            final_.resize(record.page + std::size_t{1}, kAllSectors);
+            seen_.resize(record.page + std::size_t{1});
+        }
+        pages_ = std::max(pages_, record.page + 1);
+        std::uint8_t explained = seen_[record.page] ? explained_[record.page] : std::uint8_t{0};
+        seen_[record.page] = true;
+        std::uint8_t final = 0;
+        const Bytes bytes = database_.read(std::uint64_t{record.page} * kPageSize, kPageSize);
+        for (std::size_t i = 0; i < kSectors; ++i) {
+            const auto bit = static_cast<std::uint8_t>(1u << i);
+            const ByteView rest = ByteView(bytes).subspan(std::min(i * kSectorSize, bytes.size()));
+            const ByteView sector = rest.first(std::min(kSectorSize, rest.size()));
+            const std::uint64_t sum = sectorSum(journal_.header(), record.page, i, sector);
+            if (sum == record.after[i])
+                final |= bit;
+            if (sum == record.after[i] || (!record.image.empty() && sum == record.before[i]) ||
+                isUnwritten(record.page, sector))
+                explained |= bit;
+        }
+        explained_[record.page] = explained;
+        final_[record.page] = final;
+    }
+
+    // Behind the old end the file may have grown without its content, and not by whole sectors.
+    bool isUnwritten(PageNo page, ByteView sector) const
+    {
+        return page >= journal_.header().pagesBefore &&
+            (sector.size() < kSectorSize ||
+                std::all_of(sector.begin(), sector.end(), [](std::byte b) { return b == std::byte{0}; }));
+    }
+
+    const DiskFile& database_;
+    const JournalReader& journal_;
+    std::uint64_t size_;
+    PageNo pages_; // the file has no more
+    std::vector<bool> seen_;
+    std::vector<std::uint8_t> explained_; // by page, a bit for each sector
+    std::vector<std::uint8_t> final_;
+};
+
+} // namespace
+
+JournalVerdict judgeJournal(const DiskFile& database, const DiskFile& journal)
+{
+    if (!isHot(journal))
+        return JournalVerdict::Idle;
+    if (!isOurs(journal))
+        return JournalVerdict::Foreign;
+    const std::optional<JournalReader> reader = JournalReader::open(journal);
+    if (!reader || reader->segments().empty())
+        return JournalVerdict::Unfinished;
+    const Comparison comparison(database, *reader);
+    if (!comparison.belongs())
+        return JournalVerdict::Foreign;
+    return comparison.isComplete() ? JournalVerdict::Complete : JournalVerdict::RollBack;
+}
+
+void putBack(DiskFile& database, const DiskFile& journal, std::size_t segments)
+{
+    const std::optional<JournalReader> reader = JournalReader::open(journal);
+    if (!reader || reader->segments().size() < segments)
+        throw platform::FileError{platform::FileFault::Failed, 0};
+    for (std::size_t i = reader->segments().size(); i-- > 0;)
+        reader->forEachRecord(i, [&](const JournalRecord& record) {
+            if (!record.image.empty())
+                database.writeAt(std::uint64_t{record.page} * kPageSize, record.image);
+        });
+    const std::uint64_t size = std::uint64_t{reader->header().pagesBefore} * kPageSize;
+    if (database.size() != size)
+        database.resize(size);
+    database.sync();
+}
+
+void retire(DiskFile& journal)
+{
+    markIdle(journal);
+    journal.sync();
+}
+
+} // namespace vellums::jet
