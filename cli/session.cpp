@@ -1,11 +1,23 @@
 #include "cli/session.h"
 
+#include "cli/output.h"
 #include "platform/files.h"
 #include "platform/programPath.h"
 #include "store/catalogue.h"
 #include "store/embedded/embeddedProvider.h"
 
 namespace vellums::cli {
+namespace {
+
+std::unique_ptr<EmbeddedConnection> openFile(const std::u16string& file)
+{
+    auto connection = std::make_unique<EmbeddedConnection>(file);
+    if (const std::u16string journal = connection->takeJournalSetAside(); !journal.empty())
+        complain(u"vellums-cli: a journal of another state of the database was set aside: " + journal);
+    return connection;
+}
+
+} // namespace
 
 Session::Session(const std::u16string& file)
     : file_(platform::absolutePath(file))
@@ -24,7 +36,7 @@ Session::Session(const std::u16string& file)
 
 std::unique_ptr<EmbeddedConnection> Session::open() const
 {
-    return std::make_unique<EmbeddedConnection>(file_);
+    return openFile(file_);
 }
 
 void Session::chooseTable(const std::optional<std::u16string>& table)
@@ -42,7 +54,7 @@ void Session::fail() const
 
 std::unique_ptr<Connection> Session::OneFile::open(const std::u16string&) const
 {
-    return std::make_unique<EmbeddedConnection>(file_);
+    return openFile(file_);
 }
 
 void Session::OneFile::createDatabase(const std::u16string& path, const std::u16string& table) const

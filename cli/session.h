@@ -22,7 +22,7 @@ public:
     explicit Session(const std::u16string& file);
 
     Notebook& notebook() { return notebook_; }
-    // Throws ProviderError.
+    // A journal that was set aside is told on standard error. Throws ProviderError.
     std::unique_ptr<EmbeddedConnection> open() const;
     // Makes `table` current; without a name the first snippet table. Throws Failure when there is none,
     // ProviderError.

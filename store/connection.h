@@ -61,6 +61,9 @@ public:
     // Runs one statement; gives the number of rows it changed, -1 where a provider does not tell. Throws
     // ProviderError.
     virtual std::int32_t execute(std::u16string_view sql) = 0;
+    // Where the provider has moved a journal that lay beside the database and does not belong to it as it is,
+    // once; empty: it has not.
+    virtual std::u16string takeJournalSetAside() { return {}; }
     // The tables in the order of the provider's schema. Throws ProviderError.
     virtual std::vector<SchemaTable> tables() = 0;
 

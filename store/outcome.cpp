@@ -16,8 +16,10 @@ void Outcome::failed(const std::u16string& line)
 
 std::u16string Outcome::line(bool chinese) const
 {
-    if (failures_ == 0)
-        return done_.empty() ? found_ : done_;
+    if (failures_ == 0) {
+        const std::u16string& rest = done_.empty() ? found_ : done_;
+        return notice_.empty() || rest.empty() ? notice_ + rest : notice_ + u"  " + rest;
+    }
     if (failures_ == 1)
         return failure_;
     const std::u16string more = platform::decimal(static_cast<std::int64_t>(failures_ - 1));

@@ -14,6 +14,7 @@ public:
     std::unique_ptr<Recordset> query(std::u16string_view sql) override;
     void stopWhen(const std::function<bool()>& wanted) override { database_->stopWhen(wanted); }
     std::int32_t execute(std::u16string_view sql) override;
+    std::u16string takeJournalSetAside() override { return database_->takeJournalSetAside(); }
     std::vector<SchemaTable> tables() override;
     void beginBatch() override;
     void endBatch() override;

@@ -71,6 +71,17 @@ TEST_F(Cli, CreatesDatabasesAndListsTheirTables)
     EXPECT_EQ(std::count(again.err.begin(), again.err.end(), '\n'), 1);
 }
 
+TEST_F(Cli, TellsOfAJournalThatBelongsToSomethingElse)
+{
+    folder_.write(u"notes.mdb-journal", "somebody's notes");
+    const Outcome told = run({"add", "notes.mdb"}, "one");
+    EXPECT_EQ(told.out, "1\n");
+    EXPECT_EQ(std::count(told.err.begin(), told.err.end(), '\n'), 1) << told.err;
+    EXPECT_THAT(told.err, HasSubstr("notes.mdb-journal-unused1"));
+    EXPECT_EQ(tests::bytesOf(folder_.file(u"notes.mdb-journal-unused1")), "somebody's notes");
+    EXPECT_EQ(run({"show", "notes.mdb", "1"}).err, "");
+}
+
 TEST_F(Cli, CopiesAndDropsTables)
 {
     EXPECT_EQ(run({"add", "notes.mdb"}, "one").out, "1\n");

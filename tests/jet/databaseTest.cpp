@@ -3,6 +3,7 @@
 #include "jet/sql/conversion.h"
 #include "platform/files.h"
 #include "platform/text.h"
+#include "tests/support/smallMemory.h"
 #include "tests/support/temporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -18,10 +19,12 @@ using platform::decimal;
 using platform::toUtf8;
 
 // A fresh file; after the test every structure of it must be sound.
+// With hardly any memory for .mdb, so that every statement writes as it goes.
 class DatabaseTest : public testing::TestWithParam<FileFormat> {
 protected:
     DatabaseTest()
-        : path_(folder_.file(GetParam() == FileFormat::Jet4 ? u"notes.mdb" : u"notes.accdb"))
+        : memory_(GetParam() == FileFormat::Jet4 ? 6 : 1000, GetParam() != FileFormat::Jet4)
+        , path_(folder_.file(GetParam() == FileFormat::Jet4 ? u"notes.mdb" : u"notes.accdb"))
     {
         createDatabase(path_, GetParam(), 45000);
         db_ = std::make_unique<Database>(path_);
@@ -67,6 +70,7 @@ protected:
         }
     }
 
+    tests::SmallMemory memory_;
     tests::TemporaryFolder folder_;
     std::u16string path_;
     std::unique_ptr<Database> db_;

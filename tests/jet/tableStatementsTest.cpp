@@ -5,6 +5,9 @@
 #include "platform/files.h"
 #include "platform/text.h"
 #include "tests/jet/fixturesFolder.h"
+#include "tests/support/bareFile.h"
+#include "tests/support/crashingDisk.h"
+#include "tests/support/smallMemory.h"
 #include "tests/support/temporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -47,10 +50,12 @@ std::vector<std::u16string> userTables(Database& database)
     return names;
 }
 
+// With hardly any memory for .mdb, so that every statement writes as it goes.
 class TableStatements : public testing::TestWithParam<FileFormat> {
 protected:
     TableStatements()
-        : path_(folder_.file(GetParam() == FileFormat::Jet4 ? u"notes.mdb" : u"notes.accdb"))
+        : memory_(GetParam() == FileFormat::Jet4 ? 6 : 200, GetParam() != FileFormat::Jet4)
+        , path_(folder_.file(GetParam() == FileFormat::Jet4 ? u"notes.mdb" : u"notes.accdb"))
     {
         createDatabase(path_, GetParam(), 45000);
         db_ = std::make_unique<Database>(path_);
@@ -83,6 +88,7 @@ protected:
         return toUtf8(text);
     }
 
+    tests::SmallMemory memory_;
     tests::TemporaryFolder folder_;
     std::u16string path_;
     std::unique_ptr<Database> db_;
@@ -245,40 +251,78 @@ TEST_P(TableStatements, InABatchOnlyTheRefusedOneIsTakenBack)
     EXPECT_EQ(rows(u"SELECT LEN(VLTEXT) FROM [Copy]"), "9000|/");
 }
 
-// Wherever the disk stops, the table is there with all its rows, or gone.
-TEST_P(TableStatements, DroppingIsAllOrNothingWhereverTheDiskStops)
+// Wherever the disk stops and whatever it forgets, a table is copied, changed, emptied, dropped or renamed,
+// or everything is as it was.
+TEST_P(TableStatements, AreAllOrNothingWhereverTheDiskStops)
 {
     make(u"Notes");
-    for (int i = 0; i < 30; ++i)
+    for (int i = 0; i < 12; ++i)
         add(u"Notes", u"title", std::u16string(5000, u't'));
     db_.reset();
     const std::string before = tests::bytesOf(path_);
-    bool dropped = false;
-    for (int operations = 0; !dropped; ++operations) {
-        ASSERT_LT(operations, 5000);
-        folder_.write(GetParam() == FileFormat::Jet4 ? u"notes.mdb" : u"notes.accdb", before);
-        platform::removeFile(path_ + u"-journal");
-        int left = operations;
-        DiskFile::beforeOperation = [&left](const DiskOperation&) {
-            if (left-- <= 0)
-                throw platform::FileError{platform::FileFault::Failed, 0};
-        };
-        try {
-            Database(path_).run(u"DROP TABLE [Notes]");
-            dropped = true;
-        } catch (const Error&) {
-        } catch (const platform::FileError&) {
+    const std::vector<std::u16string> acts[] = {{u"SELECT * INTO [Other] FROM [Notes]"},
+        {u"UPDATE [Notes] SET VLTEXT=VLTEXT & ID"}, {u"DELETE FROM [Notes]"}, {u"DROP TABLE [Notes]"},
+        {u"SELECT * INTO [Other] FROM [Notes]", u"DROP TABLE [Notes]"}};
+    const auto state = [&] {
+        Database database(path_);
+        std::vector<std::vector<Value>> rows;
+        for (const std::u16string& name : userTables(database)) {
+            rows.push_back({name});
+            for (std::vector<Value>& row : database.run(u"SELECT * FROM [" + name + u"]").rows)
+                rows.push_back(std::move(row));
         }
-        DiskFile::beforeOperation = nullptr;
-        Database after(path_);
-        const std::vector<std::u16string> faults = after.check();
-        ASSERT_TRUE(faults.empty()) << operations << ": " << toUtf8(faults.front());
-        const bool there = !userTables(after).empty();
-        EXPECT_FALSE(dropped && there) << operations;
-        if (there) {
-            EXPECT_EQ(after.run(u"SELECT ID FROM [Notes]").rows.size(), 30u) << operations;
+        return rows;
+    };
+    const auto stateBefore = state();
+    for (const std::vector<std::u16string>& act : acts) {
+        SCOPED_TRACE(toUtf8(act.front()));
+        auto stateAfter = stateBefore;
+        for (int stop = -1;; ++stop) { // the first time it does not stop
+            tests::writeBytes(path_, std::as_bytes(std::span(before)));
+            platform::removeFile(path_ + u"-journal");
+            tests::CrashingDisk disk(path_);
+            disk.stopAfter(stop < 0 ? 100000 : stop);
+            try {
+                Database database(path_);
+                database.beginBatch();
+                for (const std::u16string& statement : act)
+                    database.run(statement);
+                database.endBatch();
+            } catch (...) {
+            }
+            const bool stopped = disk.struck;
+            if (stopped)
+                disk.powerCut(static_cast<unsigned>(stop));
+            disk.work();
+            const auto now = state();
+            if (stop < 0)
+                stateAfter = now;
+            ASSERT_NE(stateAfter, stateBefore);
+            EXPECT_TRUE(now == stateAfter || (stopped && now == stateBefore)) << stop;
+            if (stop < 0 || stop % 5 == 0)
+                expectSound(path_);
+            if (stop >= 0 && !stopped)
+                break;
         }
     }
+}
+
+TEST_P(TableStatements, OneThatFailsHalfWayLeavesTheFileAsItWas)
+{
+    make(u"Notes");
+    for (int i = 0; i < 40; ++i)
+        add(u"Notes", i < 39 ? u"a" : std::u16string(200, u'a'), std::u16string(5000, u't'));
+    const std::string before = tests::bytesOf(path_);
+    const std::u16string failing = u"SELECT VLHEAD & VLHEAD AS Twice, VLTEXT INTO [New] FROM [Notes]";
+    EXPECT_EQ(errorOf(*db_, failing).substr(0, 5), "3163 ");
+    EXPECT_EQ(tests::bytesOf(path_), before);
+    db_->beginBatch();
+    db_->run(u"SELECT * INTO [Copy] FROM [Notes]");
+    EXPECT_EQ(errorOf(*db_, failing).substr(0, 5), "3163 ");
+    EXPECT_EQ(errorOf(*db_, u"UPDATE [Copy] SET VLHEAD=VLHEAD & VLHEAD, VLTEXT='x'").substr(0, 5), "3163 ");
+    db_->endBatch();
+    EXPECT_EQ(userTables(*db_), (std::vector<std::u16string>{u"Notes", u"Copy"}));
+    EXPECT_EQ(rows(u"SELECT * FROM [Copy]"), rows(u"SELECT * FROM [Notes]"));
 }
 
 // Every table of other programs' files is copied and dropped, or refused with everything left as it is.

@@ -56,7 +56,7 @@ void writeBareFile(const std::u16string& path, std::uint32_t pages)
 jet::Bytes readBytes(const std::u16string& path)
 {
     const platform::File file(path, platform::Access::Read);
-    jet::Bytes bytes(file.size());
+    jet::Bytes bytes(static_cast<std::size_t>(file.size()));
     file.readAt(0, bytes);
     return bytes;
 }

@@ -100,8 +100,9 @@ void CrashingDisk::note(Side& side, const DiskOperation& operation)
 
 void CrashingDisk::apply(Bytes& content, const Change& change)
 {
-    if (change.resize || change.offset + change.bytes.size() > content.size())
-        content.resize(change.offset + change.bytes.size());
+    const auto end = static_cast<std::size_t>(change.offset + change.bytes.size());
+    if (change.resize || end > content.size())
+        content.resize(end);
     std::copy(change.bytes.begin(), change.bytes.end(),
         content.begin() + static_cast<std::ptrdiff_t>(change.offset));
 }

@@ -15,6 +15,11 @@ public:
         outcome.failed(line);
         lines.push_back(line);
     }
+    void noticed(const std::u16string& line) override
+    {
+        outcome.noticed(line);
+        lines.push_back(line);
+    }
     void done(const std::u16string& line) override
     {
         outcome.done(line);
