@@ -113,7 +113,7 @@ Bytes encoded(const JournalHeader& header)
     append<std::uint64_t>(bytes, header.number);
     append<std::uint32_t>(bytes, header.pagesBefore);
     append<std::uint32_t>(bytes, 0);
-    append<std::uint64_t>(bytes, header.page0);
+    append<std::uint64_t>(bytes, header.identity);
     append<std::uint64_t>(bytes, checksum(slice(bytes, 8, 24), 0));
     bytes.resize(kFirstSegment);
     return bytes;
@@ -128,7 +128,8 @@ std::u16string journalPath(const std::u16string& databasePath)
 
 std::uint64_t identityOf(ByteView page0)
 {
-    return checksum(page0, 0);
+    constexpr std::size_t kCommitMarks = 0xE00;
+    return checksum(page0.first(std::min(kCommitMarks, page0.size())), 0);
 }
 
 std::uint64_t sectorSum(const JournalHeader& header, PageNo page, std::size_t sector, ByteView bytes)

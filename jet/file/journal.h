@@ -8,7 +8,7 @@
 //        0     8  the letters VELJRNL2; zeros: the journal is idle
 //        8     8  a number that differs from statement to statement
 //       16     4  pages of the database before the statement
-//       24     8  checksum of page 0 of the database, which no statement changes
+//       24     8  checksum of the start of page 0 of the database, which no statement changes
 //       32     8  checksum of bytes 8 to 31
 //      512        segments, each:
 //                 4  the letters SEGM
@@ -50,10 +50,10 @@ std::u16string journalPath(const std::u16string& databasePath);
 struct JournalHeader {
     std::uint64_t number = 0;
     PageNo pagesBefore = 0;
-    std::uint64_t page0 = 0;
+    std::uint64_t identity = 0;
 };
 
-// The checksum of page 0.
+// The checksum of the start of page 0. At its end other programs count who is at work.
 std::uint64_t identityOf(ByteView page0);
 // The checksum of a sector, by its page and its place there.
 std::uint64_t sectorSum(const JournalHeader& header, PageNo page, std::size_t sector, ByteView bytes);

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <exception>
 #include <thread>
 
 namespace vellums::jet {
@@ -99,11 +100,16 @@ std::u16string setJournalAside(const std::u16string& path)
     }
 }
 
+DiskFile readJournal(const std::u16string& path)
+{
+    return {openWaiting(journalPath(path), Access::Read), DiskFile::Role::Journal};
+}
+
 bool journalIsHot(const std::u16string& path)
 {
     if (!platform::fileExists(journalPath(path)))
         return false;
-    return isHot(DiskFile(openWaiting(journalPath(path), Access::Read), DiskFile::Role::Journal));
+    return isHot(readJournal(path));
 }
 
 } // namespace
@@ -122,13 +128,7 @@ PageFile::PageFile(std::u16string path, OpenMode mode)
 void PageFile::open()
 {
     if (mode_ == OpenMode::Read) {
-        file_.emplace(openWaiting(path_, Access::Read), DiskFile::Role::Database);
-        if (journalIsHot(path_)) {
-            file_.reset();
-            journalSetAside_ = PageFile(path_, OpenMode::Write).journalSetAside();
-            removeIdleJournal(path_);
-            file_.emplace(openWaiting(path_, Access::Read), DiskFile::Role::Database);
-        }
+        openForReading();
     } else {
         file_.emplace(openWaiting(path_, Access::Write), DiskFile::Role::Database);
         journal_.emplace(openJournal(path_));
@@ -136,6 +136,32 @@ void PageFile::open()
     }
     takeFile();
     checkFormat();
+}
+
+// Changing the file takes the exclusive lock. Where that cannot be had, in a folder that is read-only
+// perhaps, a file without parts of a statement is read all the same.
+void PageFile::openForReading()
+{
+    const auto openShared = [this] {
+        file_.emplace(openWaiting(path_, Access::Read), DiskFile::Role::Database);
+    };
+    openShared();
+    if (!journalIsHot(path_))
+        return;
+    file_.reset();
+    std::exception_ptr refusal;
+    try {
+        journalSetAside_ = PageFile(path_, OpenMode::Write).journalSetAside();
+        removeIdleJournal(path_);
+    } catch (const Error&) {
+        refusal = std::current_exception();
+    }
+    openShared();
+    if (!journalIsHot(path_) || judgeJournal(*file_, readJournal(path_)) != JournalVerdict::RollBack)
+        return;
+    if (refusal)
+        std::rethrow_exception(refusal);
+    throwOpenError(path_, FileFault::InUse);
 }
 
 // Finishes or takes back what an interrupted statement left behind.

@@ -71,6 +71,7 @@ public:
 private:
     void open();
     void checkFormat();
+    void openForReading();
     void settleJournal();
     void takeFile();
     Page& dirtyPage(PageNo page, bool keepContent);

@@ -34,7 +34,7 @@ public:
     {
         const std::uint64_t least = std::uint64_t{journal_.header().pagesBefore} * kPageSize;
         return size_ >= least && size_ <= std::uint64_t{pages_} * kPageSize &&
-            identityOf(database_.read(0, kPageSize)) == journal_.header().page0 && allSet(explained_);
+            identityOf(database_.read(0, kPageSize)) == journal_.header().identity && allSet(explained_);
     }
 
     bool isComplete() const

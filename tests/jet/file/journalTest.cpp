@@ -107,6 +107,32 @@ TEST_F(JournalTest, OneThatDoesNotBelongToTheFileIsSetAside)
     }
 }
 
+// A file that cannot be written is read, unless it holds a part of a statement.
+TEST_F(JournalTest, AFileThatCannotBeWrittenIsReadIfItIsWhole)
+{
+    const auto opens = [this] {
+        folder.setReadOnly(u"pages.mdb", true);
+        bool opened = true;
+        try {
+            const PageFile file(path, OpenMode::Read);
+        } catch (const Error& error) {
+            EXPECT_EQ(error.native, 3073);
+            opened = false;
+        }
+        folder.setReadOnly(u"pages.mdb", false);
+        return opened;
+    };
+    leaveJournal(kInTheMiddle);
+    EXPECT_FALSE(opens());
+    EXPECT_NO_THROW(PageFile(path, OpenMode::Write));
+    EXPECT_TRUE(opens());
+    leaveJournal(kAtTheMark);
+    EXPECT_TRUE(opens());
+    folder.write(u"pages.mdb-journal", "somebody's notes");
+    EXPECT_TRUE(opens());
+    EXPECT_EQ(tests::bytesOf(journal), "somebody's notes");
+}
+
 // The last segment may be damaged at will: the database was not changed after it was begun.
 TEST_F(JournalTest, WhatIsBehindTheLastWholeSegmentDoesNotCount)
 {
