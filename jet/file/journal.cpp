@@ -7,6 +7,7 @@ namespace vellums::jet {
 namespace {
 
 constexpr std::string_view kMagic = "VELJRNL2";
+constexpr std::string_view kDone = "VELJDONE";
 constexpr std::size_t kHeaderBytes = 40;
 constexpr std::size_t kFirstSegment = 512;
 constexpr std::uint32_t kSegmentLetters = 0x4D474553; // SEGM
@@ -104,6 +105,12 @@ std::optional<JournalRecord> readRecord(Stream& stream, const JournalHeader& hea
     if (sumsOf(header, record.page, record.image) != record.before)
         return std::nullopt;
     return record;
+}
+
+bool beginsWith(const DiskFile& journal, std::string_view letters)
+{
+    const Bytes start = journal.read(0, letters.size());
+    return start.size() == letters.size() && std::memcmp(start.data(), letters.data(), letters.size()) == 0;
 }
 
 Bytes encoded(const JournalHeader& header)
@@ -260,8 +267,17 @@ bool isHot(const DiskFile& journal)
 
 bool isOurs(const DiskFile& journal)
 {
-    const Bytes magic = journal.read(0, kMagic.size());
-    return magic.size() == kMagic.size() && std::memcmp(magic.data(), kMagic.data(), kMagic.size()) == 0;
+    return beginsWith(journal, kMagic);
+}
+
+bool isDone(const DiskFile& journal)
+{
+    return beginsWith(journal, kDone);
+}
+
+void markDone(DiskFile& journal)
+{
+    journal.writeAt(0, std::as_bytes(std::span(kDone)));
 }
 
 void markIdle(DiskFile& journal)

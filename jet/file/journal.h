@@ -5,7 +5,7 @@
 // then writes these pages into the database.
 //
 //   offset  size  holds
-//        0     8  the letters VELJRNL2; zeros: the journal is idle
+//        0     8  the letters VELJRNL2; VELJDONE: its statement is over; zeros: the journal is idle
 //        8     8  a number that differs from statement to statement
 //       16     4  pages of the database before the statement
 //       24     8  checksum of the start of page 0 of the database, which no statement changes
@@ -126,7 +126,9 @@ private:
 bool isHot(const DiskFile& journal);
 // It is of this form, whole or not.
 bool isOurs(const DiskFile& journal);
+bool isDone(const DiskFile& journal);
 
+void markDone(DiskFile& journal);
 void markIdle(DiskFile& journal);
 
 } // namespace vellums::jet

@@ -170,7 +170,7 @@ void PageFile::settleJournal()
     switch (judgeJournal(*file_, *journal_)) {
     case JournalVerdict::Idle:
         return;
-    case JournalVerdict::Unfinished:
+    case JournalVerdict::Over:
         break;
     case JournalVerdict::Complete:
         file_->sync();

@@ -6,8 +6,9 @@
 // 1. No page of the database is written before the segment with its record is on the disk; so of every
 //    sector that may have changed the journal knows how it was and how it is going to be.
 // 2. The journal is marked idle only when the database is on the disk: with all changes, or with none.
-// 3. A journal of several segments is not written over before its mark is on the disk. (One of a single
-//    segment may be: half written over it is not whole, and its statement was on the disk.)
+// 3. A journal of several segments counts as idle only when the mark of its end is on the disk; else, half
+//    written over by the next statement, it could look like the first part of its own. (One of a single
+//    segment may count so at once: half written over it is not whole.)
 // 4. Whatever throws, what was written is put back from the journal. Where that fails too, the journal
 //    stays hot, and whoever opens the file next does it.
 //
@@ -240,12 +241,12 @@ void PageFile::finish()
     images_ = {};
     touched_ = whole_ = false;
     try {
-        markIdle(*journal_);
-        if (several) {
-            journal_->sync();
-            if (journal_->size() > kKeptJournal)
-                journal_->resize(0);
-        }
+        if (several)
+            retire(*journal_);
+        else
+            markIdle(*journal_);
+        if (several && journal_->size() > kKeptJournal)
+            journal_->resize(0);
     } catch (const FileError&) {
         notRetired_ = true;
     }

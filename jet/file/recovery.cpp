@@ -101,11 +101,13 @@ JournalVerdict judgeJournal(const DiskFile& database, const DiskFile& journal)
 {
     if (!isHot(journal))
         return JournalVerdict::Idle;
+    if (isDone(journal))
+        return JournalVerdict::Over;
     if (!isOurs(journal))
         return JournalVerdict::Foreign;
     const std::optional<JournalReader> reader = JournalReader::open(journal);
     if (!reader || reader->segments().empty())
-        return JournalVerdict::Unfinished;
+        return JournalVerdict::Over;
     const Comparison comparison(database, *reader);
     if (!comparison.belongs())
         return JournalVerdict::Foreign;
@@ -130,8 +132,9 @@ void putBack(DiskFile& database, const DiskFile& journal, std::size_t segments)
 
 void retire(DiskFile& journal)
 {
-    markIdle(journal);
+    markDone(journal);
     journal.sync();
+    markIdle(journal);
 }
 
 } // namespace vellums::jet

@@ -111,10 +111,12 @@ void CrashingDisk::powerCut(unsigned seed)
 {
     std::mt19937 random(seed);
     for (Side& side : sides_) {
-        const auto kept = random() % 5; // of four: none, some, most, all
-        for (const Change& change : side.waiting)
-            if (random() % 4 < kept)
-                apply(side.lasting, change);
+        // None, some, most or all; or only the first, or the last ones.
+        const auto kept = random() % 7;
+        const std::size_t cut = random() % (side.waiting.size() + 1);
+        for (std::size_t i = 0; i < side.waiting.size(); ++i)
+            if (kept < 5 ? random() % 4 < kept : (i < cut) == (kept == 5))
+                apply(side.lasting, side.waiting[i]);
         side.waiting.clear();
         side.begun = 0;
         writeBytes(side.path, side.lasting);
