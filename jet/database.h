@@ -50,7 +50,8 @@ public:
     void createTable(const TableSpec& spec);
 
     // Statements between the two are made lasting together, by endBatch(); a failing one is taken back
-    // alone. The file is held for writing meanwhile. The destructor gives up an open batch.
+    // alone. The file is held for writing meanwhile. The destructor gives up an open batch. When the disk
+    // fails the whole batch is taken back, and nothing more can be changed in it.
     void beginBatch();
     void endBatch();
 

@@ -39,8 +39,9 @@ public:
     // Number of pages, those added by this statement included.
     PageNo pageCount() const { return pageCount_; }
 
-    // A page as this statement sees it. What is kept of it does not show later changes, unless the page
-    // was changed before by the same statement. Throws (damaged file) for a page beyond the end.
+    // A page as this statement sees it, to be looked at until the next commit() or failure. It does not show
+    // later changes, unless the page was changed before by the same statement or is written by makeRoom().
+    // Throws (damaged file) for a page beyond the end.
     PageView read(PageNo page) const;
 
     // A page to be changed in place. Only in Write mode.

@@ -1,13 +1,14 @@
 // How a journal is judged.
 //
 // A disk that stops may have written any of the sectors that were not synced, in any order. So after a
-// crash each sector of a changed page is as it was before the statement, or as some segment wants it;
-// sectors behind the old end of the file may also be missing or zero. One pass over the records reads
-// each page once and notes, a bit for each sector, which of them some record explains, and which are as
-// the page's last record wants them. All explained: the journal belongs to this file as it is now, and
-// the images may go back. All as in the last records, and the journal written to its end: the statement
-// is done. A sector that nothing explains was written by somebody else, and nothing is touched. It takes
-// two bytes of memory for a page.
+// crash each sector of a changed page is as it was before the statement, or as some segment wants it.
+// Behind the old end of the file anything may stand, as a file may have grown without its content; but
+// nobody uses a page there without saying so in a map of free pages, which is among the changed ones. One
+// pass over the records reads each page once and notes, a bit for each sector, which of them some record
+// explains, and which are as the page's last record wants them. All explained: the journal belongs to this
+// file as it is now, and the images may go back. All as in the last records, and the journal written to its
+// end: the statement is done. A sector that nothing explains was written by somebody else, and nothing is
+// touched. It takes two bytes of memory for a page.
 #include "jet/file/recovery.h"
 
 #include <algorithm>
@@ -71,19 +72,11 @@ private:
             if (sum == record.after[i])
                 final |= bit;
             if (sum == record.after[i] || (!record.image.empty() && sum == record.before[i]) ||
-                isUnwritten(record.page, sector))
+                record.page >= journal_.header().pagesBefore)
                 explained |= bit;
         }
         explained_[record.page] = explained;
         final_[record.page] = final;
-    }
-
-    // Behind the old end the file may have grown without its content, and not by whole sectors.
-    bool isUnwritten(PageNo page, ByteView sector) const
-    {
-        return page >= journal_.header().pagesBefore &&
-            (sector.size() < kSectorSize ||
-                std::all_of(sector.begin(), sector.end(), [](std::byte b) { return b == std::byte{0}; }));
     }
 
     const DiskFile& database_;

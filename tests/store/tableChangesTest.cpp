@@ -47,6 +47,18 @@ INSTANTIATE_TEST_SUITE_P(Languages, TableChanges,
     testing::Values(Language{"English", u"notes.mdb", false}, Language{"Chinese", u"notes.accdb", true}),
     [](const auto& test) { return test.param.name; });
 
+TEST_P(TableChanges, AJournalOfSomethingElseIsTold)
+{
+    const EmbeddedProvider embedded; // ADO knows none
+    notes_->provider = &embedded;
+    notes_.folder().write(std::u16string(GetParam().file) + u"-journal", "somebody's notes");
+    add(u"one");
+    add(u"two");
+    ASSERT_EQ(notes_.shown().size(), 1u);
+    EXPECT_TRUE(notes_.shown()[0].ends_with(u"-journal-unused1"));
+    EXPECT_EQ(notes_.outcome(), notes_.shown()[0]);
+}
+
 TEST_P(TableChanges, ANewTableIsASnippetTableWithoutRecords)
 {
     add(u"one");

@@ -90,7 +90,7 @@ void CrashingDisk::note(Side& side, const DiskOperation& operation)
         break;
     case DiskOperation::Kind::Sync:
         for (const Change& change : side.waiting)
-            apply(side.lasting, change);
+            apply(side, change);
         side.waiting.clear();
         break;
     case DiskOperation::Kind::SyncFolder:
@@ -98,13 +98,14 @@ void CrashingDisk::note(Side& side, const DiskOperation& operation)
     }
 }
 
-void CrashingDisk::apply(Bytes& content, const Change& change)
+// What a file has grown by may hold anything until it is written.
+void CrashingDisk::apply(Side& side, const Change& change)
 {
     const auto end = static_cast<std::size_t>(change.offset + change.bytes.size());
-    if (change.resize || end > content.size())
-        content.resize(end);
+    if (change.resize || end > side.lasting.size())
+        side.lasting.resize(end, side.path.ends_with(u"-journal") ? std::byte{0} : std::byte{0xA5});
     std::copy(change.bytes.begin(), change.bytes.end(),
-        content.begin() + static_cast<std::ptrdiff_t>(change.offset));
+        side.lasting.begin() + static_cast<std::ptrdiff_t>(change.offset));
 }
 
 void CrashingDisk::powerCut(unsigned seed)
@@ -116,7 +117,7 @@ void CrashingDisk::powerCut(unsigned seed)
         const std::size_t cut = random() % (side.waiting.size() + 1);
         for (std::size_t i = 0; i < side.waiting.size(); ++i)
             if (kept < 5 ? random() % 4 < kept : (i < cut) == (kept == 5))
-                apply(side.lasting, side.waiting[i]);
+                apply(side, side.waiting[i]);
         side.waiting.clear();
         side.begun = 0;
         writeBytes(side.path, side.lasting);

@@ -54,7 +54,7 @@ private:
 
     void watch(const jet::DiskOperation& operation);
     static void note(Side& side, const jet::DiskOperation& operation);
-    static void apply(jet::Bytes& content, const Change& change);
+    static void apply(Side& side, const Change& change);
 
     Side sides_[2]; // database, journal
     Fault fault_ = Fault::None;

@@ -27,7 +27,7 @@ void fill(MutableBytes page, unsigned seed)
 // Changes pages of the file several times, some of them in several segments, and makes it longer.
 void changeMuch(PageFile& file)
 {
-    for (unsigned i = 0; i < 14; ++i) {
+    for (unsigned i = 0; i < 10; ++i) {
         fill(file.write(3 + i * 5 % 9), 100 + i);
         if (i % 3 == 0)
             fill(file.writeNew(kFirstPages + i / 2), 200 + i);
@@ -45,7 +45,7 @@ void changeInBatch(PageFile& file)
         fill(file.write(page), 300 + page);
         file.makeRoom();
     }
-    for (unsigned i = 0; i < 9; ++i) {
+    for (unsigned i = 0; i < 4; ++i) {
         fill(file.writeNew(kFirstPages + 10 + i), 400);
         file.makeRoom();
     }
@@ -120,7 +120,7 @@ TEST_P(CrashTest, AStatementOfAnySizeIsAllOrNothing)
         ASSERT_NE(after, before);
         bool finished = false;
         for (int stop = 0; !finished; ++stop) {
-            for (unsigned seed = 0; seed < 10; ++seed) {
+            for (unsigned seed = 0; seed < 8; ++seed) {
                 restore();
                 CrashingDisk disk(path);
                 disk.stopAfter(stop);
@@ -164,8 +164,8 @@ TEST_P(CrashTest, TheNextStatementSpoilsNothing)
         all = disk.operations;
     }
     for (int stop = all - 3; stop <= all; ++stop) // from behind the sync of the database on
-        for (int next = 0; next < 12; ++next)
-            for (unsigned seed = 0; seed < 16; ++seed) {
+        for (int next = 0; next < 6; ++next)
+            for (unsigned seed = 0; seed < 12; ++seed) {
                 restore();
                 CrashingDisk disk(path);
                 disk.stopAfter(stop);

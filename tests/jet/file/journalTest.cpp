@@ -71,8 +71,6 @@ TEST_F(JournalTest, OneThatDoesNotBelongToTheFileIsSetAside)
         {"one sector that nobody knows", kInTheMiddle, other(4, 4000)},
         {"shorter than before the statement", kInTheMiddle, [](Bytes& b) { b.resize(8 * kPageSize); }},
         {"longer than the statement made it", kInTheMiddle, [](Bytes& b) { b.resize(40 * kPageSize); }},
-        {"other content behind its old end", kInTheMiddle,
-            [](Bytes& b) { b.resize(12 * kPageSize, std::byte{5}); }},
         {"changed after the mark, which was lost", kAtTheMark, other(5, 100)},
     };
     const Bytes fresh = tests::readBytes(path);
