@@ -256,7 +256,7 @@ TEST_P(TableStatements, InABatchOnlyTheRefusedOneIsTakenBack)
 TEST_P(TableStatements, AreAllOrNothingWhereverTheDiskStops)
 {
     make(u"Notes");
-    for (int i = 0; i < 12; ++i)
+    for (int i = 0; i < 6; ++i)
         add(u"Notes", u"title", std::u16string(5000, u't'));
     db_.reset();
     const std::string before = tests::bytesOf(path_);

@@ -56,7 +56,7 @@ TEST_F(PageFileTest, TheMarkTakesBackOneStatementOfABatch)
 TEST_F(PageFileTest, AgreesWithCopiesInMemory)
 {
     using Content = std::map<PageNo, std::byte>; // byte 2000 of each page
-    for (unsigned seed = 0; seed < 60; ++seed) {
+    for (unsigned seed = 0; seed < 24; ++seed) {
         SCOPED_TRACE(seed);
         const tests::SmallMemory memory(1 + seed % 5, seed % 2 == 0);
         tests::writeBareFile(path, 20);
