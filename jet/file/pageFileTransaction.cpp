@@ -220,7 +220,6 @@ void PageFile::putBackMark()
     pageCount_ = pageCountAtMark_;
     if (!writer_ || writer_->end() == journalAtMark_)
         return;
-    std::erase_if(dirty_, [this](const auto& entry) { return entry.first >= pageCount_; });
     for (PageNo page = 0; page < std::min<std::size_t>(images_.size(), pageCount_); ++page) {
         if (!hasImageSinceMark(page))
             continue;
