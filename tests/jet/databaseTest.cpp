@@ -23,7 +23,7 @@ using platform::toUtf8;
 class DatabaseTest : public testing::TestWithParam<FileFormat> {
 protected:
     DatabaseTest()
-        : memory_(GetParam() == FileFormat::Jet4 ? 6 : 1000, GetParam() != FileFormat::Jet4)
+        : memory_(GetParam() == FileFormat::Jet4 ? 40 : 1000, GetParam() != FileFormat::Jet4)
         , path_(folder_.file(GetParam() == FileFormat::Jet4 ? u"notes.mdb" : u"notes.accdb"))
     {
         createDatabase(path_, GetParam(), 45000);

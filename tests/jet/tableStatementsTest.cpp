@@ -54,7 +54,7 @@ std::vector<std::u16string> userTables(Database& database)
 class TableStatements : public testing::TestWithParam<FileFormat> {
 protected:
     TableStatements()
-        : memory_(GetParam() == FileFormat::Jet4 ? 6 : 200, GetParam() != FileFormat::Jet4)
+        : memory_(GetParam() == FileFormat::Jet4 ? 24 : 200, GetParam() != FileFormat::Jet4)
         , path_(folder_.file(GetParam() == FileFormat::Jet4 ? u"notes.mdb" : u"notes.accdb"))
     {
         createDatabase(path_, GetParam(), 45000);
@@ -255,6 +255,8 @@ TEST_P(TableStatements, InABatchOnlyTheRefusedOneIsTakenBack)
 // or everything is as it was.
 TEST_P(TableStatements, AreAllOrNothingWhereverTheDiskStops)
 {
+    const bool small = GetParam() == FileFormat::Jet4;
+    const tests::SmallMemory memory(small ? 6 : 200, !small);
     make(u"Notes");
     for (int i = 0; i < 6; ++i)
         add(u"Notes", u"title", std::u16string(5000, u't'));
