@@ -2,28 +2,31 @@
 
 #include "cli/output.h"
 #include "cli/session.h"
+#include "cli/terminalProgress.h"
 #include "io/fileImport.h"
-#include "platform/clock.h"
 #include "platform/files.h"
-#include "platform/terminal.h"
 #include "platform/text.h"
 
-#include <cstdio>
 #include <utility>
 
 namespace vellums::cli {
 namespace {
 
-// Prints each record once it is safely stored, and how far the import is where a person looks on.
+// Prints each record once it is safely stored.
 class ImportReport {
 public:
+    explicit ImportReport(TerminalProgress& progress)
+        : progress_(progress)
+    {
+    }
+
     io::ImportEvents events()
     {
         io::ImportEvents events;
         events.added = [this](const AddedRecord& record, const std::u16string& path) { added(record, path); };
         events.stored = [this] { stored(); };
         events.logged = [this](const std::u16string& message) {
-            clearProgress();
+            progress_.clear();
             complain(message);
             allTaken_ = false;
         };
@@ -33,44 +36,25 @@ public:
 
     bool allTaken() const { return allTaken_; }
 
-    void clearProgress()
-    {
-        if (std::exchange(progressShown_, false))
-            std::fputs("\r                              \r", stderr);
-    }
-
 private:
     void added(const AddedRecord& record, const std::u16string& path)
     {
         ++count_;
         waiting_ += platform::decimal(record.id) + u"\t" + escaped(path) + u"\n";
-        showProgress();
+        progress_.step(count_, 0);
     }
 
     void stored()
     {
-        clearProgress();
+        progress_.clear();
         print(std::exchange(waiting_, {}));
         writable_ = flush();
     }
 
-    void showProgress()
-    {
-        constexpr std::uint64_t kPauseMs = 100;
-        if (!terminal_ || platform::steadyMs() - shownMs_ < kPauseMs)
-            return;
-        shownMs_ = platform::steadyMs();
-        progressShown_ = true;
-        std::fprintf(stderr, "\r%llu imported", static_cast<unsigned long long>(count_));
-        std::fflush(stderr);
-    }
-
+    TerminalProgress& progress_;
     std::u16string waiting_;
-    std::uint64_t count_ = 0;
-    bool terminal_ = platform::errorsGoToTerminal();
-    bool progressShown_ = false;
+    std::size_t count_ = 0;
     bool allTaken_ = true; // everything that the import knows how to take
-    std::uint64_t shownMs_ = 0;
     bool writable_ = true; // a record that cannot be told must not be followed by more
 };
 
@@ -80,13 +64,15 @@ void runImport(const Arguments& arguments)
 {
     Session session(arguments.values[0]);
     session.chooseTable(arguments.table);
-    ImportReport report;
+    TerminalProgress progress;
+    progress.begin(u"imported");
+    ImportReport report(progress);
     io::ImportEvents events = report.events();
-    events.duplicates.safetyCopy = !arguments.noBackup;
+    events.duplicates = progress.bulkUser(!arguments.noBackup, u"duplicates removed");
     io::FileImport import(session.notebook(), nullptr, std::move(events));
     std::vector<std::u16string> files;
     const auto check = [&](bool done) {
-        report.clearProgress();
+        progress.clear();
         if (!done)
             session.fail();
     };

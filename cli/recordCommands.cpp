@@ -2,6 +2,7 @@
 
 #include "cli/output.h"
 #include "cli/session.h"
+#include "cli/terminalProgress.h"
 #include "io/modTextUTF.h"
 #include "maint/clsMD5.h"
 #include "maint/delDupRec.h"
@@ -114,9 +115,10 @@ void runDedupe(const Arguments& arguments)
 {
     Session session(arguments.values[0]);
     session.chooseTable(arguments.table);
-    BulkUser user;
-    user.safetyCopy = !arguments.noBackup;
-    const maint::Duplicates duplicates = maint::delDupRec(session.notebook(), user);
+    TerminalProgress progress;
+    const maint::Duplicates duplicates =
+        maint::delDupRec(session.notebook(), progress.bulkUser(!arguments.noBackup, u"duplicates removed"));
+    progress.clear();
     if (!duplicates.withoutCopy.empty())
         throw Failure{session.outcome().line(false) + u"; --no-backup does without a copy."};
     if (!duplicates.done)

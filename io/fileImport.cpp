@@ -171,19 +171,22 @@ void FileImport::tellCount() const
 void FileImport::addFile(Connection& connection, Batches& batches, const std::u16string& path)
 {
     const FileKind kind = fileKind(path);
-    const bool readable = platform::fileExists(path) &&
-        (kind == FileKind::Other || SharedFile::open(path, SharedFile::Mode::Read));
-    if (!readable)
+    std::optional<SharedFile> file;
+    if (kind != FileKind::Other)
+        file = SharedFile::open(path, SharedFile::Mode::Read);
+    if (!platform::fileExists(path) || (kind != FileKind::Other && !file))
         notTaken(u"File can't not be retrieved: " + path);
     else if (kind == FileKind::Text)
-        addTextFile(connection, batches, path);
+        addTextFile(connection, batches, path, *file);
     else if (kind != FileKind::Other)
         notTaken(u"Office documents cannot be read: " + path);
 }
 
-void FileImport::addTextFile(Connection& connection, Batches& batches, const std::u16string& path)
+// The size is that of the opened file: a link has one of its own.
+void FileImport::addTextFile(
+    Connection& connection, Batches& batches, const std::u16string& path, const SharedFile& file)
 {
-    const std::uint64_t size = platform::fileSize(path).value_or(0);
+    const std::uint64_t size = file.size().value_or(0);
     if (size > kLargestText && !mayLoad(batches, path, size)) {
         notTaken(u"Over Sized:\t" + path);
         return;

@@ -6,6 +6,7 @@
 #pragma once
 
 #include "app/dialogs.h"
+#include "platform/sharedFile.h"
 #include "store/batches.h"
 #include "store/bulkAct.h"
 #include "store/notebook.h"
@@ -59,7 +60,8 @@ public:
 
 private:
     void addFile(Connection& connection, Batches& batches, const std::u16string& path);
-    void addTextFile(Connection& connection, Batches& batches, const std::u16string& path);
+    void addTextFile(Connection& connection, Batches& batches, const std::u16string& path,
+        const platform::SharedFile& file);
     bool mayLoad(Batches& batches, const std::u16string& path, std::uint64_t size) const;
     void stored();
     void notTaken(const std::u16string& message);
