@@ -2,6 +2,7 @@
 
 #include "ui/ids.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <thread>
@@ -281,6 +282,18 @@ HWND Program::findBox() const
 bool Program::boxIsOpen() const
 {
     return findBox() != nullptr;
+}
+
+std::vector<int> Program::buttons() const
+{
+    const HWND box = findBox();
+    std::vector<int> found;
+    for (const int button : {IDOK, IDCANCEL, IDYES, IDNO})
+        if (GetDlgItem(box, button) != nullptr)
+            found.push_back(button);
+    const int usual = LOWORD(send(box, DM_GETDEFID));
+    std::stable_partition(found.begin(), found.end(), [usual](int button) { return button == usual; });
+    return found;
 }
 
 std::u16string Program::waitForBox() const

@@ -62,6 +62,8 @@ public:
     // Presses a button of the message box (IDYES, IDNO, IDCANCEL) and waits until it is gone.
     bool answer(int button) const;
     bool boxIsOpen() const;
+    // Which of IDOK, IDCANCEL, IDYES and IDNO the open box offers, the one that Enter presses first.
+    std::vector<int> buttons() const;
     bool menuIsOpen() const; // a context menu
     // Waits for the form that asks for a name, gives what it suggests, and answers it; empty text: cancel.
     std::u16string answerName(const std::u16string& name) const;

@@ -22,6 +22,28 @@ BOOL CALLBACK countDialog(HWND window, LPARAM into)
     return TRUE;
 }
 
+std::u16string textOf(const jet::Value& value)
+{
+    const auto* text = std::get_if<std::u16string>(&value);
+    return text == nullptr ? u"" : *text;
+}
+
+// What is read from a file, tried again while the program is at work in it.
+template <typename Read>
+auto reading(const std::u16string& file, Read read)
+{
+    for (int attempt = 0;; ++attempt) {
+        try {
+            jet::Database database(file);
+            return read(database);
+        } catch (const jet::Error&) {
+            if (attempt == 20)
+                throw;
+            Sleep(50);
+        }
+    }
+}
+
 } // namespace
 
 int questionsOpen(const Program& program)
@@ -32,31 +54,38 @@ int questionsOpen(const Program& program)
     return count.dialogs;
 }
 
+std::vector<StoredRecord> recordsIn(const std::u16string& file)
+{
+    return reading(file, [](jet::Database& database) {
+        std::vector<StoredRecord> records;
+        for (const jet::TableInfo& table : database.tables()) {
+            if (table.system)
+                continue;
+            for (const auto& row :
+                database.run(u"SELECT ID, VLHEAD, VLTEXT FROM [" + table.name + u"] ORDER BY ID").rows)
+                records.push_back(
+                    {table.name, std::get<std::int32_t>(row[0]), textOf(row[1]), textOf(row[2])});
+        }
+        return records;
+    });
+}
+
 std::vector<std::u16string> textsOf(const std::u16string& file, const std::u16string& column)
 {
-    for (int attempt = 0;; ++attempt) {
-        try {
-            jet::Database database(file);
-            std::vector<std::u16string> texts;
-            for (const char16_t* const table : {u"Memo", u"笔记"}) {
-                bool there = false;
-                for (const auto& listed : database.tables())
-                    there = there || listed.name == table;
-                if (!there)
-                    continue;
-                for (const auto& row :
-                    database.run(u"SELECT " + column + u" FROM [" + table + u"] ORDER BY ID").rows) {
-                    const auto* text = std::get_if<std::u16string>(&row[0]);
-                    texts.push_back(text == nullptr ? u"" : *text);
-                }
-            }
-            return texts;
-        } catch (const jet::Error&) { // the program is at work in it
-            if (attempt == 20)
-                throw;
-            Sleep(50);
+    return reading(file, [&](jet::Database& database) {
+        std::vector<std::u16string> texts;
+        for (const char16_t* const table : {u"Memo", u"笔记"}) {
+            bool there = false;
+            for (const auto& listed : database.tables())
+                there = there || listed.name == table;
+            if (!there)
+                continue;
+            for (const auto& row :
+                database.run(u"SELECT " + column + u" FROM [" + table + u"] ORDER BY ID").rows)
+                texts.push_back(textOf(row[0]));
         }
-    }
+        return texts;
+    });
 }
 
 } // namespace vellums::tests
