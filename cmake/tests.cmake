@@ -97,7 +97,7 @@ if(WIN32 AND TARGET Vellums)
   file(GLOB window_tests CONFIGURE_DEPENDS tests/windows/*Test.cpp)
   add_executable(windows_tests ${window_tests} tests/windows/driver.cpp tests/windows/windowProbe.cpp
     tests/windows/windowThread.cpp tests/search/regExpReference.cpp)
-  target_link_libraries(windows_tests PRIVATE ui GTest::gmock_main)
+  target_link_libraries(windows_tests PRIVATE ui ntdll GTest::gmock_main)
   add_dependencies(windows_tests Vellums)
   add_test(NAME windows COMMAND windows_tests)
   set_tests_properties(windows PROPERTIES TIMEOUT 900 RESOURCE_LOCK "screen;classes"

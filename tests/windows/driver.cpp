@@ -291,8 +291,11 @@ std::vector<int> Program::buttons() const
     for (const int button : {IDOK, IDCANCEL, IDYES, IDNO})
         if (GetDlgItem(box, button) != nullptr)
             found.push_back(button);
+    const int chosen = focused(); // a key may have moved on from the default
     const int usual = LOWORD(send(box, DM_GETDEFID));
-    std::stable_partition(found.begin(), found.end(), [usual](int button) { return button == usual; });
+    const bool isChosen = std::find(found.begin(), found.end(), chosen) != found.end();
+    std::stable_partition(
+        found.begin(), found.end(), [&](int button) { return button == (isChosen ? chosen : usual); });
     return found;
 }
 
