@@ -5,13 +5,6 @@
 
 namespace vellums::ui {
 
-struct HookKind {
-    using Raw = HHOOK;
-    static Raw none() noexcept { return nullptr; }
-    static void giveBack(Raw hook) noexcept { UnhookWindowsHookEx(hook); }
-};
-using OwnedHook = Owned<HookKind>;
-
 // From its construction to its end; one at a time.
 class MenuKeyWatch {
 public:

@@ -49,6 +49,13 @@ struct MenuKind {
 };
 using OwnedMenu = Owned<MenuKind>; // release() it once a window or a parent menu has taken it
 
+struct HookKind {
+    using Raw = HHOOK;
+    static Raw none() noexcept { return nullptr; }
+    static void giveBack(Raw hook) noexcept { UnhookWindowsHookEx(hook); }
+};
+using OwnedHook = Owned<HookKind>;
+
 struct FontKind {
     using Raw = HFONT;
     static Raw none() noexcept { return nullptr; }

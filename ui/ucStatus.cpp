@@ -88,7 +88,6 @@ void ucStatus::create(HWND parent, int id)
     label_ = Subclass(lblCaption_, labelProc, this);
     tooltip_.create(hwnd_, lblCaption_);
     setBackColor(backColor_);
-    setCaption(early_);
 }
 
 void ucStatus::setBackColor(std::uint32_t colour)
@@ -118,10 +117,6 @@ std::u16string ucStatus::Caption() const
 
 void ucStatus::setCaption(const std::u16string& caption)
 {
-    if (hwnd_ == nullptr) {
-        early_ = caption;
-        return;
-    }
     setWindowText(lblCaption_, caption);
     setWindowText(hwnd_, caption); // screen readers and scripts ask the panel itself
     tooltip_.setText(Caption());

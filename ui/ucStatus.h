@@ -75,7 +75,6 @@ private:
     Tooltip tooltip_;
     Subclass label_;
     OwnedBrush brush_;
-    std::u16string early_; // a caption set before the panel was created
     HFONT font_ = nullptr;
     OwnedFont readFont_;                   // made by readProperties()
     std::uint32_t backColor_ = 0x8000000F; // button face
