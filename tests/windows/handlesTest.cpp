@@ -7,7 +7,7 @@
 #include "tests/windows/windowProbe.h"
 #include "ui/ids.h"
 
-#include <array>
+#include <algorithm>
 #include <cstdlib>
 
 #include <winternl.h>
@@ -102,6 +102,19 @@ Held heldBy(const Program& program)
     return held;
 }
 
+// The least of several looks: while something is drawn there is more for a moment.
+Held heldAtRest(const Program& program)
+{
+    Held least = heldBy(program);
+    for (int look = 0; look < 20; ++look) {
+        Sleep(20);
+        const Held held = heldBy(program);
+        least = {std::min(least.handles, held.handles), std::min(least.gdiObjects, held.gdiObjects),
+            std::min(least.windows, held.windows)};
+    }
+    return least;
+}
+
 class HandlesTest : public ProgramTest {
 protected:
     static void send(const Program& program, int id)
@@ -169,7 +182,7 @@ TEST_P(HandlesTest, AreTheSameInNumberAfterManyRounds)
     for (int i = 0; i < kRoundsBefore; ++i)
         round(program, i);
     const int records = program.count(ID_lstHeads);
-    const Held before = heldBy(program);
+    const Held before = heldAtRest(program);
     EXPECT_GT(before.handles, 10u);
     EXPECT_GT(before.gdiObjects, 10u);
     EXPECT_GT(before.windows, 10u);
@@ -177,9 +190,9 @@ TEST_P(HandlesTest, AreTheSameInNumberAfterManyRounds)
         round(program, i);
     EXPECT_EQ(questionsOpen(program), 0);
     EXPECT_EQ(program.count(ID_lstHeads), records) << "each round did what it should";
-    EXPECT_TRUE(eventually([&] { return heldBy(program) == before; }, 3000))
-        << "before: " << before << "; after " << rounds << " rounds: " << heldBy(program);
-    std::cout << before << "; after " << rounds << " rounds " << heldBy(program) << "\n";
+    const Held after = heldAtRest(program);
+    EXPECT_EQ(before, after) << "rounds: " << rounds;
+    std::cout << before << "; after " << rounds << " rounds " << after << "\n";
     EXPECT_EQ(program.close(), 0u);
 }
 

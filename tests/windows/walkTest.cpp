@@ -59,7 +59,7 @@ public:
     std::vector<StoredRecord> records() const
     {
         std::vector<StoredRecord> all;
-        for (const std::wstring& name : names(L"*.mdb"))
+        for (const std::wstring& name : names(L".mdb"))
             for (StoredRecord& record : recordsIn(narrow(folder_.file(name)))) {
                 record.text = lowered(record.text);
                 record.title = lowered(record.title);
@@ -72,7 +72,7 @@ public:
     std::u16string unsaved() const
     {
         std::u16string all;
-        for (const std::wstring& name : names(L"*.unsaved")) {
+        for (const std::wstring& name : names(L".unsaved")) {
             std::ifstream file(ascii(narrow(folder_.file(name))), std::ios::binary);
             const std::string bytes{std::istreambuf_iterator<char>(file), {}};
             for (const char byte : bytes) // UTF-16, of which the words need the low bytes
@@ -84,13 +84,15 @@ public:
     }
 
 private:
-    std::vector<std::wstring> names(const std::wstring& pattern) const
+    // The files whose long name ends so; the system compares short names as well.
+    std::vector<std::wstring> names(const std::wstring& ending) const
     {
         std::vector<std::wstring> found;
         WIN32_FIND_DATAW entry{};
-        const HANDLE search = FindFirstFileW(folder_.file(pattern).c_str(), &entry);
+        const HANDLE search = FindFirstFileW(folder_.file(L"*").c_str(), &entry);
         for (BOOL more = search != INVALID_HANDLE_VALUE; more != FALSE; more = FindNextFileW(search, &entry))
-            found.emplace_back(entry.cFileName);
+            if (const std::wstring name = entry.cFileName; name.ends_with(ending))
+                found.push_back(name);
         if (search != INVALID_HANDLE_VALUE)
             FindClose(search);
         return found;

@@ -2,6 +2,8 @@
 
 #include "jet/database.h"
 
+#include <stdexcept>
+
 namespace vellums::tests {
 namespace {
 
@@ -36,9 +38,11 @@ auto reading(const std::u16string& file, Read read)
         try {
             jet::Database database(file);
             return read(database);
-        } catch (const jet::Error&) {
-            if (attempt == 20)
-                throw;
+        } catch (const jet::Error& e) {
+            if (attempt == 60) {
+                const std::u16string said = file + u": " + e.description;
+                throw std::runtime_error(std::string(said.begin(), said.end()));
+            }
             Sleep(50);
         }
     }
