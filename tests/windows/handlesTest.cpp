@@ -15,8 +15,8 @@
 namespace vellums::tests {
 namespace {
 
-constexpr int kShortRounds = 25;  // VELLUMS_ROUNDS names more
-constexpr int kRoundsBefore = 15; // what is made at the first use and kept is there then
+constexpr int kShortRounds = 10;  // VELLUMS_ROUNDS names more
+constexpr int kRoundsBefore = 11; // what is made at the first use and kept is there then
 
 struct Held {
     std::size_t handles = 0;
