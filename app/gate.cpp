@@ -74,10 +74,8 @@ void Gate::runOrWait(Waiting kind, Command command)
 {
     if (shut_)
         return;
-    if (isBusy())
-        waiting_[kind] = std::move(command);
-    else
-        run(command);
+    waiting_[kind] = std::move(command);
+    serve();
 }
 
 void Gate::serve()

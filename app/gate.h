@@ -57,7 +57,8 @@ public:
     // Runs the command and shows its outcome. False: another runs, and nothing has happened. Whatever the
     // command throws (no memory included) ends here as its failure.
     bool run(const Command& command);
-    // The same, but where another command runs this one waits for its turn.
+    // The same, but where another command runs this one waits for its turn, in the place of one of its kind;
+    // what waits already and comes first is given its turn first.
     void runOrWait(Waiting kind, Command command);
     // Gives what waits its turn. Does nothing while a command runs.
     void serve();

@@ -66,6 +66,19 @@ TEST_F(GateTest, WhatMustNotBeLostWaitsInItsOrderOnceOfAKind)
     EXPECT_EQ(ran.back(), u"at once");
 }
 
+// The window is told to serve by a message; others of the window may be treated before it.
+TEST_F(GateTest, WhatComesBeforeTheWaitingIsServedKeepsOrderAndKind)
+{
+    gate.run([&](const Turn&) {
+        gate.runOrWait(Waiting::Close, running(u"close"));
+        gate.runOrWait(Waiting::HandOver, running(u"hand-over"));
+    });
+    gate.runOrWait(Waiting::Close, running(u"second close"));
+    EXPECT_THAT(ran, ElementsAre(u"hand-over", u"second close"));
+    gate.serve();
+    EXPECT_EQ(ran.size(), 2u);
+}
+
 TEST_F(GateTest, AnOpenMenuHoldsCommandsBack)
 {
     gate.hold();
