@@ -88,6 +88,7 @@ private:
     void carryOutBoxKey(const Turn& turn, PopUpTarget box, bool enter);
     bool onControlKeyUp(HWND control, WPARAM key);
     bool isHeldReturn(HWND control, WPARAM key, LPARAM keyData) const;
+    bool isTabOfText(HWND control, WPARAM key) const;
     bool onControlMouse(HWND control, UINT message);
     HBRUSH colourControl(HDC dc, HWND control);
     void onSystemLook(UINT message);

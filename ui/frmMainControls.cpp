@@ -233,6 +233,13 @@ bool frmMain::isHeldReturn(HWND control, WPARAM key, LPARAM keyData) const
     return returnIsHeld_ && key == VK_RETURN && (keyData & kWasDown) != 0 && text_.holds(control);
 }
 
+// Ctrl+Tab, where it writes a tab.
+bool frmMain::isTabOfText(HWND control, WPARAM key) const
+{
+    return key == VK_TAB && GetKeyState(VK_CONTROL) < 0 && text_.holds(control) &&
+        (GetWindowLongW(control, GWL_STYLE) & ES_READONLY) == 0;
+}
+
 // Menus under the labels.
 bool frmMain::onControlMouse(HWND control, UINT message)
 {
@@ -262,7 +269,7 @@ LRESULT frmMain::keysWanted(HWND control, LRESULT own, const MSG* key) const
         return own | DLGC_WANTALLKEYS;
     if (!text_.holds(control))
         return own;
-    // Entering the box does not select its whole text. Ctrl+Tab writes a tab.
+    // Entering the box does not select its whole text.
     own &= ~static_cast<LRESULT>(DLGC_HASSETSEL);
     if (pressed == VK_TAB && GetKeyState(VK_CONTROL) >= 0)
         own &= ~static_cast<LRESULT>(DLGC_WANTALLKEYS | DLGC_WANTTAB | DLGC_WANTMESSAGE);
@@ -309,9 +316,13 @@ std::optional<LRESULT> frmMain::onControlMessage(HWND control, UINT message, WPA
     case WM_KEYDOWN:
         if (isHeldReturn(control, wParam, lParam) || onControlKey(control, wParam))
             return 0;
+        if (isTabOfText(control, wParam)) { // not every keyboard layout makes a character of it
+            SendMessageW(control, EM_REPLACESEL, TRUE, reinterpret_cast<LPARAM>(L"\t"));
+            return 0;
+        }
         break;
     case WM_CHAR: // the keys above were treated already; the box would beep or type them
-        if (isHeldReturn(control, wParam, lParam))
+        if (isHeldReturn(control, wParam, lParam) || isTabOfText(control, wParam))
             return 0;
         if (wParam == VK_ESCAPE || (wParam == VK_RETURN && !text_.holds(control)))
             return 0;

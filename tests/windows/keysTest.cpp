@@ -94,6 +94,31 @@ TEST_P(KeysTest, TheViewChanges)
     EXPECT_EQ(program.close(), 0u);
 }
 
+TEST_P(KeysTest, TabAndEscLeaveTheRecordText)
+{
+    Program program(folder.executable());
+    const auto focuses = [&](int id) { return eventually([&] { return program.focused() == id; }); };
+    program.setText(ID_txtShowWrap, u"text");
+    program.type(ID_txtShowWrap, VK_TAB);
+    EXPECT_TRUE(eventually([&] { return program.focused() != ID_txtShowWrap; }));
+    Program::strike(VK_TAB, false, true);
+    EXPECT_TRUE(focuses(ID_txtShowWrap));
+    EXPECT_EQ(program.text(ID_txtShowWrap), u"text");
+    program.type(ID_txtShowWrap, VK_HOME, true);
+    program.type(ID_txtShowWrap, VK_TAB, true);
+    EXPECT_TRUE(eventually([&] { return program.text(ID_txtShowWrap) == u"\ttext"; }));
+    for (const int id : {ID_txtShowWrap, ID_txtType}) {
+        program.type(id, VK_ESCAPE);
+        EXPECT_TRUE(focuses(ID_txtKey));
+        EXPECT_FALSE(program.boxIsOpen()) << "nothing is closed";
+    }
+    EXPECT_EQ(program.text(ID_txtShowWrap), u"\ttext");
+    PostMessageW(program.window(), WM_CLOSE, 0, 0);
+    program.waitForBox();
+    program.answer(IDNO);
+    EXPECT_EQ(program.close(), 0u);
+}
+
 INSTANTIATE_TEST_SUITE_P(InBothLanguages, KeysTest, testing::Bool(), languageOf);
 
 } // namespace

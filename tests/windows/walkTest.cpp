@@ -198,9 +198,11 @@ private:
 
     std::u16string newWord()
     {
+        // No letter answers a question that opens while the word is typed.
+        constexpr std::u16string_view kLetters = u"abdefghijklmpqrtuvxz";
         std::u16string word = u"w";
-        for (int number = ++words_; number != 0; number /= 26)
-            word += static_cast<char16_t>(u'a' + number % 26);
+        for (auto number = static_cast<std::size_t>(++words_); number != 0; number /= kLetters.size())
+            word += kLetters[number % kLetters.size()];
         return word + u"w";
     }
 
@@ -213,7 +215,6 @@ private:
         program_->type(id, VK_END, true);
         for (const char16_t letter : word)
             Program::strike(static_cast<WORD>(letter - 32));
-        Program::strike(VK_SPACE);
         if (eventually([&] { return holds(boxes(), word) || program_->boxIsOpen(); }, 300) &&
             holds(boxes(), word))
             alive_.insert(word); // the box took it
