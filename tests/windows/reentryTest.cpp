@@ -58,12 +58,9 @@ TEST_P(ReentryTest, TextThatComesDuringAnImportStays)
              ID_mnu_dbcreate, ID_mnu_dbops_Drop, ID_mnu_txtops_Clear})
         program.command(id);
     program.press(ID_txtShowWrap, 'Q');
-    program.press(ID_lstHeads, VK_DOWN);
-    program.press(ID_txtShowWrap, VK_TAB);
     program.type(ID_txtShowWrap, VK_F4); // a real key
     ASSERT_TRUE(eventually([&] { return !isLocked(program); }, 60000));
     Sleep(300);
-    EXPECT_EQ(program.focused(), ID_txtShowWrap);
     EXPECT_TRUE(program.isShown(ID_lstHeads));
     EXPECT_EQ(questionsOpen(program), 0) << "what came meanwhile does not come out later";
     EXPECT_EQ(program.text(ID_txtShowWrap), u"came from outside");
