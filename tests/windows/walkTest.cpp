@@ -280,6 +280,8 @@ private:
         const int y = id == ID_lstHeads ? pick(std::min(200, static_cast<int>(place.bottom - place.top)))
                                         : (place.bottom - place.top) / 2;
         program_->click(id, (place.right - place.left) / 2, y, right);
+        if (right)
+            awaitMenu();
     }
 
     // The items of the bar behind its three menus, by the keys of the bar.
@@ -292,6 +294,7 @@ private:
         for (int i = 0; i < item; ++i)
             Program::strike(VK_RIGHT);
         Program::strike(VK_RETURN);
+        eventually([&] { return !program_->menuIsOpen(); }, 500);
     }
 
     void menu()
@@ -303,6 +306,13 @@ private:
             Program::strike(VK_RIGHT);
         for (int i = pick(6); i >= 0; --i)
             Program::strike(VK_DOWN);
+        awaitMenu();
+    }
+
+    // The letters of a word that is typed into a menu would choose from it.
+    void awaitMenu()
+    {
+        eventually([&] { return program_->menuIsOpen() || program_->boxIsOpen(); }, 500);
     }
 
     void search()
