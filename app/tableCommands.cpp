@@ -79,10 +79,12 @@ bool TableCommands::open(const std::u16string& connectionString, const std::u16s
         notebook_.status.failed(queryError(e));
         return false;
     }
-    notebook_.dbConn = connPart(notebook_, connectionString, ConnPart::WithBareName);
-    notebook_.dbTable = table;
+    std::u16string conn = connPart(notebook_, connectionString, ConnPart::WithBareName);
+    std::u16string name = table;
+    showNothing(); // while there is still no other table that its headings could be taken for
+    notebook_.dbConn = std::move(conn);
+    notebook_.dbTable = std::move(name);
     const bool stored = storeDatabaseChoice(notebook_);
-    showNothing();
     records_.start();
     if (!stored)
         notebook_.status.failed(
@@ -95,8 +97,8 @@ bool TableCommands::open(const std::u16string& connectionString, const std::u16s
 // field of a column that the new one lacks.
 void TableCommands::showNothing()
 {
-    window_.lstHeads.fill({});
     records_.current().clear();
+    window_.lstHeads.fill({});
     for (std::size_t i = 0; i < window_.mnu_AvailFields.size(); ++i) {
         MenuItem field = window_.mnu_AvailFields.at(i);
         field.checked = false;
@@ -159,9 +161,14 @@ void TableCommands::renameTable()
     if (!hasTable())
         return;
     const std::u16string name = menus_.frmInput.ask(nameForm(notebook_, kTableMarker));
-    if (name.empty() || !records_.leaveRecord() || !vellums::renameTable(notebook_, name))
+    if (name.empty() || !records_.leaveRecord())
         return;
-    open(notebook_.dbConn, checkedTableName(name));
+    std::u16string renamed(name.substr(0, name.find_last_not_of(u' ') + 1)); // as it will be stored
+    const std::u16string toOpen = renamed;
+    if (!vellums::renameTable(notebook_, name))
+        return;
+    notebook_.dbTable = std::move(renamed); // whatever fails from here on, the old name is no table's
+    open(notebook_.dbConn, toOpen);
     rebuildMenu();
 }
 
@@ -177,6 +184,7 @@ void TableCommands::dropTable()
         !vellums::dropTable(notebook_, table))
         return;
     notebook_.dbTable = kNoTable;
+    window_.lstHeads.fill({});
     showNothing();
     window_.caption.setText(windowCaption(notebook_));
     openAnother();

@@ -45,6 +45,10 @@ endfunction()
 foreach(folder platform jet store app search maint io cli)
   test_folder(${folder})
 endforeach()
+# Replaces operator new, so it is a program of its own.
+if(NOT WIN32)
+  test_folder(memory)
+endif()
 
 # The ADO client itself, and the routine for late-bound COM.
 if(WIN32)

@@ -16,6 +16,7 @@
 #include "store/fileReason.h"
 
 #include <cstdio>
+#include <new>
 #include <optional>
 #include <utility>
 
@@ -109,14 +110,20 @@ bool FileImport::importFiles(const std::vector<std::u16string>& paths)
     try {
         const std::unique_ptr<Connection> connection = notebook_.connect();
         Batches batches(*connection, [this] { stored(); });
-        for (const std::u16string& path : paths) {
-            current = path;
-            if (stopped())
-                break;
-            batches.step();
-            addFile(*connection, batches, path);
+        try {
+            for (const std::u16string& path : paths) {
+                current = path;
+                if (stopped())
+                    break;
+                batches.step();
+                addFile(*connection, batches, path);
+            }
+            batches.finish();
+        } catch (const std::bad_alloc&) { // perhaps in the middle of a file
+            batches.giveUp();
+            added_ = 0;
+            throw;
         }
-        batches.finish();
         return true;
     } catch (const ProviderError& e) {
         added_ = 0;

@@ -25,7 +25,12 @@ public:
     LongWork(Progress& progress, std::u16string_view what)
         : progress_(progress)
     {
-        progress_.begin(what);
+        try {
+            progress_.begin(what);
+        } catch (...) { // no memory to say what it is; whatever has begun ends
+            progress_.end();
+            throw;
+        }
     }
     LongWork(const LongWork&) = delete;
     LongWork& operator=(const LongWork&) = delete;

@@ -6,6 +6,7 @@
 #include "platform/text.h"
 #include "store/safetyCopy.h"
 
+#include <new>
 #include <optional>
 
 namespace vellums {
@@ -31,17 +32,30 @@ bool takeSteps(Connection& connection, Batches& batches, std::size_t total, cons
     while (count.done < total) {
         batches.step();
         BulkStep context(connection, batches, count.done);
-        try {
-            step(context);
-        } catch (const HalfDone&) {
-            batches.giveUp();
-            throw;
-        }
+        step(context);
         ++count.done;
         if (user.goesOn && !user.goesOn(count.done, total) && count.done < total)
             return false;
     }
     return true;
+}
+
+// The same, and the end of the last batch. What was not lasting when a step was left half done, or when
+// there was no memory to finish it, is given up: half a record would help nobody.
+bool takeLastingSteps(Connection& connection, Batches& batches, std::size_t total, const BulkUser& user,
+    const std::function<void(BulkStep&)>& step, Count& count)
+{
+    try {
+        const bool whole = takeSteps(connection, batches, total, user, step, count);
+        batches.finish();
+        return whole;
+    } catch (const HalfDone&) {
+        batches.giveUp();
+        throw;
+    } catch (const std::bad_alloc&) {
+        batches.giveUp();
+        throw;
+    }
 }
 
 } // namespace
@@ -93,10 +107,13 @@ BulkResult bulkAct(const Notebook& notebook, SafetyCopy copy, std::size_t total,
             if (user.lasting)
                 user.lasting(count.done);
         });
-        result.stopped = !takeSteps(*connection, batches, total, user, step, count);
-        batches.finish();
+        result.stopped = !takeLastingSteps(*connection, batches, total, user, step, count);
     } catch (const ProviderError& e) {
         result.failure = reasonOf(e);
+    } catch (const std::bad_alloc&) {
+        if (count.lasting == 0)
+            throw; // nothing has happened
+        result.failure = notebook.say(u"There is not enough memory.", u"内存不足。");
     }
     result.done = count.lasting;
     return result;

@@ -15,7 +15,7 @@ void copyUnder(const std::u16string& file, const std::u16string& unfinished)
     platform::copyFile(file, unfinished);
     try {
         platform::replaceFile(unfinished, safetyCopyPath(file));
-    } catch (const platform::FileError&) {
+    } catch (...) {
         platform::removeFile(unfinished);
         throw;
     }

@@ -10,7 +10,13 @@
 
 namespace vellums::jet {
 
+// Its copy is not trivial on purpose. A variant of GCC 12 whose alternatives are all trivial, strings or
+// vectors believes that it always holds one; where copying a text then fails for lack of memory, it
+// destroys what was never made.
 struct Null {
+    Null() noexcept = default;
+    Null(const Null&) noexcept { }
+    Null& operator=(const Null&) noexcept { return *this; }
     friend bool operator==(Null, Null) { return true; }
 };
 

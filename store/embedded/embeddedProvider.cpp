@@ -73,7 +73,7 @@ void EmbeddedProvider::createDatabase(const std::u16string& path, const std::u16
         } catch (const platform::FileError&) {
             platform::removeFile(unfinished);
             throw jet::Error(3043, jet::kFail, u"Disk or network error.");
-        } catch (const jet::Error&) {
+        } catch (...) {
             platform::removeFile(unfinished);
             throw;
         }

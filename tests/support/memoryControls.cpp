@@ -57,10 +57,11 @@ void MemoryTextBox::copy()
 
 void MemoryListBox::fill(const std::vector<ListEntry>& entries)
 {
-    entries_.clear();
+    std::vector<Entry> filled;
     for (const ListEntry& entry : entries)
-        if (entries_.size() < room_)
-            entries_.push_back({entry});
+        if (filled.size() < room_)
+            filled.push_back({entry});
+    entries_ = std::move(filled);
     current_ = -1;
 }
 

@@ -157,6 +157,7 @@ public:
     std::u16string ask(const NameForm& form) override;
 
     void answerNext(const std::u16string& name) { names_.push_back(name); }
+    void forget() { names_.clear(); } // what was not asked for
     const std::vector<NameForm>& shown() const { return shown_; }
 
 private:
@@ -179,6 +180,11 @@ public:
 
     void answerNext(Answer answer) { answers_.push_back(answer); }
     void chooseNext(const std::u16string& folder) { folders_.push_back(folder); }
+    void forget() // what was not asked for
+    {
+        answers_.clear();
+        folders_.clear();
+    }
     // What was asked since the last call, with the buttons: "Save? (Yes/No)".
     std::vector<std::u16string> asked();
 
