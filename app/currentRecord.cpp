@@ -143,7 +143,8 @@ bool CurrentRecord::add(const RecordTexts& texts)
     record.link = record_.link.empty() ? window_.chkSort.caption() : record_.link;
     if (!texts.title.empty())
         record.title = sqlQuoted(platform::replaceAll(texts.title, u"\r\n", u""));
-    const Notebook there = record_.id < 0 ? notebook_ : origin();
+    Notebook there = record_.id < 0 ? notebook_ : origin();
+    RecordTexts saved = texts;
     const std::optional<AddedRecord> added = addRecord(there, record);
     if (!added)
         return false;
@@ -151,14 +152,14 @@ bool CurrentRecord::add(const RecordTexts& texts)
     record_.id = added->id;
     record_.type.clear();
     record_.date = platform::oleNow();
-    saved_ = texts;
-    conn_ = there.dbConn;
-    table_ = there.dbTable;
-    record_.link = record.link;
+    conn_ = std::move(there.dbConn);
+    table_ = std::move(there.dbTable);
+    record_.link = std::move(record.link);
     ++generation_;
     window_.chkSort.setCaption({});
     window_.txtType.setText(added->title);
-    saved_.title = window_.txtType.text();
+    saved.title = window_.txtType.text();
+    saved_ = std::move(saved); // up to here a failure leaves unsaved text of the new record
     if (isInList()) {
         removeHeading(idBefore);
         window_.lstHeads.insert(0, {added->title, added->id});

@@ -4,6 +4,8 @@
 
 namespace vellums {
 
+std::uint64_t Batches::lastsMs = 500;
+
 Batches::Batches(Connection& connection, std::function<void()> stored)
     : connection_(connection)
     , stored_(std::move(stored))
@@ -20,8 +22,7 @@ Batches::~Batches()
 
 void Batches::step()
 {
-    constexpr std::uint64_t kBatchMs = 500;
-    if (open_ && platform::steadyMs() - openedMs_ >= kBatchMs)
+    if (open_ && platform::steadyMs() - openedMs_ >= lastsMs)
         finish();
     if (open_)
         return;

@@ -27,6 +27,9 @@ public:
     // any more.
     void giveUp() { open_ = false; }
 
+    // How long a batch stays open; 0: each step is a batch. Tests change it.
+    static std::uint64_t lastsMs;
+
 private:
     Connection& connection_;
     std::function<void()> stored_;
