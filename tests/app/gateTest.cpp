@@ -123,10 +123,14 @@ TEST_F(GateTest, SaysOneThingForACommand)
         outcome.failed(u"No such table (3078)");
         outcome.failed(u"dbQuery: No such table (3078)");
     });
+    gate.run([&](const Turn&) { // two records, one reason
+        outcome.failed(u"refused");
+        outcome.failed(u"refused");
+    });
     gate.run([](const Turn&) {});
     EXPECT_THAT(shown,
         ElementsAre(u"disk full (and 1 more)", u"disk full (and 1 more)", u"1 record saved",
-            u"13 records found", u"dbQuery: No such table (3078)"));
+            u"13 records found", u"dbQuery: No such table (3078)", u"refused (and 1 more)"));
 }
 
 TEST_F(GateTest, WhatIsThrownEndsAsALine)

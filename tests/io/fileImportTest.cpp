@@ -186,8 +186,9 @@ TEST_F(Import, LogsWhatTheTableRefusesAndTakesTheRest)
     EXPECT_TRUE(logged_[0].ends_with(u"): " + path));
     EXPECT_TRUE(logged_[1].starts_with(u"UTF-32"));
     EXPECT_THAT(notes_.shown(), IsEmpty());
+    EXPECT_TRUE(import.importFile(write(u"d.txt", "3")));
     import.tellCount();
-    EXPECT_EQ(notes_.outcome(), u"2 records imported, 2 files not taken (see Vellums.log).");
+    EXPECT_EQ(notes_.outcome(), u"3 records imported, 2 files not taken (see Vellums.log).");
 }
 
 TEST_F(Import, StopsAtAnErrorAndKeepsWhatWasDone)
@@ -210,6 +211,10 @@ TEST_F(Import, StopsWhenAsked)
     FileImport import(*notes_, nullptr, told);
     EXPECT_TRUE(import.importFiles({write(u"a.txt", "1"), write(u"b.txt", "2")}));
     EXPECT_THAT(titles(), ElementsAre(u"a|1"));
+    added_.clear();
+    notes_.folder().write(u"in/c.txt", "1");
+    EXPECT_TRUE(FileImport(*notes_, nullptr, told).importFolder(notes_.folder().file(u"in")));
+    EXPECT_THAT(titles(), ElementsAre(u"a|1", u"c|1")) << "no duplicates are removed after a Stop";
 }
 
 // Folders that are linked to one another hold each file once; a folder that cannot be listed is told.

@@ -119,6 +119,13 @@ TEST_F(InlineSearch, CopiesAnEntryAndAllOfThem)
     results.select(1);
     copyResult(notebook, ports);
     EXPECT_EQ(platform::clipboardText().text, u"cut");
+    results.select(0);
+    copyResult(notebook, ports);
+    EXPECT_EQ(platform::clipboardText().text, u"cat");
+    results.select(-1);
+    lstInLineSrchClick(ports);
+    copyResult(notebook, ports);
+    EXPECT_EQ(platform::clipboardText().text, u"cat") << "nothing is selected";
     copyAllResults(notebook, ports);
     EXPECT_EQ(platform::clipboardText().text, u"0 > cat\r\n5 > cut\r\n");
 }

@@ -1,6 +1,10 @@
 #include "search/searchFields.h"
 
+#include "app/gate.h"
 #include "app/headingList.h"
+#include "app/recordCommands.h"
+#include "platform/text.h"
+#include "tests/support/failingProvider.h"
 #include "tests/support/memoryControls.h"
 #include "tests/support/testNotebook.h"
 
@@ -161,6 +165,28 @@ TEST_P(SearchFields, KeepWhatWasSetWhenTheTableCannotBeRead)
     ASSERT_EQ(notes_.shown().size(), 1u);
     EXPECT_EQ(notes_.shown()[0].back(), u')');
     EXPECT_EQ(notes_.shown()[0].find(u"dbQuery"), std::u16string::npos);
+}
+
+// A table of an old version that cannot be given its columns: the count of records is no answer to that.
+TEST_P(SearchFields, AFailedUpgradeIsNotHiddenByTheCount)
+{
+    makeTable(u"Old", kFiveColumns);
+    notes_.run(u"INSERT INTO [Old] (VLHEAD, VLDATE) VALUES ('title', 1)");
+    notes_->dbTable = u"Old";
+    tests::FailingProvider provider;
+    provider.refuses = [](std::u16string_view sql, int) { return sql.starts_with(u"ALTER"); };
+    notes_->provider = &provider;
+    Moments moments;
+    moments.tableOpened.add([&] { rebuildSearchFields(*notes_, ports_); });
+    RecordCommands records(*notes_, ports_, moments);
+    Texts shown;
+    Gate gate(
+        *notes_, notes_.collected(), {[&](const std::u16string& line) { shown.push_back(line); }, [] {}});
+    gate.run([&](const Turn&) { records.start(); });
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_TRUE(shown[0].starts_with(u"The field VLLINK could not be added")) << platform::toUtf8(shown[0]);
+    EXPECT_THAT(window_.lstHeads.texts(), ElementsAre(u"title"));
+    EXPECT_EQ(columns(u"Old").size(), 5u);
 }
 
 TEST_P(SearchFields, OfAnOldTableInAReadOnlyFileSayWhy)

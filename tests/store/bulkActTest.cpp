@@ -163,6 +163,14 @@ TEST_F(BulkActs, StopAfterWholeRecordsAndTellWhichAreDone)
     EXPECT_EQ(count(u"Other"), u"2");
     EXPECT_EQ(count(u"Notes"), u"6");
 
+    seen.clear();
+    user.goesOn = [&](std::size_t done, std::size_t) {
+        seen.push_back(done);
+        return true;
+    };
+    EXPECT_TRUE(moveRecords(*notes_, u"Other", addMany(2), user).whole());
+    EXPECT_THAT(seen, ElementsAre(1, 2, 1, 2)) << "the deletions are seen as the copies are";
+
     user.goesOn = [](std::size_t done, std::size_t total) { return done < total; };
     EXPECT_TRUE(delRecords(*notes_, more, user).whole()) << "asked after the last step, it is no Stop";
 }
@@ -265,7 +273,13 @@ TEST_F(BulkActs, ReportOnlyWhatIsLasting)
 TEST_F(BulkActs, HoldNothingDuringAQuestion)
 {
     int open = 0;
-    provider_.onBatch = [&](bool begins) { open += begins ? 1 : -1; };
+    int begun = 0;
+    provider_.onBatch = [&](bool begins) {
+        open += begins ? 1 : -1;
+        begun += begins;
+    };
+    EXPECT_TRUE(bulkAct(*notes_, SafetyCopy::None, 5, {}, [](BulkStep&) {}).whole());
+    EXPECT_EQ(begun, 1) << "steps of one moment become lasting together";
     const BulkResult result = bulkAct(*notes_, SafetyCopy::None, 2, {}, [&](BulkStep& step) {
         EXPECT_EQ(open, 1);
         EXPECT_EQ(step.meanwhile([&] { return open; }), 0);

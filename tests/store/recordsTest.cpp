@@ -34,6 +34,8 @@ const TitleCase kTitles[] = {
     {"a subject without a line end does not count", u"a 主题: Meeting", u"a 主题: Meeting"},
     {"an empty text", u"", u""},
     {"no half of a character", std::u16string(49, u'x') + u"😀y", std::u16string(49, u'x')},
+    {"not of the first one of its kind either", std::u16string(49, u'x') + u"\U00010000y",
+        std::u16string(49, u'x')},
 };
 
 TEST(TitleOf, ChoosesTheTitle)
