@@ -2,6 +2,7 @@
 
 #include "app/settings.h"
 #include "platform/text.h"
+#include "tests/support/shownLines.h"
 #include "tests/support/temporaryFolder.h"
 
 #include <gtest/gtest.h>
@@ -42,6 +43,29 @@ TEST(EngineChoice, TakesTheDetectedProviderWhereItCanBeUsed)
         EXPECT_EQ(choice.embedded, c.embedded) << platform::toUtf8(c.wish) << platform::toUtf8(c.detected);
         EXPECT_EQ(choice.providerId, c.id);
     }
+}
+
+// A chosen provider is made and serves; where it is not wanted any more, the embedded engine does again.
+TEST(Engines, ServeANotebook)
+{
+    const tests::TemporaryFolder folder;
+    tests::ShownLines told;
+    Notebook notebook(told);
+    notebook.settingsFile = folder.file(u"Vellums.ini");
+    const Provider* made = nullptr;
+    Engines engines({[](const std::u16string&) { return true; },
+        [&](const std::u16string&) {
+            auto provider = std::make_unique<EmbeddedProvider>();
+            made = provider.get();
+            return provider;
+        }});
+    engines.serve(notebook);
+    EXPECT_EQ(notebook.provider, made);
+    ASSERT_TRUE(setPrefValue(notebook.settingsFile, kOptionsSection, u"engine", u"embedded"));
+    engines.serve(notebook);
+    ASSERT_TRUE(notebook.provider);
+    EXPECT_NE(notebook.provider, made);
+    EXPECT_NO_THROW(notebook.provider->createDatabase(folder.file(u"notes.mdb"), u"Notes"));
 }
 
 } // namespace

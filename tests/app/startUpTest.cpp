@@ -14,6 +14,8 @@
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 #include <algorithm>
 
 namespace vellums {
@@ -151,6 +153,13 @@ TEST_F(StartUp, FindsTheStoredDatabase)
         EXPECT_EQ(notebook.dbTable, u"Notes");
         EXPECT_EQ(tests::bytesOf(folder_.file(u"app/Vellums.ini")), settings);
     }
+    // Nor does what lies in the current folder, whatever it is.
+    const auto current = std::filesystem::current_path();
+    std::filesystem::current_path(folder_.file(u"data"));
+    set(u"dbConn", connectionTo(u"a.mdb"));
+    platform::deleteProfile(folder_.file(u"app/Vellums.ini"), kOptionsSection, u"dbParent");
+    EXPECT_EQ(fileOfNotebook(start()), folder_.file(u"app/b.mdb"));
+    std::filesystem::current_path(current);
     set(u"dbTable", u"Té 2"); // a name that every code page of the tests holds
     EXPECT_EQ(start().dbTable, u"Té 2");
 }

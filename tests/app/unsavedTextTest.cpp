@@ -66,6 +66,9 @@ TEST_F(UnsavedTextTest, KeepsEveryUnitInAFileOfItsOwn)
     ASSERT_EQ(files.size(), 2u);
     EXPECT_EQ(readUnsavedText(files[0]), text);
     EXPECT_EQ(readUnsavedText(files[1]), other);
+    notes.folder().write(u"Vellums.100.unsaved", "the last one that can be");
+    notes.folder().write(u"Vellums.101.unsaved", "never made");
+    EXPECT_EQ(unsavedTextFiles(*notes).size(), 3u);
 
     const std::string bytes = tests::bytesOf(files[0]);
     for (const std::size_t cut :

@@ -2,6 +2,7 @@
 
 #include "app/settings.h"
 #include "tests/search/boxesFixture.h"
+#include "tests/support/failingProvider.h"
 
 namespace vellums {
 namespace {
@@ -91,6 +92,20 @@ TEST_F(SearchBoxesTest, ASearchIsGivenUpWhenTheUserGoesOnAndComesAgain)
     EXPECT_EQ(notes.shown(), shown);
     EXPECT_TRUE(searched());
     EXPECT_EQ(window.lstHeads.count(), 1);
+}
+
+// A search that may be given up and one that fails are told apart.
+TEST_F(SearchBoxesTest, ASearchThatFailsWhileLettersAreTypedSaysSo)
+{
+    boxes.toggleInstantSearch();
+    tests::FailingProvider provider;
+    provider.refuses = [](std::u16string_view, int) { return true; };
+    notes->provider = &provider;
+    notes.outcome();
+    type(u"plum");
+    searched();
+    EXPECT_EQ(notes.outcome(), u"dbQuery: Refused. (-2147467259)");
+    EXPECT_EQ(window.lstHeads.count(), 3);
 }
 
 TEST_F(SearchBoxesTest, NoLetterAnswersTheQuestionAboutUnsavedText)

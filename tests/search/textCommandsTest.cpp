@@ -134,6 +134,10 @@ TEST_F(TextCommandsTest, WorkOnTheirTarget)
         commands.paste();
         commands.paste();
         EXPECT_EQ(target.text(), u"one twoone two");
+        platform::setClipboardText(u"");
+        target.select({0, 3});
+        commands.paste();
+        EXPECT_EQ(target.text(), u"one twoone two") << "there is nothing to paste";
         commands.clearText();
         EXPECT_EQ(target.text(), u"");
         commands.undo();

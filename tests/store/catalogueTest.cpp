@@ -96,6 +96,7 @@ TEST(CreateDatabase, MakesASnippetTableOnceAndNeverOverAnything)
     tests::TestNotebook notes;
     EXPECT_EQ(dbCreateNew(*notes, u""), u"Memo");
     EXPECT_TRUE(looksLikeAccessFile(notes.folder().file(u"Vellums.mdb")));
+    EXPECT_FALSE(looksLikeAccessFile(notes.folder().file(u"missing.mdb")));
     EXPECT_EQ(dbCreateNew(*notes, u"笔记.accdb"), u"笔记");
     const std::u16string created = connectionStringFor(*notes, u"笔记.accdb");
     EXPECT_TRUE(isSnippetTable(*notes, created, u"笔记"));

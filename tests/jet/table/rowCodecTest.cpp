@@ -115,6 +115,14 @@ TEST(RowCodec, GivesBackWhatWentIn)
     }
 }
 
+// The bits of the mask that belong to no column of the row say nothing.
+TEST(RowCodec, HasOnlyTheColumnsThatItCounts)
+{
+    const Bytes row = hex("0700 FF");
+    EXPECT_TRUE(isPresent(row, column(ColumnType::Text, 6, 0, 0, 510, 0x02)));
+    EXPECT_FALSE(isPresent(row, column(ColumnType::Text, 7, 0, 0, 510, 0x02)));
+}
+
 // Any byte of a row may be wrong: a value, nothing, or the damaged-file error, never a read outside.
 TEST(RowCodec, SurvivesDamagedRows)
 {
