@@ -1,5 +1,7 @@
 // SELECT INTO and DROP TABLE: what they make, what they give back, what they refuse.
+#include "jet/catalogue/catalogue.h"
 #include "jet/database.h"
+#include "jet/file/dataPage.h"
 #include "jet/file/pageFile.h"
 #include "jet/sql/conversion.h"
 #include "platform/files.h"
@@ -96,6 +98,49 @@ protected:
 
 INSTANTIATE_TEST_SUITE_P(BothFormats, TableStatements, testing::Values(FileFormat::Jet4, FileFormat::Ace12),
     [](const auto& which) { return which.param == FileFormat::Jet4 ? "Mdb" : "Accdb"; });
+
+// The bytes of the only row of a table, as they lie in the file.
+Bytes onlyRow(const std::u16string& path, const std::u16string& name)
+{
+    PageFile file(path, OpenMode::Read);
+    const Catalogue catalogue(file);
+    const Table table = catalogue.open(*catalogue.find(name));
+    Bytes bytes;
+    table.forEachRow([&](const Row& row) {
+        const ByteView stored = DataPage(file.read(row.home().page)).bytes(row.home().row);
+        bytes.assign(stored.begin(), stored.end());
+        return true;
+    });
+    return bytes;
+}
+
+TEST_P(TableStatements, AFirstTextColumnGivesOldRowsTheFormOfNewOnes)
+{
+    db_->run(u"CREATE TABLE [Old] (N LONG)");
+    db_->run(u"INSERT INTO [Old] (N) VALUES (7)");
+    db_->run(u"ALTER TABLE [Old] ADD COLUMN T VARCHAR(9)");
+    db_->run(u"CREATE TABLE [New] (N LONG, T VARCHAR(9))");
+    db_->run(u"INSERT INTO [New] (N) VALUES (7)");
+    EXPECT_EQ(onlyRow(path_, u"Old"), onlyRow(path_, u"New"));
+}
+
+// The maps of their pages do not fit on one page.
+TEST_P(TableStatements, AnyNumberOfLongTextColumnsCanBeAdded)
+{
+    db_->run(u"CREATE TABLE [T] (N LONG)");
+    for (int i = 0; i < 40; ++i)
+        db_->run(u"ALTER TABLE [T] ADD COLUMN M" + decimal(i) + u" MEMO");
+    const std::u16string body(3000, u'm');
+    db_->run(u"INSERT INTO [T] (N, M0, M39) VALUES (1, '" + body + u"', '" + body + u"')");
+    EXPECT_EQ(db_->run(u"SELECT M39 FROM [T]").rows, std::vector<std::vector<Value>>{{body}});
+}
+
+TEST_P(TableStatements, APrimaryKeyHoldsNoNull)
+{
+    db_->run(u"CREATE TABLE [T] (K LONG PRIMARY KEY, T VARCHAR(9))");
+    EXPECT_NE(errorOf(*db_, u"INSERT INTO [T] (T) VALUES ('no key')"), "(none)");
+    EXPECT_EQ(db_->run(u"SELECT * FROM [T]").rows.size(), 0u);
+}
 
 TEST_P(TableStatements, AnEmptyCopyTakesRecordsLikeTheFirstTable)
 {

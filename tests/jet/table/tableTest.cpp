@@ -158,6 +158,23 @@ TEST_P(TableTest, ReplacesLongTextsOfEachFormByEachOther)
     }
 }
 
+// The pages of long texts are told from others by their mark, their rows from those that moved or are gone.
+TEST_P(TableTest, ReadsNoLongTextFromWhatIsNone)
+{
+    change([&](Table& table) { table.insert({{kBody, textOfSize(3000, 1)}}); });
+    for (const bool mark : {true, false}) {
+        PageFile file(path, OpenMode::Write); // not committed
+        const Catalogue catalogue(file);
+        const Table table = catalogue.open(*catalogue.find(u"Notes"));
+        for (PageNo page = 0; page < file.pageCount(); ++page) {
+            if (file.read(page)[0] != std::byte{1} || load<std::uint32_t>(file.read(page), 4) != 0x4C41564C)
+                continue;
+            file.write(page)[mark ? 4 : 15] ^= std::byte{0x80}; // the first row's flags
+        }
+        EXPECT_THROW(table.forEachRow([&](const Row& row) { return !isNull(row.value(kBody)); }), Error);
+    }
+}
+
 // What is deleted is used again: filling and emptying a table twice costs the file nothing more.
 TEST_P(TableTest, UsesFreedPagesAgain)
 {
