@@ -202,6 +202,22 @@ TEST_P(TableTest, UsesFreedPagesAgain)
     EXPECT_TRUE(content().empty());
 }
 
+// Other programs choose an index by the number of its different keys.
+TEST_P(TableTest, CountsTheDifferentKeysOfEachIndex)
+{
+    change([&](Table& table) {
+        for (const std::int32_t number : {5, 6, 5})
+            table.insert({{kTitle, std::u16string(u"t")}, {kNumber, number}});
+    });
+    PageFile file(path, OpenMode::Read);
+    const auto page = static_cast<PageNo>(Catalogue(file).find(u"Notes")->id);
+    const TableDefinition definition = readTableDefinition(file, page);
+    std::vector<std::uint32_t> different;
+    for (const std::size_t offset : definition.counterOffsets)
+        different.push_back(load<std::uint32_t>(definition.joined, offset + 4));
+    EXPECT_EQ(different, (std::vector<std::uint32_t>{3, 2, 2}));
+}
+
 // Nothing is written when a value does not fit.
 TEST_P(TableTest, RefusesWhatDoesNotFitBeforeAnythingIsWritten)
 {
@@ -219,8 +235,10 @@ TEST_P(TableTest, RefusesWhatDoesNotFitBeforeAnythingIsWritten)
         refused({{kTitle, 7}}, 3464);
         refused({{kId, 5}}, 3022);
         EXPECT_EQ(table.insert({}), 6) << "an explicit number raises the counter, a refused row does not";
+        table.update(place(table, 6), {{kId, 9}});
+        EXPECT_EQ(table.insert({}), 10) << "nor is a number that was given later used again";
     });
-    EXPECT_EQ(content().size(), 2u);
+    EXPECT_EQ(content().size(), 3u);
 }
 
 TEST_P(TableTest, OldRowsReadNullInAnAppendedColumn)
