@@ -107,7 +107,8 @@ Bytes onlyRow(const std::u16string& path, const std::u16string& name)
     const Table table = catalogue.open(*catalogue.find(name));
     Bytes bytes;
     table.forEachRow([&](const Row& row) {
-        const ByteView stored = DataPage(file.read(row.home().page)).bytes(row.home().row);
+        const DataPage page(file.read(row.home().page));
+        const ByteView stored = page.bytes(row.home().row);
         bytes.assign(stored.begin(), stored.end());
         return true;
     });

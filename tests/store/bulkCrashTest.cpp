@@ -1,5 +1,5 @@
 // The disk stops at every operation of acts on many records, each record a batch of its own.
-#include "jet/file/pageFile.h"
+#include "jet/file/diskFile.h"
 #include "maint/delDupRec.h"
 #include "platform/text.h"
 #include "store/batches.h"
@@ -26,20 +26,25 @@ public:
     explicit StoppingDisk(int operations)
         : left_(operations)
     {
-        jet::PageFile::beforeDiskOperation = [this] {
-            if (left_-- <= 0)
-                throw DiskStopped();
+        jet::DiskFile::beforeOperation = [this](const jet::DiskOperation&) {
+            if (left_-- > 0)
+                return;
+            stopped_ = true;
+            throw DiskStopped();
         };
         Batches::lastsMs = 0;
     }
     ~StoppingDisk()
     {
-        jet::PageFile::beforeDiskOperation = nullptr;
+        jet::DiskFile::beforeOperation = nullptr;
         Batches::lastsMs = lastedMs_;
     }
 
+    bool hasStopped() const { return stopped_; }
+
 private:
     int left_;
+    bool stopped_ = false;
     std::uint64_t lastedMs_ = Batches::lastsMs;
 };
 
@@ -94,13 +99,12 @@ public:
             isSecondPart_ = isSecondPart_ || (!lasting_.empty() && done <= lasting_.back());
             lasting_.push_back(done);
         };
+        const StoppingDisk disk(operations);
         try {
-            const StoppingDisk disk(operations);
             act_.carryOut(*notes_, ids_, user);
-            return true;
-        } catch (const DiskStopped&) {
-            return false;
+        } catch (const DiskStopped&) { // where the engine could not make a report of it
         }
+        return !disk.hasStopped();
     }
 
     // After the file has been opened again: no record is half, none is lost, and what was reported is there.

@@ -167,7 +167,8 @@ TEST_P(TableTest, ReadsNoLongTextFromWhatIsNone)
         const Catalogue catalogue(file);
         const Table table = catalogue.open(*catalogue.find(u"Notes"));
         for (PageNo page = 0; page < file.pageCount(); ++page) {
-            if (file.read(page)[0] != std::byte{1} || load<std::uint32_t>(file.read(page), 4) != 0x4C41564C)
+            const PageView seen = file.read(page);
+            if (seen[0] != std::byte{1} || load<std::uint32_t>(seen, 4) != 0x4C41564C)
                 continue;
             file.write(page)[mark ? 4 : 15] ^= std::byte{0x80}; // the first row's flags
         }
