@@ -375,7 +375,7 @@ private:
         const auto asks = [&](const char16_t* english, const char16_t* chinese) {
             return holds(question, say_(english, chinese));
         };
-        if (button == IDNO && asks(u"Save changes", u"是否保存"))
+        if (button == IDNO && (asks(u"Save changes", u"是否保存") || asks(u"Save a new", u"是否保存")))
             giveUpWhatIsOnlyIn(boxes());
         if (button == IDNO && asks(u"Take it back", u"是否恢复"))
             giveUp(kept_.unsaved());
