@@ -150,6 +150,15 @@ TEST_F(PageFileTest, RefusesWhatItCannotReadAndLeavesItAsItIs)
     const Refusal refusals[] = {
         {"not a database", [](Bytes& b) { b[5] = std::byte{'x'}; }, 3343},
         {"an unknown version", [](Bytes& b) { b[0x14] = std::byte{9}; }, 3343},
+        {"a version that the name does not have", [](Bytes& b) { b[0x14] = std::byte{2}; }, 3343},
+        {"a version after the known ones",
+            [](Bytes& b) {
+                b[13] = std::byte{'A'}; // Standard ACE DB
+                b[14] = std::byte{'C'};
+                b[15] = std::byte{'E'};
+                b[0x14] = std::byte{7};
+            },
+            3343},
         {"the format of Access 97", [](Bytes& b) { b[0x14] = std::byte{0}; }, 3343},
         {"encrypted", [](Bytes& b) { b[0x3E] ^= std::byte{1}; }, 3031},
         {"a password", [](Bytes& b) { b[0x44] ^= std::byte{1}; }, 3031},

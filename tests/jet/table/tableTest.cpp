@@ -219,6 +219,26 @@ TEST_P(TableTest, CountsTheDifferentKeysOfEachIndex)
     EXPECT_EQ(different, (std::vector<std::uint32_t>{3, 2, 2}));
 }
 
+// A column of a type that is only read keeps the whole table from being changed.
+TEST_P(TableTest, ChangesNoTableWithTypesThatAreOnlyRead)
+{
+    for (const unsigned type : {0x00u, 0x0Du, 0x0Eu, 0x11u, 0x12u, 0x14u, 0x20u}) {
+        PageFile file(path, OpenMode::Write); // not committed
+        const Catalogue catalogue(file);
+        const CatalogueEntry notes = *catalogue.find(u"Notes");
+        const TableDefinition definition = readTableDefinition(file, static_cast<PageNo>(notes.id));
+        const std::size_t number = definition.counterOffsets.back() + 12 + kNumber * 25; // its record
+        ASSERT_EQ(file.read(definition.page)[number], std::byte{4});
+        file.write(definition.page)[number] = static_cast<std::byte>(type);
+        try {
+            catalogue.open(notes).requireWritable();
+            ADD_FAILURE() << "accepted: " << type;
+        } catch (const Error& e) {
+            EXPECT_NE(e.description.find(u"type that is only read"), std::u16string::npos) << type;
+        }
+    }
+}
+
 // Nothing is written when a value does not fit.
 TEST_P(TableTest, RefusesWhatDoesNotFitBeforeAnythingIsWritten)
 {
@@ -234,6 +254,7 @@ TEST_P(TableTest, RefusesWhatDoesNotFitBeforeAnythingIsWritten)
         };
         refused({{kTitle, std::u16string(256, u'x')}}, 3163);
         refused({{kTitle, 7}}, 3464);
+        refused({{kBody, Bytes(3)}}, 3464);
         refused({{kId, 5}}, 3022);
         EXPECT_EQ(table.insert({}), 6) << "an explicit number raises the counter, a refused row does not";
         table.update(place(table, 6), {{kId, 9}});
