@@ -78,8 +78,8 @@ bool folderExists(const std::u16string& path); // a folder
 std::optional<std::uint64_t> fileSize(const std::u16string& path);
 // Local time of the last change, as an OLE automation date (days since 1899-12-30).
 std::optional<double> fileModified(const std::u16string& path);
-// False when it could not be removed; a missing file counts as removed.
-bool removeFile(const std::u16string& path);
+// False when it could not be removed, for want of memory too; a missing file counts as removed.
+bool removeFile(const std::u16string& path) noexcept;
 // Copies the bytes into a new file, flushed to the disk. Throws FileError (Exists, too); no unfinished
 // copy is left.
 void copyFile(const std::u16string& from, const std::u16string& to);

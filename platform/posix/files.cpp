@@ -16,6 +16,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <filesystem>
+#include <new>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <system_error>
@@ -251,9 +252,11 @@ std::optional<double> fileModified(const std::u16string& path)
         std::min(local.tm_sec, 59)});
 }
 
-bool removeFile(const std::u16string& path)
-{
+bool removeFile(const std::u16string& path) noexcept
+try {
     return ::unlink(systemPath(path).c_str()) == 0 || errno == ENOENT;
+} catch (const std::bad_alloc&) {
+    return false;
 }
 
 namespace {

@@ -6,6 +6,7 @@
 #include "platform/win32/ownedHandle.h"
 #include "platform/win32/systemPath.h"
 
+#include <new>
 #include <utility>
 
 #include <windows.h>
@@ -194,12 +195,14 @@ std::optional<double> fileModified(const std::u16string& path)
     return oleDate({local.wYear, local.wMonth, local.wDay, local.wHour, local.wMinute, local.wSecond});
 }
 
-bool removeFile(const std::u16string& path)
-{
+bool removeFile(const std::u16string& path) noexcept
+try {
     if (DeleteFileW(systemPath(path).c_str()))
         return true;
     const DWORD code = GetLastError();
     return code == ERROR_FILE_NOT_FOUND || code == ERROR_PATH_NOT_FOUND;
+} catch (const std::bad_alloc&) {
+    return false;
 }
 
 namespace {

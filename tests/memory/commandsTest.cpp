@@ -3,6 +3,7 @@
 #include "app/gate.h"
 #include "app/listCommands.h"
 #include "app/tableCommands.h"
+#include "app/unsavedText.h"
 #include "io/importCommands.h"
 #include "maint/maintenanceCommands.h"
 #include "platform/clipboard.h"
@@ -176,6 +177,18 @@ void leave(Program& p)
     p.records.leaveRecord();
 }
 
+void found(Program& p)
+{
+    p.window.txtInline.type(u"o.e");
+    p.boxes.findNext();
+}
+
+void selected(Program& p)
+{
+    p.type(u"one\r\n\r\n\r\ntwo");
+    p.window.txtShowWrap.selectAll();
+}
+
 void nothing(Program&) { }
 
 const Case kCases[] = {
@@ -265,12 +278,36 @@ const Case kCases[] = {
         },
         [](Program& p) { p.maintenance.removeDuplicates(); }},
     {"find", [](Program& p) { p.window.txtInline.type(u"o.e"); }, [](Program& p) { p.boxes.findNext(); }},
-    {"join lines",
+    {"find previous", [](Program& p) { p.window.txtInline.type(u"o.e"); },
+        [](Program& p) { p.boxes.findPrevious(); }},
+    {"find inline",
         [](Program& p) {
             p.type(u"one\r\ntwo");
             p.window.txtShowWrap.selectAll();
         },
-        [](Program& p) { p.texts.joinLines(); }},
+        [](Program& p) { p.boxes.findInline(); }},
+    {"find escape", found, [](Program& p) { p.boxes.findEscape(); }},
+    {"copy a result", found, [](Program& p) { p.boxes.copyResult(); }},
+    {"copy all results", found, [](Program& p) { p.boxes.copyAllResults(); }},
+    {"new search", typed, [](Program& p) { p.boxes.newSearch(); }, leave},
+    {"cut", selected, [](Program& p) { p.texts.cut(); }},
+    {"copy text", selected, [](Program& p) { p.texts.copy(); }},
+    {"paste", selected, [](Program& p) { p.texts.paste(); }},
+    {"copy all of it", selected, [](Program& p) { p.texts.copyAll(); }},
+    {"clear", selected, [](Program& p) { p.texts.clearText(); }},
+    {"switch case", selected, [](Program& p) { p.texts.switchCase(); }},
+    {"insert title", nothing, [](Program& p) { p.texts.insertTitle(); }},
+    {"join lines", selected, [](Program& p) { p.texts.joinLines(); }},
+    {"compress lines", selected, [](Program& p) { p.texts.compressLines(); }},
+    {"compact", nothing, [](Program& p) { p.maintenance.compactData(); }},
+    {"take back unsaved text",
+        [](Program& p) {
+            p.type(u"cut off by the end of the session");
+            EXPECT_TRUE(keepUnsavedText(*p.notes, p.records.current().unsavedText()));
+            p.records.start();
+            answer(p, Answer::Yes);
+        },
+        [](Program& p) { p.records.offerUnsavedTexts(); }},
     {"clean up", [](Program& p) { p.type(u"  one\r\n\r\n\r\n\r\ntwo "); },
         [](Program& p) { p.texts.trimText(); }},
     {"paste and search",
