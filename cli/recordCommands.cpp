@@ -1,3 +1,6 @@
+// The commands on records. Each opens the file anew and calls the routine that the window calls; what it adds
+// is the form of a command line: texts come in with any line ends, rows go out a line each, and what a
+// routine tells in the status panel becomes the line printed, or the failure.
 #include "cli/recordCommands.h"
 
 #include "cli/output.h"

@@ -1,3 +1,6 @@
+// The panel is a window of its own class around a static label. The label draws the text, the panel answers
+// what colours it draws with, and hears the label's mouse through a subclass, in its own coordinates. Colours
+// are kept as they were set, also as numbers of system colours, and looked up anew when the system's change.
 #include "ui/ucStatus.h"
 
 #include "platform/text.h"

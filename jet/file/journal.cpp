@@ -1,3 +1,8 @@
+// Writing goes through one buffer, flushed when it is large and when a segment is sealed, so a segment costs
+// one sync whatever its size. A running sum goes over everything but the images, which the sums of their
+// sectors cover; a segment whose sum does not fit was cut off by a crash. Reading goes from the first segment
+// on, piece by piece, and ends at the first that is not whole: nothing behind it was ever followed by a
+// write of the database. Each record is seen as long as the callback runs, so memory stays small.
 #include "jet/file/journal.h"
 
 #include <algorithm>

@@ -1,3 +1,7 @@
+// Entries lie one after the other without lengths: a bit mask tells where each ends. All but the first leave
+// out the bytes that every entry of the page begins with. Reading puts them back, so that whoever works with
+// a page sees whole keys; writing finds the longest common beginning anew. Keys must rise from entry to
+// entry; a page where they do not, or whose mask and counts disagree, is damaged.
 #include "jet/index/indexPage.h"
 
 #include <algorithm>

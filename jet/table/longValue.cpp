@@ -1,3 +1,8 @@
+// A row keeps twelve bytes of a long value: its length, and either that the value follows in the row, or the
+// place of a row that is the whole value, or of the first row of a chain. Each row of a chain begins with the
+// place of the next. A chain is followed no further than the length says or the file could hold rows, so a
+// circle ends in an error. Writing places the rows first and links them afterwards, when all places are
+// known.
 #include "jet/table/longValue.h"
 
 #include "jet/table/pageSpace.h"

@@ -1,3 +1,6 @@
+// A scan goes through the table's pages in the order of its usage map and through the rows of each page; the
+// far end of a moved row is passed over, since the row is met at its home. A row is bytes until somebody asks
+// for a column. The pages may be divided among several scans, for as many threads.
 #include "jet/table/table.h"
 
 #include "jet/file/dataPage.h"

@@ -1,3 +1,7 @@
+// A definition may go over several pages, each of which names the next; it is joined without their heads and
+// read from front to back: counts, index counters, columns, names, indexes, maps of long values. What the
+// reader does not know stays in the joined bytes, so that a change (a number patched, a column appended)
+// is made there and written back over the same pages, and everything else stays as another program left it.
 #include "jet/table/tableDefinition.h"
 
 #include "jet/file/usageMap.h"

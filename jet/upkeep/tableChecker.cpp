@@ -1,3 +1,7 @@
+// Everything that belongs to a table is claimed at the ledger, which finds pages with two owners or none.
+// Then the rows: each is decoded, its long values are followed and counted off against the rows of their
+// pages, and moved rows against their far ends. Last the indexes: the keys made from the rows and those in
+// the tree must be the same. A fault ends only the page or index in which it lies, so one run tells of all.
 #include "jet/upkeep/tableChecker.h"
 
 #include "jet/file/dataPage.h"
