@@ -30,18 +30,21 @@ ByteView unwrapCalculated(ByteView bytes)
 }
 
 // What the declared type of a calculated column does not fit is given as it lies.
-Value decodeCalculated(const Column& column, ByteView bytes)
+Value decodeCalculated(const Column& column, ByteView content)
 {
-    const ByteView content = unwrapCalculated(bytes);
-    if (isText(column.type)) {
-        Bytes scratch;
-        return toText(storedText(content, scratch));
-    }
     if (fixedSize(column) == content.size() && column.type != ColumnType::Decimal)
         return decodeValue(column, content);
     if (column.type == ColumnType::Boolean && content.size() == 1)
         return content[0] != std::byte{0};
     return Bytes(content.begin(), content.end());
+}
+
+// `bytes` may lie in `scratch`.
+StoredText textOf(const Column& column, ByteView bytes, Bytes& scratch)
+{
+    if (column.isFixed() && !column.isCalculated())
+        return {false, bytes.first(bytes.size() / 2 * 2)};
+    return storedText(bytes, scratch);
 }
 
 } // namespace
@@ -70,33 +73,32 @@ Value Row::value(std::size_t column) const
     const Column& c = definition_->columns[column];
     if (c.type == ColumnType::Boolean && !c.isCalculated())
         return isPresent(bytes_, c);
-    const std::optional<ByteView> stored = columnBytes(bytes_, c);
-    if (!stored)
-        return Null{};
     Bytes scratch;
-    const bool longValue = isLongValue(c.type);
+    const std::optional<ByteView> bytes = content(column, scratch);
+    if (!bytes)
+        return Null{};
+    if (isText(c.type))
+        return toText(textOf(c, *bytes, scratch));
     if (c.isCalculated())
-        return decodeCalculated(c, longValue ? readLongValue(*file_, *stored, scratch) : *stored);
-    if (c.type == ColumnType::Memo)
-        return toText(text(column, scratch));
-    if (c.type == ColumnType::Ole) {
-        const ByteView content = readLongValue(*file_, *stored, scratch);
-        return Bytes(content.begin(), content.end());
-    }
-    return decodeValue(c, *stored);
+        return decodeCalculated(c, *bytes);
+    return c.type == ColumnType::Ole ? Value(Bytes(bytes->begin(), bytes->end())) : decodeValue(c, *bytes);
 }
 
 StoredText Row::text(std::size_t column, Bytes& scratch) const
 {
+    const std::optional<ByteView> bytes = content(column, scratch);
+    return bytes ? textOf(definition_->columns[column], *bytes, scratch) : StoredText{};
+}
+
+std::optional<ByteView> Row::content(std::size_t column, Bytes& scratch) const
+{
     const Column& c = definition_->columns[column];
-    const std::optional<ByteView> stored = columnBytes(bytes_, c);
-    if (!stored)
-        return {};
-    if (c.isFixed())
-        return {false, stored->first(stored->size() / 2 * 2)};
-    if (c.type != ColumnType::Memo)
-        return storedText(*stored, scratch);
-    return storedText(readLongValue(*file_, *stored, scratch), scratch);
+    std::optional<ByteView> bytes = columnBytes(bytes_, c);
+    if (bytes && isLongValue(c.type))
+        bytes = readLongValue(*file_, *bytes, scratch);
+    if (bytes && c.isCalculated())
+        bytes = unwrapCalculated(*bytes);
+    return bytes;
 }
 
 Table::Table(PageFile& file, PageNo definitionPage, std::u16string name, std::vector<ColumnRule> rules)

@@ -40,6 +40,9 @@ public:
     ByteView bytes() const { return bytes_; }
 
 private:
+    // The value's bytes, of long values and calculated columns too; nullopt for NULL.
+    std::optional<ByteView> content(std::size_t column, Bytes& scratch) const;
+
     const PageFile* file_;
     const TableDefinition* definition_;
     RowRef home_;

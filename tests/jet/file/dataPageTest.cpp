@@ -90,7 +90,9 @@ TEST(DataPage, RefusesRowTablesThatReachOutside)
     EXPECT_THROW(DataPage{damaged(14, 0x0010)}, Error) << "a row inside the row table";
     EXPECT_THROW(DataPage{damaged(16, 0x0FFF)}, Error) << "starts that increase";
     EXPECT_THROW(DataPage{damaged(0, 0x0104)}, Error) << "another kind of page";
-    EXPECT_THROW(DataPage(damaged(12, 2)).row(2), Error) << "a row that is not there";
+    const Bytes two = damaged(12, 2);
+    EXPECT_THROW(DataPage(two).row(2), Error) << "a row that is not there";
+    EXPECT_THROW(DataPage(two).flags(2), Error) << "its flags";
 }
 
 } // namespace

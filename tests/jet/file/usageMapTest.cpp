@@ -110,6 +110,26 @@ TEST_F(UsageMapTest, GivesOutEachPageOnceHoweverLongTheFileGrows)
     EXPECT_GT(free.allocate(), 69999u);
 }
 
+// Maps of other programs may name pages behind the end, and the global map may end before the file does.
+TEST_F(UsageMapTest, KeepsToThePagesThatExistAndToTheMap)
+{
+    open(600);
+    FreePages free(*file);
+    UsageMap map(*file, {kMapPage, 0});
+    map.add(599, free);
+    map.add(600, free);
+    EXPECT_EQ(map.pages(), std::vector<PageNo>{599});
+    EXPECT_EQ(map.highestBelow(1000), 599u);
+
+    const MutableBytes global = file->write(1);
+    replaceRow(global, 0, Bytes(5 + 64), 0); // 512 pages
+    const Bytes before(global.begin(), global.end());
+    free.release(599, 0);
+    const PageView now = file->read(1);
+    EXPECT_TRUE(std::equal(before.begin(), before.end(), now.bytes().begin()));
+    EXPECT_FALSE(free.isFree(599));
+}
+
 TEST_F(UsageMapTest, RefusesRowsThatAreNoMaps)
 {
     open(10);

@@ -2,6 +2,7 @@
 
 #include "jet/catalogue/blankDatabase.h"
 #include "jet/catalogue/catalogue.h"
+#include "jet/table/valueCodec.h"
 #include "jet/upkeep/checker.h"
 #include "tests/support/temporaryFolder.h"
 
@@ -217,6 +218,73 @@ TEST_P(TableTest, CountsTheDifferentKeysOfEachIndex)
     for (const std::size_t offset : definition.counterOffsets)
         different.push_back(load<std::uint32_t>(definition.joined, offset + 4));
     EXPECT_EQ(different, (std::vector<std::uint32_t>{3, 2, 2}));
+}
+
+// What other programs write and this engine does not, made by hand: a calculated text lies behind sixteen
+// bytes and its length, a text may be of fixed length.
+TEST_P(TableTest, ReadsCalculatedAndFixedTexts)
+{
+    change([&](Table& table) {
+        const std::u16string header(8, u'\x4E00');
+        table.insert({{kTitle, header + std::u16string({2, 0, u'\x4E8C', u'x'})}, {kNumber, 0x00420041}});
+        table.insert({{kTitle, std::u16string(u"short")}, {kNumber, 0}});
+    });
+    PageFile file(path, OpenMode::Write); // not committed
+    const Catalogue catalogue(file);
+    const CatalogueEntry notes = *catalogue.find(u"Notes");
+    const TableDefinition definition = catalogue.open(notes).definition();
+    const std::size_t columns = definition.counterOffsets.back() + kIndexCounter;
+    const MutableBytes page = file.write(definition.page);
+    page[columns + kTitle * kColumnRecord + 16] |= std::byte{0xC0};
+    page[columns + kNumber * kColumnRecord] = static_cast<std::byte>(ColumnType::Text);
+    const Table table = catalogue.open(notes);
+    const auto texts = [](const Row& row, std::size_t column) {
+        Bytes scratch;
+        const std::u16string text = toText(row.text(column, scratch));
+        EXPECT_EQ(row.value(column), Value(text));
+        return text;
+    };
+    const Row whole = table.rowAt(place(table, 1));
+    EXPECT_EQ(texts(whole, kTitle), u"\x4E8C");
+    EXPECT_EQ(texts(whole, kNumber), u"AB");
+    EXPECT_EQ(texts(table.rowAt(place(table, 2)), kTitle), u"");
+}
+
+// What the logical index says counts, not only the flags of the tree: a primary key is unique and required, a
+// foreign key with a partner keeps the table from being changed.
+TEST_P(TableTest, ObeysTheRolesOfIndexes)
+{
+    change([&](Table& table) { table.insert({{kTitle, std::u16string(u"t")}, {kNumber, 5}}); });
+    const auto refused = [&](std::uint8_t role, std::int32_t partner, const std::vector<Assignment>& row) {
+        PageFile file(path, OpenMode::Write); // not committed
+        const Catalogue catalogue(file);
+        const CatalogueEntry notes = *catalogue.find(u"Notes");
+        const TableDefinition definition = catalogue.open(notes).definition();
+        std::size_t logical = definition.counterOffsets.back() + kIndexCounter;
+        for (const Column& column : definition.columns)
+            logical += kColumnRecord + 2 + 2 * column.name.size();
+        logical += 52 * definition.physicalIndexes.size();
+        while (load<std::uint32_t>(definition.joined, logical + 8) != 1) // the tree of ByNumber
+            logical += 28;
+        const MutableBytes record = file.write(definition.page).subspan(logical, 28);
+        record[23] = static_cast<std::byte>(role);
+        store<std::int32_t>(record, 13, partner);
+        try {
+            Table table = catalogue.open(notes);
+            table.requireWritable();
+            table.insert(row);
+            return 0;
+        } catch (const Error& e) {
+            return e.native == 0 ? -1 : e.native;
+        }
+    };
+    const std::vector<Assignment> five = {{kNumber, 5}};
+    const std::vector<Assignment> none = {{kTitle, std::u16string(u"u")}};
+    EXPECT_EQ(refused(0, -1, five), 0);
+    EXPECT_EQ(refused(1, -1, five), 3022);
+    EXPECT_EQ(refused(1, -1, none), 3314);
+    EXPECT_EQ(refused(2, -1, five), 0);
+    EXPECT_EQ(refused(2, 0, five), -1);
 }
 
 // A column of a type that is only read keeps the whole table from being changed.
