@@ -102,6 +102,7 @@ TEST_F(UsageMapTest, GivesOutEachPageOnceHoweverLongTheFileGrows)
     EXPECT_FALSE(free.bitmapPages().empty());
     for (const PageNo page : free.bitmapPages())
         EXPECT_FALSE(given.contains(page) || free.isFree(page));
+    EXPECT_EQ(file->pageCount(), 4 + given.size() + free.bitmapPages().size()) << "and leaves out none";
     free.release(5, 0x09);
     free.release(60000, 0x09);
     EXPECT_TRUE(free.isFree(60000));
@@ -128,6 +129,21 @@ TEST_F(UsageMapTest, KeepsToThePagesThatExistAndToTheMap)
     const PageView now = file->read(1);
     EXPECT_TRUE(std::equal(before.begin(), before.end(), now.bytes().begin()));
     EXPECT_FALSE(free.isFree(599));
+}
+
+// The last of a row's seventeen pages holds those of the last two megabytes that a file can have.
+TEST_F(UsageMapTest, ReadsAllPointersOfARow)
+{
+    open(10);
+    Bytes row(69, std::byte{0});
+    row[0] = std::byte{1};
+    store<std::uint32_t>(row, 1 + 4 * 16, 7);
+    replaceRow(file->write(kMapPage), 0, row, 0);
+    EXPECT_EQ(UsageMap(*file, {kMapPage, 0}).bitmapPages(), std::vector<PageNo>{7});
+
+    row.resize(5); // a single pointer
+    replaceRow(file->write(kMapPage), 0, row, 0);
+    EXPECT_FALSE(UsageMap(*file, {kMapPage, 0}).contains(40000));
 }
 
 TEST_F(UsageMapTest, RefusesRowsThatAreNoMaps)
