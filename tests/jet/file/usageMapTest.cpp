@@ -131,6 +131,20 @@ TEST_F(UsageMapTest, KeepsToThePagesThatExistAndToTheMap)
     EXPECT_FALSE(free.isFree(599));
 }
 
+// A full map of which every page counts as used, though the file ends early: when it becomes one of pages,
+// none of them is given out.
+TEST_F(UsageMapTest, KeepsPagesBehindTheEndUsedWhenTheMapChangesItsForm)
+{
+    open(10);
+    const MutableBytes global = file->write(1);
+    deleteRow(global, 1);
+    const auto room = static_cast<std::size_t>(DataPage(ByteView(global)).freeBytes());
+    replaceRow(global, 0, Bytes(69 + room / 4 * 4), 0);
+    FreePages free(*file);
+    EXPECT_GE(free.allocate(), (64 + room / 4 * 4) * 8);
+    EXPECT_FALSE(free.bitmapPages().empty());
+}
+
 // The last of a row's seventeen pages holds those of the last two megabytes that a file can have.
 TEST_F(UsageMapTest, ReadsAllPointersOfARow)
 {
