@@ -2,7 +2,7 @@
 
 #include "benchmarks/turns.h"
 #include "platform/text.h"
-#include "search/regExp.h"
+#include "regexp/regExp.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -8,7 +8,7 @@
 #include "benchmarks/notesFile.h"
 #include "benchmarks/turns.h"
 #include "platform/text.h"
-#include "search/regExp.h"
+#include "regexp/regExp.h"
 
 #include <pcre2.h>
 #include <re2/re2.h>

@@ -4,8 +4,8 @@
 // their lines give, and a pattern finds the same as a part of a larger one.
 #include "fuzz/target.h"
 #include "platform/text.h"
-#include "search/regExp.h"
-#include "tests/search/regExpReference.h"
+#include "regexp/regExp.h"
+#include "tests/regexp/reference.h"
 
 #include <algorithm>
 

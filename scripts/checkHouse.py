@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 """Holds every include against the floors of the house.
 
-A folder includes only what stands below it; jet/ has floors of its own; the leaves include nothing of
-the project but platform/; Windows' headers and _WIN32 stay where they belong. Prints each violation
-and exits with 1. With --self-test it proves that it can fail.
+A folder includes only what stands below it, folders of one floor never each other; rooms of a folder have
+floors of their own, with the folder's own files on top; the leaves include nothing of the project but
+platform/; Windows' headers and _WIN32 stay where they belong. Prints each violation and exits with 1. With --self-test it proves that it can fail.
 """
 import os
 import re
@@ -11,10 +11,14 @@ import subprocess
 import sys
 import tempfile
 
-FLOORS = ["cli", "ui", "io", "maint", "search", "app", "ports", "store", "jet", "platform"]
-JET_FLOORS = ["sql", "upkeep", "catalogue", "table", "index", "file"]
+# From top to bottom; "" is the whole house.
+FLOORS = {
+    "": [["cli", "ui"], ["io"], ["maint"], ["search"], ["app"], ["ports"], ["store"], ["jet", "regexp"], ["platform"]],
+    "jet": [["sql"], ["upkeep"], ["catalogue"], ["table"], ["index"], ["file"]],
+    "regexp": [["match"], ["parse"]],
+}
+FOLDERS = [folder for floor in FLOORS[""] for folder in floor]
 LEAVES = {"io/textCleanup", "io/modTextUTF", "io/clsFolderScan", "maint/clsMD5", "maint/charCleaner"}
-LEAF_PREFIXES = ("search/regExp",)
 WINDOWS_FOLDERS = ("ui/", "platform/win32/", "store/ado/")
 WINDOWS_HEADER = re.compile(
     r"<(windows|windowsx|winuser|winbase|ole2|objbase|oleauto|commctrl|commdlg|shlobj|shellapi|shlwapi|tlhelp32|psapi)\.h>", re.I)
@@ -26,26 +30,37 @@ def stem(path):
 
 
 def is_leaf(path):
-    return stem(path) in LEAVES or path.startswith(LEAF_PREFIXES)
+    return stem(path) in LEAVES
+
+
+def floor_of(path, folder):
+    """The floor of the folder that the path lies on, from 0; -1 for the folder's own files."""
+    part = path[len(folder) + 1 if folder else 0:].split("/")
+    floors = [number for number, rooms in enumerate(FLOORS[folder]) if part[0] in rooms]
+    return (floors[0] if floors else -1), part[0]
+
+
+def goes_up(path, target):
+    """Whether the include leads to what stands above, or beside on the same floor."""
+    for folder in FLOORS:
+        inside = f"{folder}/" if folder else ""
+        if not (path.startswith(inside) and target.startswith(inside)):
+            continue
+        here, there = floor_of(path, folder), floor_of(target, folder)
+        if here[1] != there[1] and there[0] <= here[0] and here[0] != -1:
+            return True
+    return False
 
 
 def fault(path, target):
     """Why `path` may not include `target`; None when it may."""
-    here, there = path.split("/")[0], target.split("/")[0]
-    if there not in FLOORS:
+    there = target.split("/")[0]
+    if there not in FOLDERS:
         return "not written from the root, or no folder of the house"
-    if is_leaf(path) and there != "platform" and stem(path) != stem(target) and not (
-            is_leaf(target) and os.path.dirname(path) == os.path.dirname(target) and path.startswith(LEAF_PREFIXES)):
+    if is_leaf(path) and there != "platform" and stem(path) != stem(target):
         return "a leaf includes nothing of the project but platform/"
-    if {here, there} == {"cli", "ui"}:
-        return "cli/ and ui/ never include each other"
-    upwards = FLOORS.index(there) < FLOORS.index(here)
-    if upwards and not (is_leaf(target) and here != "platform"):
-        return "an include upwards"
-    if here == there == "jet":
-        x, y = path.split("/")[1], target.split("/")[1]
-        if x in JET_FLOORS and (y not in JET_FLOORS or JET_FLOORS.index(y) < JET_FLOORS.index(x)):
-            return "an include upwards inside jet/"
+    if goes_up(path, target) and not (is_leaf(target) and not path.startswith("platform/")):
+        return "an include upwards, or sideways"
     if target.startswith("platform/win32/") and not path.startswith(WINDOWS_FOLDERS):
         return "platform/win32/ is for Windows code only"
     return None
@@ -74,7 +89,7 @@ def circles(includes):
 def check(root, files):
     faults, includes = [], {}
     for path in files:
-        if path.split("/")[0] not in FLOORS or not path.endswith((".h", ".cpp")):
+        if path.split("/")[0] not in FOLDERS or not path.endswith((".h", ".cpp")):
             continue
         with open(os.path.join(root, path), encoding="utf-8") as source:
             lines = source.read().splitlines()
@@ -108,6 +123,8 @@ def self_test():
         "cli/c.h": '#pragma once\n#include "ui/ids.h"\n',
         "jet/file/d.h": '#pragma once\n#include "jet/table/table.h"\n',
         "jet/table/e.h": '#pragma once\n#include "jet/database.h"\n',
+        "jet/sql/m.h": '#pragma once\n#include "regexp/regExp.h"\n',
+        "regexp/parse/n.h": '#pragma once\n#include "regexp/match/walk.h"\n',
         "io/textCleanup.h": '#pragma once\n#include "store/notebook.h"\n',
         "app/f.h": "#pragma once\n#include <windows.h>\n",
         "app/g.cpp": "#ifdef _WIN32\n#endif\n",

@@ -1,7 +1,7 @@
 // Every place in a record's text where a find keyword occurs, as the result list shows them.
 #pragma once
 
-#include "search/regExp.h"
+#include "regexp/regExp.h"
 
 #include <cstddef>
 #include <cstdint>

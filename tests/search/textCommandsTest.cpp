@@ -3,8 +3,8 @@
 #include "app/boxText.h"
 #include "platform/clipboard.h"
 #include "platform/text.h"
+#include "regexp/regExp.h"
 #include "search/patternMenu.h"
-#include "search/regExp.h"
 #include "tests/search/boxesFixture.h"
 
 #include <gmock/gmock.h>

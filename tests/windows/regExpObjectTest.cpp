@@ -4,10 +4,10 @@
 // them: case beyond ASCII, "." at CR and "\s" beyond ASCII, U+0000, Global where a match can be empty (it
 // never ends), look-aheads whose content can be empty, octal escapes, ranges that end in a class escape.
 #include "platform/text.h"
-#include "search/regExp.h"
-#include "search/regExpTree.h"
-#include "tests/search/regExpPatternMaker.h"
-#include "tests/search/regExpReference.h"
+#include "regexp/parse/tree.h"
+#include "regexp/regExp.h"
+#include "tests/regexp/patternMaker.h"
+#include "tests/regexp/reference.h"
 
 #include <gtest/gtest.h>
 
