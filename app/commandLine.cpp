@@ -1,6 +1,7 @@
 #include "app/commandLine.h"
 
-#include "platform/text.h"
+#include "text/letterCase.h"
+#include "text/pieces.h"
 
 namespace vellums {
 namespace {
@@ -11,7 +12,7 @@ constexpr std::u16string_view kLineEnd = u"\r\n";
 
 bool startsWith(std::u16string_view text, std::u16string_view prefix)
 {
-    return platform::lowerCase(text.substr(0, prefix.size())) == prefix;
+    return text::lowerCase(text.substr(0, prefix.size())) == prefix;
 }
 
 // One quote at each end, each only when it is there; double quotes first, then apostrophes.
@@ -40,7 +41,7 @@ std::vector<std::u16string> pathsOf(std::u16string_view text)
             lines += c;
     }
     std::vector<std::u16string> paths;
-    for (const std::u16string& path : platform::split(lines, kLineEnd))
+    for (const std::u16string& path : text::split(lines, kLineEnd))
         if (!path.empty())
             paths.push_back(path);
     return paths;
@@ -50,11 +51,11 @@ std::vector<std::u16string> pathsOf(std::u16string_view text)
 
 Start parseCommandLine(std::u16string_view commandLine)
 {
-    const std::u16string_view text = platform::trimBlanks(commandLine);
+    const std::u16string_view text = text::trimBlanks(commandLine);
     Start start;
     if (startsWith(text, kAdd)) {
         start.add = true;
-        start.addText = withoutQuotes(platform::trimBlanks(text.substr(kAdd.size())));
+        start.addText = withoutQuotes(text::trimBlanks(text.substr(kAdd.size())));
     } else {
         start.paths = pathsOf(startsWith(text, kImport) ? text.substr(kImport.size()) : text);
     }

@@ -5,8 +5,9 @@
 #include "app/currentRecord.h"
 
 #include "platform/clock.h"
-#include "platform/text.h"
 #include "store/sqlText.h"
+#include "text/oleDate.h"
+#include "text/pieces.h"
 
 namespace vellums {
 namespace {
@@ -17,12 +18,8 @@ constexpr std::int32_t kNewRecord = -1;
 
 std::u16string dateText(const std::optional<double>& date)
 {
-    using platform::decimal;
-    const auto time = date ? platform::localTime(*date) : std::nullopt;
-    if (!time)
-        return {};
-    return decimal(time->year, 4) + u"-" + decimal(time->month, 2) + u"-" + decimal(time->day, 2) + u" " +
-        decimal(time->hour, 2) + u":" + decimal(time->minute, 2) + u":" + decimal(time->second, 2);
+    const auto time = date ? text::localTime(*date) : std::nullopt;
+    return time ? text::isoDateTime(*time) : std::u16string();
 }
 
 CurrentRecord::CurrentRecord(Notebook& notebook, MainWindow window)
@@ -118,7 +115,7 @@ CurrentRecord::Saving CurrentRecord::save()
     RecordTexts texts = shown();
     if (record_.id < 0)
         return add(texts) ? Saving::Added : Saving::Failed;
-    const std::u16string heading = platform::replaceAll(texts.title, u"\r\n", u"");
+    const std::u16string heading = text::replaceAll(texts.title, u"\r\n", u"");
     switch (modRecord(origin(), record_.id, texts.title, texts.text, record_.type)) {
     case Saved::Failed:
         return Saving::Failed;
@@ -142,7 +139,7 @@ bool CurrentRecord::add(const RecordTexts& texts)
     record.text = texts.text;
     record.link = record_.link.empty() ? window_.chkSort.caption() : record_.link;
     if (!texts.title.empty())
-        record.title = sqlQuoted(platform::replaceAll(texts.title, u"\r\n", u""));
+        record.title = sqlQuoted(text::replaceAll(texts.title, u"\r\n", u""));
     Notebook there = record_.id < 0 ? notebook_ : origin();
     RecordTexts saved = texts;
     const std::optional<AddedRecord> added = addRecord(there, record);

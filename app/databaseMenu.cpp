@@ -1,10 +1,12 @@
 #include "app/databaseMenu.h"
 
 #include "platform/files.h"
-#include "platform/text.h"
 #include "store/accessFile.h"
 #include "store/catalogue.h"
 #include "store/connectionString.h"
+#include "text/letterCase.h"
+#include "text/path.h"
+#include "text/pieces.h"
 
 namespace vellums {
 namespace {
@@ -14,26 +16,26 @@ constexpr std::u16string_view kBetween = u" - "; // file and table in a caption
 std::u16string pathInDataFolder(const Notebook& notebook, std::u16string_view name)
 {
     std::u16string path = notebook.dbParent;
-    if (path.empty() || platform::lastSeparator(path) != path.size() - 1)
+    if (path.empty() || text::lastSeparator(path) != path.size() - 1)
         path += platform::separator();
     return path.append(name);
 }
 
 std::u16string nameOf(const std::u16string& path)
 {
-    return path.substr(platform::lastSeparator(path) + 1);
+    return path.substr(text::lastSeparator(path) + 1);
 }
 
 // Letter case counts in paths where "/" divides them.
 bool samePath(const std::u16string& a, const std::u16string& b)
 {
-    return platform::separator() == u'/' ? a == b : platform::equalNoCase(a, b);
+    return platform::separator() == u'/' ? a == b : text::equalNoCase(a, b);
 }
 
 bool isOpen(const Notebook& notebook, const std::u16string& path, const std::u16string& table)
 {
     return samePath(connPart(notebook, notebook.dbConn, ConnPart::FullPath), path) &&
-        platform::equalNoCase(notebook.dbTable, table);
+        text::equalNoCase(notebook.dbTable, table);
 }
 
 // A connection string for a file of a foreign extension names the sample file instead, which must not
@@ -66,7 +68,7 @@ void fillMenu(MenuItems& menu, const std::vector<MenuItem>& items)
 void buildDatabaseMenu(const Notebook& notebook, MenuItems& mnu_availdb, Switchable& mnu_switchto)
 {
     std::vector<MenuItem> items;
-    for (const std::u16string& name : platform::split(getDataBaseList(notebook, {}), u"\r\n")) {
+    for (const std::u16string& name : text::split(getDataBaseList(notebook, {}), u"\r\n")) {
         const std::u16string path = pathInDataFolder(notebook, name);
         if (name.empty() || !looksLikeAccessFile(path) || !canBeNamed(notebook, path))
             continue;
@@ -110,7 +112,7 @@ void buildTableMenu(const Notebook& notebook, MenuItems& mnu_avtables, Switchabl
 {
     std::vector<MenuItem> items;
     for (const std::u16string& table : snippetTablesOf(notebook, notebook.dbConn)) {
-        if (platform::equalNoCase(table, notebook.dbTable))
+        if (text::equalNoCase(table, notebook.dbTable))
             continue;
         MenuItem item;
         item.caption = item.tag = table;

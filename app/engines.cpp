@@ -2,7 +2,7 @@
 
 #include "app/settings.h"
 #include "platform/registry.h"
-#include "platform/text.h"
+#include "text/letterCase.h"
 
 namespace vellums {
 namespace {
@@ -21,9 +21,9 @@ std::u16string detectedProviderId(std::u16string_view registeredName)
 EngineChoice chooseEngine(std::u16string_view wish, const std::u16string& detectedId,
     const std::function<bool(const std::u16string&)>& usable)
 {
-    if (platform::equalNoCase(wish, u"embedded"))
+    if (text::equalNoCase(wish, u"embedded"))
         return {};
-    if (platform::equalNoCase(wish, u"ado") || usable(detectedId))
+    if (text::equalNoCase(wish, u"ado") || usable(detectedId))
         return {false, detectedId};
     return {};
 }

@@ -1,7 +1,8 @@
 #include "app/gate.h"
 
 #include "platform/files.h"
-#include "platform/text.h"
+#include "text/decimal.h"
+#include "text/unicode.h"
 
 #include <exception>
 #include <new>
@@ -12,8 +13,8 @@ namespace {
 std::u16string described(const std::exception& failure)
 {
     if (const auto* refused = dynamic_cast<const ProviderError*>(&failure))
-        return refused->description + u" (" + platform::decimal(refused->number) + u")";
-    return platform::fromUtf8(failure.what());
+        return refused->description + u" (" + text::decimal(refused->number) + u")";
+    return text::fromUtf8(failure.what());
 }
 
 } // namespace
@@ -51,7 +52,7 @@ void Gate::carryOut(const Command& command) noexcept
             outcome_.failed(described(failure));
         } catch (const platform::FileError& failure) {
             outcome_.failed(notebook_.say(u"A file could not be read or written", u"文件读写失败") + u" (" +
-                platform::decimal(failure.systemCode) + u")");
+                text::decimal(failure.systemCode) + u")");
         }
         const std::u16string line = std::exchange(outcome_, {}).line(notebook_.chinese);
         if (!line.empty())

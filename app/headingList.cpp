@@ -1,8 +1,8 @@
 #include "app/headingList.h"
 
-#include "platform/text.h"
 #include "store/connectionString.h"
 #include "store/headingQuery.h"
+#include "text/decimal.h"
 
 namespace vellums {
 namespace {
@@ -34,7 +34,7 @@ std::u16string windowCaption(const Notebook& notebook)
 
 std::u16string foundText(const Notebook& notebook, int count)
 {
-    const std::u16string number = platform::decimal(count);
+    const std::u16string number = text::decimal(count);
     const std::u16string place = databaseName(notebook) + u" - " + notebook.dbTable;
     return notebook.say(number + u" record" + (count > 1 ? u"s" : u"") + u" found in " + place + u".",
         u"搜索到 " + number + u" 条记录 (" + place + u")");
@@ -61,7 +61,7 @@ bool dbQuery(const Notebook& notebook, MainWindow& window, const std::u16string&
     } catch (const ProviderError& e) {
         if (e.number == kOperationCanceled && giveUp)
             return false;
-        notebook.status.failed(u"dbQuery: " + e.description + u" (" + platform::decimal(e.number) + u")");
+        notebook.status.failed(u"dbQuery: " + e.description + u" (" + text::decimal(e.number) + u")");
         return false;
     }
 }

@@ -1,15 +1,15 @@
 #include "app/listCommands.h"
 
 #include "app/bulkWork.h"
-#include "platform/text.h"
 #include "store/records.h"
+#include "text/decimal.h"
 
 namespace vellums {
 namespace {
 
 std::u16string counted(std::size_t count)
 {
-    return platform::decimal(static_cast<std::int64_t>(count));
+    return text::decimal(static_cast<std::int64_t>(count));
 }
 
 // "Failed to copy records. <reason>".

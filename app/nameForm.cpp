@@ -1,14 +1,15 @@
 #include "app/nameForm.h"
 
 #include "platform/clock.h"
-#include "platform/text.h"
+#include "text/decimal.h"
+#include "text/oleDate.h"
 
 namespace vellums {
 
 NameForm nameForm(const Notebook& notebook, std::u16string_view marker)
 {
-    using platform::decimal;
-    const platform::LocalTime now = platform::localNow();
+    using text::decimal;
+    const text::LocalTime now = platform::localNow();
     NameForm form;
     if (marker == kDatabaseMarker) {
         form.caption = notebook.say(u"New Database", u"数据库名称");

@@ -4,8 +4,9 @@
 #include "app/clipboardText.h"
 #include "app/headingList.h"
 #include "platform/files.h"
-#include "platform/text.h"
 #include "store/headingQuery.h"
+#include "text/decimal.h"
+#include "text/titles.h"
 
 #include <algorithm>
 
@@ -250,7 +251,7 @@ void RecordCommands::deleteSelected()
     const ChangedRecords deleted = deleteRecords(ids);
     if (deleted.ids.empty())
         return;
-    const std::u16string count = platform::decimal(static_cast<std::int64_t>(deleted.ids.size()));
+    const std::u16string count = text::decimal(static_cast<std::int64_t>(deleted.ids.size()));
     if (takeFromList({deleted.ids.begin(), deleted.ids.end()}, !deleted.whole()) && !deleted.result.failed())
         notebook_.status.done(notebook_.say(count + u" record(s) deleted.", u"已删除 " + count + u" 条记录"));
 }
@@ -311,7 +312,7 @@ void RecordCommands::offerUnsavedTexts()
                 u"This file of unsaved text is damaged: " + file, u"未保存文本的文件已损坏: " + file));
             continue;
         }
-        const std::u16string name = text->title.empty() ? titleOf(text->text) : text->title;
+        const std::u16string name = text->title.empty() ? text::titleOf(text->text) : text->title;
         const Answer answer = window_.dialogs.askYesNoCancel(
             notebook_.say(u"When the last session ended, this text had not been saved:\r\n\r\n" + name +
                     u"\r\n\r\nTake it back? (No: it is given up; Cancel: ask again at the next start.)",

@@ -3,11 +3,11 @@
 #include "app/language.h"
 #include "app/settings.h"
 #include "platform/files.h"
-#include "platform/text.h"
 #include "store/accessFile.h"
 #include "store/catalogue.h"
 #include "store/connectionString.h"
 #include "store/modCreateDB.h"
+#include "text/path.h"
 
 namespace vellums {
 namespace {
@@ -20,7 +20,7 @@ std::u16string preference(const Notebook& notebook, std::u16string_view key, std
 std::u16string inFolder(const std::u16string& folder, std::u16string_view name)
 {
     std::u16string path = folder;
-    if (path.empty() || platform::lastSeparator(path) != path.size() - 1)
+    if (path.empty() || text::lastSeparator(path) != path.size() - 1)
         path += platform::separator();
     return path.append(name);
 }
@@ -28,14 +28,14 @@ std::u16string inFolder(const std::u16string& folder, std::u16string_view name)
 // The folder of a path, its separator included.
 std::u16string folderOf(const std::u16string& path)
 {
-    return path.substr(0, platform::lastSeparator(path) + 1);
+    return path.substr(0, text::lastSeparator(path) + 1);
 }
 
 // The separator at the end goes, but not that of a drive's root.
 std::u16string withoutEnd(std::u16string folder)
 {
     constexpr std::size_t kRootLength = 3;
-    if (folder.size() > kRootLength && platform::lastSeparator(folder) == folder.size() - 1)
+    if (folder.size() > kRootLength && text::lastSeparator(folder) == folder.size() - 1)
         folder.pop_back();
     return folder;
 }

@@ -3,11 +3,13 @@
 #include "app/headingList.h"
 #include "app/settings.h"
 #include "platform/files.h"
-#include "platform/text.h"
 #include "store/catalogue.h"
 #include "store/connectionString.h"
 #include "store/modCreateDB.h"
 #include "store/tableChanges.h"
+#include "text/decimal.h"
+#include "text/letterCase.h"
+#include "text/pieces.h"
 
 #include <algorithm>
 
@@ -20,7 +22,7 @@ constexpr std::u16string_view kNoTable = u"-"; // what stands for a table where 
 
 std::u16string queryError(const ProviderError& error)
 {
-    return u"dbQuery: " + error.description + u" (" + platform::decimal(error.number) + u")";
+    return u"dbQuery: " + error.description + u" (" + text::decimal(error.number) + u")";
 }
 
 // The name of a first start's table, with a number behind it where another table has it already.
@@ -29,9 +31,9 @@ std::u16string freshName(const Notebook& notebook, Connection& connection)
     const std::u16string wish = newTableName(u"", notebook.chinese);
     const std::vector<SchemaTable> tables = connection.tables();
     std::u16string name = wish;
-    const auto taken = [&](const SchemaTable& table) { return platform::equalNoCase(table.name, name); };
+    const auto taken = [&](const SchemaTable& table) { return text::equalNoCase(table.name, name); };
     for (int number = 2; std::any_of(tables.begin(), tables.end(), taken); ++number)
-        name = wish + platform::decimal(number);
+        name = wish + text::decimal(number);
     return name;
 }
 
@@ -111,9 +113,9 @@ void TableCommands::newDatabase()
     std::u16string name = menus_.frmInput.ask(nameForm(notebook_, kDatabaseMarker));
     if (name.empty())
         return;
-    if (const std::u16string trimmed(platform::trimBlanks(name)); !trimmed.empty())
+    if (const std::u16string trimmed(text::trimBlanks(name)); !trimmed.empty())
         name = trimmed;
-    if (!platform::lowerCase(name).ends_with(kExtension))
+    if (!text::lowerCase(name).ends_with(kExtension))
         name += kExtension;
     if (!records_.leaveRecord())
         return;

@@ -5,11 +5,13 @@
 #include "app/unsavedText.h"
 
 #include "app/boxText.h"
-#include "maint/clsMD5.h"
 #include "platform/files.h"
-#include "platform/text.h"
 #include "store/records.h"
 #include "store/sqlText.h"
+#include "text/clsMD5.h"
+#include "text/decimal.h"
+#include "text/pieces.h"
+#include "text/unicode.h"
 
 #include <cstddef>
 #include <span>
@@ -79,7 +81,7 @@ std::string digestOf(std::string_view bytes)
     std::u16string units; // the digest counts the low byte of each
     for (const char byte : bytes)
         units += static_cast<unsigned char>(byte);
-    return platform::toUtf8(maint::clsMD5().MD5(units));
+    return text::toUtf8(text::clsMD5().MD5(units));
 }
 
 std::string packed(const UnsavedText& text)
@@ -97,7 +99,7 @@ std::string packed(const UnsavedText& text)
 std::u16string fileName(const Notebook& notebook, int number)
 {
     const std::u16string own = notebook.settingsFile.substr(0, notebook.settingsFile.rfind(u'.'));
-    return own + (number == 1 ? u"" : u"." + platform::decimal(number)) + u".unsaved";
+    return own + (number == 1 ? u"" : u"." + text::decimal(number)) + u".unsaved";
 }
 
 bool isAsItWas(const SnippetRecord& record, const UnsavedText& text)
@@ -188,7 +190,7 @@ std::optional<TakenBack> takeBack(const Notebook& notebook, const UnsavedText& t
     added.text = text.text;
     added.link = text.link;
     if (!text.title.empty())
-        added.title = sqlQuoted(platform::replaceAll(text.title, u"\r\n", u""));
+        added.title = sqlQuoted(text::replaceAll(text.title, u"\r\n", u""));
     const std::optional<AddedRecord> now = addRecord(notebook, added);
     return now ? std::optional(TakenBack{now->id, true}) : std::nullopt;
 }

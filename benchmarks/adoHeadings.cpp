@@ -7,12 +7,13 @@
 // engine, so what they spend is shown apart: the engine's work, and filling the arrays of GetRows.
 #include "benchmarks/turns.h"
 #include "platform/files.h"
-#include "platform/text.h"
 #include "platform/win32/comObject.h"
 #include "store/ado/adoProvider.h"
 #include "store/embedded/embeddedProvider.h"
 #include "store/headingQuery.h"
 #include "tests/ado/registration.h"
+#include "text/decimal.h"
+#include "text/unicode.h"
 
 #include <cstdio>
 
@@ -43,7 +44,7 @@ double list(const Provider& provider, const std::u16string& connectionString, co
 
 void fill(const EmbeddedProvider& provider, const std::u16string& path)
 {
-    using platform::decimal;
+    using text::decimal;
     provider.createDatabase(path, u"Notes");
     const auto connection = provider.open(u"Data Source=" + path);
     connection->beginBatch();
@@ -91,14 +92,14 @@ int main(int count, char** arguments)
     const platform::ComApartment apartment;
     const tests::ado::InstalledAccess installed;
     const std::u16string path =
-        platform::absolutePath(platform::fromUtf8(count > 1 ? arguments[1] : ".")) + u"\\adoHeadings.mdb";
+        platform::absolutePath(text::fromUtf8(count > 1 ? arguments[1] : ".")) + u"\\adoHeadings.mdb";
     try {
         platform::removeFile(path);
         fill(EmbeddedProvider(), path);
         std::printf("%d of %d headings, medians of %d runs in turns\n", kMaxListed, kNotes, kRuns);
         measure(path);
     } catch (const ProviderError& e) {
-        std::fprintf(stderr, "%s\n", platform::toUtf8(e.description).c_str());
+        std::fprintf(stderr, "%s\n", text::toUtf8(e.description).c_str());
         return 1;
     }
     platform::removeFile(path);

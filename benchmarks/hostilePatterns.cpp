@@ -1,8 +1,8 @@
 #include "benchmarks/hostilePatterns.h"
 
 #include "benchmarks/turns.h"
-#include "platform/text.h"
 #include "regexp/regExp.h"
+#include "text/unicode.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -60,7 +60,7 @@ void measure(std::span<const std::u16string_view> patterns, double bar)
     for (const std::u16string_view pattern : patterns) {
         std::string outcomes;
         const double took = slowest(pattern, outcomes);
-        std::printf("%-34s %8.2f (%3.0f)%s  %s\n", platform::toUtf8(pattern).c_str(), took, bar,
+        std::printf("%-34s %8.2f (%3.0f)%s  %s\n", text::toUtf8(pattern).c_str(), took, bar,
             took < bar ? "" : " MISSED", outcomes.c_str());
         std::fflush(stdout);
     }

@@ -10,7 +10,8 @@
 #include "benchmarks/turns.h"
 #include "jet/database.h"
 #include "platform/files.h"
-#include "platform/text.h"
+#include "text/pieces.h"
+#include "text/unicode.h"
 
 #include <cstdio>
 #include <stdexcept>
@@ -28,7 +29,7 @@ constexpr int kAdds = 41;
 
 std::u16string quoted(const std::u16string& text)
 {
-    return u"'" + platform::replaceAll(text, u"'", u"''") + u"'";
+    return u"'" + text::replaceAll(text, u"'", u"''") + u"'";
 }
 
 void add(jet::Database& database, const Note& note)
@@ -108,7 +109,7 @@ void compareAdd(jet::Database& database, SqliteNotes& sqlite, const std::vector<
 void run(const std::string& notesPath, const std::string& folder)
 {
     const std::vector<Note> notes = benchmarks::readNotes(notesPath);
-    const std::u16string path = platform::fromUtf8(folder + "/notes.accdb");
+    const std::u16string path = text::fromUtf8(folder + "/notes.accdb");
     if (!platform::fileExists(path)) {
         const double time = millisecondsOf([&] { fill(path, notes); });
         std::printf("filling the Access file:  %.1f s\n", time / 1000);
@@ -149,7 +150,7 @@ int main(int count, char** arguments)
         run(arguments[1], arguments[2]);
         return 0;
     } catch (const jet::Error& error) {
-        std::fprintf(stderr, "%s\n", platform::toUtf8(error.description).c_str());
+        std::fprintf(stderr, "%s\n", text::toUtf8(error.description).c_str());
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
     }

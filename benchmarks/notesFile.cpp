@@ -1,7 +1,7 @@
 #include "benchmarks/notesFile.h"
 
-#include "platform/clock.h"
-#include "platform/text.h"
+#include "text/oleDate.h"
+#include "text/unicode.h"
 
 #include <fstream>
 #include <stdexcept>
@@ -13,12 +13,8 @@ namespace {
 // A note every five minutes or so, in no particular order.
 std::u16string dateOf(std::size_t number)
 {
-    using platform::decimal;
     const auto minutes = static_cast<double>(number * 48271 % 600000);
-    const platform::LocalTime t =
-        platform::localTime(43831.0 + minutes / 288).value_or(platform::LocalTime{});
-    return decimal(t.year, 4) + u"-" + decimal(t.month, 2) + u"-" + decimal(t.day, 2) + u" " +
-        decimal(t.hour, 2) + u":" + decimal(t.minute, 2) + u":" + decimal(t.second, 2);
+    return text::isoDateTime(text::localTime(43831.0 + minutes / 288).value_or(text::LocalTime{}));
 }
 
 } // namespace
@@ -35,7 +31,7 @@ std::vector<Note> readNotes(const std::string& path)
         if (mark == std::string::npos)
             continue;
         const std::string_view all(record);
-        notes.push_back({platform::fromUtf8(all.substr(0, mark)), platform::fromUtf8(all.substr(mark + 1)),
+        notes.push_back({text::fromUtf8(all.substr(0, mark)), text::fromUtf8(all.substr(mark + 1)),
             dateOf(notes.size())});
     }
     return notes;

@@ -7,8 +7,8 @@
 #include "benchmarks/hostilePatterns.h"
 #include "benchmarks/notesFile.h"
 #include "benchmarks/turns.h"
-#include "platform/text.h"
 #include "regexp/regExp.h"
+#include "text/unicode.h"
 
 #include <pcre2.h>
 #include <re2/re2.h>
@@ -117,7 +117,7 @@ public:
         RE2::Options options;
         options.set_case_sensitive(false);
         options.set_log_errors(false);
-        std::string source = platform::toUtf8(pattern);
+        std::string source = text::toUtf8(pattern);
         // RE2 writes a unit by its number in another way.
         for (std::size_t at = 0; (at = source.find("\\u", at)) != source.npos; at += 8)
             source = source.substr(0, at) + "\\x{" + source.substr(at + 2, 4) + "}" + source.substr(at + 6);
@@ -179,7 +179,7 @@ void measure(const Question& question, std::u16string_view text, const std::stri
     const double our = times[0];
     const double their = times[1];
     std::printf("%-17s %-34s %6zu %8.2f %8.2f %6.2f (%.1f)%s", question.kind,
-        platform::toUtf8(question.pattern).c_str(), found, our, their, our / their, question.bar,
+        text::toUtf8(question.pattern).c_str(), found, our, their, our / their, question.bar,
         our / their <= question.bar ? "" : " MISSED");
     if (re2.knows())
         std::printf(" %8.2f %6.2f%s", times[2], our / times[2], our <= times[2] ? "" : " MISSED");
@@ -202,7 +202,7 @@ int main(int count, char** arguments)
     }
     try {
         const std::u16string text = realText(arguments[1]);
-        const std::string utf8 = platform::toUtf8(text);
+        const std::string utf8 = text::toUtf8(text);
         std::printf("%zu units\n\n%-17s %-34s %6s %8s %8s %12s %8s %6s\n", text.size(), "kind", "pattern",
             "found", "ms", "PCRE2", "ratio (bar)", "RE2", "ratio");
         for (const Question& question : kQuestions)

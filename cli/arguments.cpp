@@ -1,6 +1,6 @@
 #include "cli/arguments.h"
 
-#include "platform/text.h"
+#include "text/unicode.h"
 
 #include <charconv>
 
@@ -60,7 +60,7 @@ void setValue(Arguments& arguments, const std::u16string& name, const std::u16st
 
 std::optional<std::int32_t> wholeNumber(std::u16string_view text)
 {
-    const std::string digits = platform::toUtf8(text);
+    const std::string digits = text::toUtf8(text);
     std::int32_t number = 0;
     const char* const end = digits.data() + digits.size();
     const auto [stop, code] = std::from_chars(digits.data(), end, number);

@@ -3,9 +3,11 @@
 #include "cli/output.h"
 #include "cli/session.h"
 #include "platform/files.h"
-#include "platform/text.h"
 #include "store/catalogue.h"
 #include "store/modCreateDB.h"
+#include "text/decimal.h"
+#include "text/path.h"
+#include "text/pieces.h"
 
 namespace vellums::cli {
 namespace {
@@ -22,7 +24,7 @@ bool isSnippetTableOf(Connection& connection, const std::u16string& table)
 void printResult(const jet::Result& result)
 {
     if (!result.hasRows) {
-        printLine(platform::decimal(result.changedRows));
+        printLine(text::decimal(result.changedRows));
         return;
     }
     printFields(result.columns);
@@ -34,10 +36,10 @@ void printResult(const jet::Result& result)
 std::vector<std::u16string> statementsFromInput()
 {
     std::vector<std::u16string> statements;
-    for (std::u16string& line : platform::split(readInput(), u"\n")) {
+    for (std::u16string& line : text::split(readInput(), u"\n")) {
         if (!line.empty() && line.back() == u'\r')
             line.pop_back();
-        if (!platform::trimBlanks(line).empty())
+        if (!text::trimBlanks(line).empty())
             statements.push_back(unescaped(line));
     }
     return statements;
@@ -50,7 +52,7 @@ void runCreate(const Arguments& arguments)
     const std::u16string& file = arguments.values[0];
     Session session(file);
     const std::u16string path = platform::absolutePath(file);
-    const std::u16string name = path.substr(platform::lastSeparator(path) + 1);
+    const std::u16string name = path.substr(text::lastSeparator(path) + 1);
     const std::u16string table = arguments.table.value_or(newTableName(name, false));
     session.notebook().provider->createDatabase(path, table);
 }
@@ -91,7 +93,7 @@ void runCheck(const Arguments& arguments)
     for (const std::u16string& fault : faults)
         printFields({fault});
     if (!faults.empty())
-        throw Failure{platform::decimal(static_cast<std::int64_t>(faults.size())) +
+        throw Failure{text::decimal(static_cast<std::int64_t>(faults.size())) +
             (faults.size() == 1 ? u" fault found." : u" faults found.")};
 }
 

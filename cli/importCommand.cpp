@@ -5,7 +5,7 @@
 #include "cli/terminalProgress.h"
 #include "io/fileImport.h"
 #include "platform/files.h"
-#include "platform/text.h"
+#include "text/decimal.h"
 
 #include <utility>
 
@@ -40,7 +40,7 @@ private:
     void added(const AddedRecord& record, const std::u16string& path)
     {
         ++count_;
-        waiting_ += platform::decimal(record.id) + u"\t" + escaped(path) + u"\n";
+        waiting_ += text::decimal(record.id) + u"\t" + escaped(path) + u"\n";
         progress_.step(count_, 0);
     }
 

@@ -5,7 +5,7 @@
 #include "cli/session.h"
 #include "platform/codePage.h"
 #include "platform/entryPoint.h"
-#include "platform/text.h"
+#include "text/decimal.h"
 
 #include <new>
 
@@ -20,7 +20,7 @@ void chooseCodePage(const Arguments& arguments)
 {
     if (arguments.codePage && *arguments.codePage != platform::ansiCodePage() &&
         !platform::setAnsiCodePage(*arguments.codePage))
-        throw UsageError{u"Code page " + platform::decimal(*arguments.codePage) + u" is not at hand."};
+        throw UsageError{u"Code page " + text::decimal(*arguments.codePage) + u" is not at hand."};
 }
 
 const Command& commandOf(const Arguments& arguments)
@@ -96,7 +96,7 @@ int programMain(const std::vector<std::u16string>& arguments, const std::u16stri
     } catch (const cli::Failure& e) {
         return cli::failed(e.sentence);
     } catch (const ProviderError& e) {
-        return cli::failed(e.description + u" (" + platform::decimal(e.number) + u")");
+        return cli::failed(e.description + u" (" + text::decimal(e.number) + u")");
     } catch (const std::bad_alloc&) {
         return cli::failed(u"There is not enough memory.");
     }

@@ -1,7 +1,8 @@
 #include "cli/output.h"
 
-#include "platform/clock.h"
-#include "platform/text.h"
+#include "text/decimal.h"
+#include "text/oleDate.h"
+#include "text/unicode.h"
 
 #include <array>
 #include <charconv>
@@ -11,7 +12,7 @@
 namespace vellums::cli {
 namespace {
 
-using platform::decimal;
+using text::decimal;
 
 std::u16string wide(std::string_view ascii)
 {
@@ -77,11 +78,8 @@ std::u16string decimalText(jet::Decimal value)
 
 std::u16string dateText(jet::Date date)
 {
-    const auto time = platform::localTime(date.days);
-    if (!time)
-        return shortest(date.days);
-    return decimal(time->year, 4) + u"-" + decimal(time->month, 2) + u"-" + decimal(time->day, 2) + u" " +
-        decimal(time->hour, 2) + u":" + decimal(time->minute, 2) + u":" + decimal(time->second, 2);
+    const auto time = text::localTime(date.days);
+    return time ? text::isoDateTime(*time) : shortest(date.days);
 }
 
 // The first three groups are stored as numbers, low byte first.
@@ -165,7 +163,7 @@ std::u16string fieldText(const Value& value)
 
 void print(std::u16string_view text)
 {
-    const std::string bytes = platform::toUtf8(text);
+    const std::string bytes = text::toUtf8(text);
     std::fwrite(bytes.data(), 1, bytes.size(), stdout);
 }
 
@@ -199,7 +197,7 @@ bool flush()
 void complain(std::u16string_view sentence)
 {
     std::fflush(stdout);
-    const std::string bytes = platform::toUtf8(sentence) + "\n";
+    const std::string bytes = text::toUtf8(sentence) + "\n";
     std::fwrite(bytes.data(), 1, bytes.size(), stderr);
 }
 
@@ -210,7 +208,7 @@ std::u16string readInput()
     while (const std::size_t read = std::fread(piece.data(), 1, piece.size(), stdin))
         bytes.append(piece.data(), read);
     constexpr std::string_view kMark = "\xEF\xBB\xBF";
-    return platform::fromUtf8(
+    return text::fromUtf8(
         bytes.starts_with(kMark) ? std::string_view(bytes).substr(kMark.size()) : std::string_view(bytes));
 }
 

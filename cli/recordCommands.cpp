@@ -7,22 +7,23 @@
 #include "cli/session.h"
 #include "cli/terminalProgress.h"
 #include "io/modTextUTF.h"
-#include "maint/clsMD5.h"
 #include "maint/delDupRec.h"
 #include "platform/sharedFile.h"
-#include "platform/text.h"
 #include "search/occurrences.h"
 #include "store/catalogue.h"
 #include "store/headingQuery.h"
 #include "store/records.h"
 #include "store/sqlText.h"
+#include "text/clsMD5.h"
+#include "text/decimal.h"
+#include "text/pieces.h"
 
 #include <algorithm>
 
 namespace vellums::cli {
 namespace {
 
-using platform::replaceAll;
+using text::replaceAll;
 
 // Any line end as CR LF, as the texts of records have it.
 std::u16string withLineEnds(std::u16string_view text)
@@ -76,7 +77,7 @@ void runAdd(const Arguments& arguments)
     const auto added = addRecord(session.notebook(), record);
     if (!added)
         session.fail();
-    printLine(platform::decimal(added->id));
+    printLine(text::decimal(added->id));
 }
 
 void runSearch(const Arguments& arguments)
@@ -106,10 +107,10 @@ void runShow(const Arguments& arguments)
     const auto connection = session.open();
     const auto result = asProvider([&] {
         return connection->database().run(
-            u"SELECT * FROM [" + session.notebook().dbTable + u"] WHERE ID=" + platform::decimal(*id));
+            u"SELECT * FROM [" + session.notebook().dbTable + u"] WHERE ID=" + text::decimal(*id));
     });
     if (result.rows.empty())
-        throw Failure{u"There is no record with the ID " + platform::decimal(*id) + u"."};
+        throw Failure{u"There is no record with the ID " + text::decimal(*id) + u"."};
     printFields(result.columns);
     printRow(result.rows[0]);
 }
@@ -132,7 +133,7 @@ void runDedupe(const Arguments& arguments)
 
 void runDigest(const Arguments& arguments)
 {
-    printLine(maint::clsMD5().MD5(readText(arguments.values[0])));
+    printLine(text::clsMD5().MD5(readText(arguments.values[0])));
 }
 
 void runFind(const Arguments& arguments)
@@ -142,17 +143,17 @@ void runFind(const Arguments& arguments)
     const Occurrences found = findOccurrences(readText(arguments.values[0]), arguments.values[1]);
     const std::u16string reason = !found.ending
         ? u""
-        : found.ending->description + u" (" + platform::decimal(found.ending->number) + u")" +
+        : found.ending->description + u" (" + text::decimal(found.ending->number) + u")" +
             (!found.ending->position ? u""
                                      : u" at character " +
-                        platform::decimal(static_cast<std::int64_t>(*found.ending->position) + 1) +
+                        text::decimal(static_cast<std::int64_t>(*found.ending->position) + 1) +
                         u" of the pattern");
     if (found.ending &&
         (found.ending->number >= kFirstOfBadPatterns || found.ending->number == kNestedTooDeeply))
         throw Failure{reason};
     printFields({u"position", u"match"});
     for (const Occurrence& occurrence : found.list)
-        printFields({platform::decimal(occurrence.position), occurrence.text});
+        printFields({text::decimal(occurrence.position), occurrence.text});
     if (found.ending)
         complain(u"vellums-cli: The list ends early: " + reason);
 }

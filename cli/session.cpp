@@ -5,6 +5,7 @@
 #include "platform/programPath.h"
 #include "store/catalogue.h"
 #include "store/embedded/embeddedProvider.h"
+#include "text/path.h"
 
 namespace vellums::cli {
 namespace {
@@ -30,7 +31,7 @@ Session::Session(const std::u16string& file)
     notebook_.settingsFile = own + u".ini";
     notebook_.logFile = own + u".log";
     notebook_.provider = &provider_;
-    notebook_.dbParent = file_.substr(0, platform::lastSeparator(file_));
+    notebook_.dbParent = file_.substr(0, text::lastSeparator(file_));
     notebook_.dbConn = u"Data Source=" + file_;
 }
 

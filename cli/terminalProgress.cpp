@@ -1,7 +1,7 @@
 #include "cli/terminalProgress.h"
 
 #include "platform/clock.h"
-#include "platform/text.h"
+#include "text/unicode.h"
 
 #include <cstdio>
 #include <utility>
@@ -10,7 +10,7 @@ namespace vellums::cli {
 
 void TerminalProgress::begin(std::u16string_view what)
 {
-    what_ = platform::toUtf8(what);
+    what_ = text::toUtf8(what);
     shownMs_ = platform::steadyMs();
 }
 
@@ -39,7 +39,7 @@ BulkUser TerminalProgress::bulkUser(bool safetyCopy, std::u16string_view what)
 {
     BulkUser user;
     user.safetyCopy = safetyCopy;
-    user.goesOn = [this, name = platform::toUtf8(what)](std::size_t done, std::size_t total) {
+    user.goesOn = [this, name = text::toUtf8(what)](std::size_t done, std::size_t total) {
         what_ = name;
         return step(done, total);
     };

@@ -3,9 +3,9 @@
 // pattern or gives matches in order; short ones are those of the reference matcher, whole texts give what
 // their lines give, and a pattern finds the same as a part of a larger one.
 #include "fuzz/target.h"
-#include "platform/text.h"
 #include "regexp/regExp.h"
 #include "tests/regexp/reference.h"
+#include "text/unicode.h"
 
 #include <algorithm>
 
@@ -19,7 +19,7 @@ std::string seed(unsigned flags, const std::string& pattern, const std::string& 
 
 std::u16string decoded(std::string_view bytes)
 {
-    std::u16string text = platform::fromUtf8(bytes);
+    std::u16string text = text::fromUtf8(bytes);
     for (char16_t& unit : text)
         if (unit >= 0xE000 && unit < 0xE800)
             unit = static_cast<char16_t>(unit - 0x800);

@@ -3,7 +3,7 @@
 #include "fuzz/target.h"
 #include "jet/database.h"
 #include "platform/files.h"
-#include "platform/text.h"
+#include "text/unicode.h"
 
 namespace vellums::fuzz {
 namespace {
@@ -48,7 +48,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     jet::Database database(path);
     database.beginBatch(); // given up at the end
     try {
-        database.run(platform::fromUtf8({reinterpret_cast<const char*>(data), size}));
+        database.run(text::fromUtf8({reinterpret_cast<const char*>(data), size}));
     } catch (const jet::Error&) { // refused
     }
     return 0;

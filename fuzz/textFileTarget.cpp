@@ -1,7 +1,7 @@
 // The bytes of a text file, read in every encoding; a Unicode text comes back when it is written again.
 #include "fuzz/target.h"
 #include "io/modTextUTF.h"
-#include "io/textCleanup.h"
+#include "text/textCleanup.h"
 
 namespace vellums::fuzz {
 
@@ -28,7 +28,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (std::int32_t code = -2; code <= 6; ++code) {
         Encoding encoding = static_cast<Encoding>(code);
         const std::u16string text = io::readTextFile(path, encoding);
-        io::cleanBody(text);
+        text::cleanBody(text);
         Encoding out = Encoding::Utf16Le;
         fuzz::require(io::writeTextFile(copy, text, out, {.writeMark = true}), "a text is not written");
         if (text.empty() || text[0] == 0)

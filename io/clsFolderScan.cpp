@@ -2,14 +2,15 @@
 
 #include "platform/events.h"
 #include "platform/files.h"
-#include "platform/text.h"
+#include "text/path.h"
+#include "text/pieces.h"
 
 namespace vellums::io {
 
 void clsFolderScan::ScanFolder(std::u16string_view folderPath)
 {
     root_ = folderPath;
-    if (root_.empty() || platform::lastSeparator(root_) != root_.size() - 1)
+    if (root_.empty() || text::lastSeparator(root_) != root_.size() - 1)
         root_ += platform::separator();
     folders_.clear();
     files_.clear();
@@ -76,7 +77,7 @@ void clsFolderScan::report(const Entry& entry) const
 // Every occurrence of the root is taken out, also one further inside.
 std::u16string clsFolderScan::relative(std::u16string_view path) const
 {
-    return platform::replaceAll(path, root_, u"");
+    return text::replaceAll(path, root_, u"");
 }
 
 } // namespace vellums::io

@@ -6,14 +6,17 @@
 #include "io/clsFolderScan.h"
 #include "io/importLog.h"
 #include "io/modTextUTF.h"
-#include "io/textCleanup.h"
 #include "maint/charCleaner.h"
 #include "maint/delDupRec.h"
 #include "platform/files.h"
 #include "platform/sharedFile.h"
-#include "platform/text.h"
 #include "store/batches.h"
 #include "store/fileReason.h"
+#include "text/decimal.h"
+#include "text/letterCase.h"
+#include "text/path.h"
+#include "text/pieces.h"
+#include "text/titles.h"
 
 #include <cstdio>
 #include <new>
@@ -76,12 +79,12 @@ bool concernsOneRecord(const ProviderError& error)
 
 FileKind fileKind(std::u16string_view path)
 {
-    const std::size_t folder = platform::lastSeparator(path);
+    const std::size_t folder = text::lastSeparator(path);
     const std::u16string_view name = folder == std::u16string_view::npos ? path : path.substr(folder + 1);
     const std::size_t dot = name.rfind(u'.');
     if (dot == std::u16string_view::npos || dot == 0)
         return FileKind::Other;
-    const std::u16string extension = platform::lowerCase(name.substr(dot + 1));
+    const std::u16string extension = text::lowerCase(name.substr(dot + 1));
     if (extension.empty() || extension.find(u',') != std::u16string::npos)
         return FileKind::Other;
     const std::u16string entry = u"," + extension + u",";
@@ -94,7 +97,7 @@ FileKind fileKind(std::u16string_view path)
 
 std::u16string importedText(std::u16string_view text)
 {
-    return withoutEmptyLineRuns(maint::cleanCharacters(platform::trimBlanks(text)));
+    return withoutEmptyLineRuns(maint::cleanCharacters(text::trimBlanks(text)));
 }
 
 FileImport::FileImport(const Notebook& notebook, Dialogs* dialogs, ImportEvents events)
@@ -162,8 +165,8 @@ void FileImport::tellCount() const
 {
     if (duplicatesTold_ || taken_ + notTaken_ == 0)
         return;
-    const std::u16string made = platform::decimal(static_cast<std::int64_t>(taken_));
-    const std::u16string left = platform::decimal(static_cast<std::int64_t>(notTaken_));
+    const std::u16string made = text::decimal(static_cast<std::int64_t>(taken_));
+    const std::u16string left = text::decimal(static_cast<std::int64_t>(notTaken_));
     if (notTaken_ == 0)
         notebook_.status.done(
             notebook_.say(made + (taken_ == 1 ? u" record imported." : u" records imported."),
@@ -207,7 +210,7 @@ void FileImport::addTextFile(
         return;
     }
     record.text = importedText(read.text);
-    record.title = titleFromPath(path);
+    record.title = text::titleFromPath(path);
     record.link = path;
     try {
         const AddedRecord added = addRecord(connection, notebook_.dbTable, record);

@@ -2,23 +2,17 @@
 
 #include "io/modTextUTF.h"
 #include "platform/clock.h"
-#include "platform/text.h"
+#include "text/oleDate.h"
 
 namespace vellums::io {
 
 void appendLog(const std::u16string& logFile, const std::u16string& message)
 {
-    using platform::decimal;
     if (logFile.empty())
         return;
-    const platform::LocalTime now = platform::localNow();
-    const std::u16string date =
-        decimal(now.year, 4) + u"-" + decimal(now.month, 2) + u"-" + decimal(now.day, 2);
-    const std::u16string time =
-        decimal(now.hour, 2) + u":" + decimal(now.minute, 2) + u":" + decimal(now.second, 2);
+    const std::u16string line = text::isoDateTime(platform::localNow()) + u"\t" + message + u"\r\n";
     Encoding encoding = Encoding::Detect;
-    writeTextFile(
-        logFile, date + u" " + time + u"\t" + message + u"\r\n", encoding, {true, Encoding::Ansi, false});
+    writeTextFile(logFile, line, encoding, {true, Encoding::Ansi, false});
 }
 
 } // namespace vellums::io

@@ -2,7 +2,7 @@
 
 #include "platform/codePage.h"
 #include "platform/sharedFile.h"
-#include "platform/text.h"
+#include "text/unicode.h"
 
 #include <array>
 #include <new>
@@ -66,7 +66,7 @@ std::u16string decoded(std::string_view bytes, Encoding encoding)
     case Encoding::Ansi:
         return platform::fromAnsi(bytes);
     case Encoding::Utf8:
-        return platform::fromUtf8(bytes);
+        return text::fromUtf8(bytes);
     case Encoding::Utf16Le:
     case Encoding::Utf16Be:
         return fromUnits(bytes, encoding == Encoding::Utf16Be);
@@ -82,7 +82,7 @@ std::string encoded(std::u16string_view text, Encoding encoding)
     case Encoding::Ansi:
         return platform::toAnsi(text);
     case Encoding::Utf8:
-        return platform::toUtf8(text);
+        return text::toUtf8(text);
     case Encoding::Utf16Le:
     case Encoding::Utf16Be:
         return toUnits(text, encoding == Encoding::Utf16Be);

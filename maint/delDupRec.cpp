@@ -1,7 +1,7 @@
 #include "maint/delDupRec.h"
 
-#include "platform/text.h"
 #include "store/records.h"
+#include "text/decimal.h"
 
 #include <cstdio>
 #include <vector>
@@ -9,7 +9,7 @@
 namespace vellums::maint {
 namespace {
 
-using platform::decimal;
+using text::decimal;
 
 struct Found {
     std::vector<std::int32_t> ids; // to be deleted

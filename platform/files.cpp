@@ -1,6 +1,7 @@
 #include "platform/files.h"
 
-#include "platform/text.h"
+#include "text/decimal.h"
+#include "text/path.h"
 
 #include <vector>
 
@@ -56,7 +57,7 @@ std::u16string unusedPath(std::u16string_view start, std::u16string_view ending)
 {
     std::u16string path = std::u16string(start).append(ending);
     for (int number = 2; fileExists(path) || folderExists(path); ++number)
-        path = std::u16string(start) + u" " + decimal(number) + std::u16string(ending);
+        path = std::u16string(start) + u" " + text::decimal(number) + std::u16string(ending);
     return path;
 }
 
@@ -64,7 +65,7 @@ bool makeFolders(const std::u16string& path)
 {
     if (folderExists(path) || makeFolder(path))
         return true;
-    const std::size_t cut = lastSeparator(path);
+    const std::size_t cut = text::lastSeparator(path);
     if (cut == std::u16string::npos || cut == 0 || !makeFolders(path.substr(0, cut)))
         return false;
     return makeFolder(path) || folderExists(path);

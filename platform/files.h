@@ -110,8 +110,7 @@ bool matchesDatabasePattern(std::u16string_view name);
 // The full path that a path means from the current folder, without "." and ".." in it.
 std::u16string absolutePath(const std::u16string& path);
 
-// The last separator of a path or npos; the system's own separator ("\" on Windows, "/" elsewhere).
-std::size_t lastSeparator(std::u16string_view path);
+// What stands between the parts of a path: "\" on Windows, "/" elsewhere.
 char16_t separator();
 
 } // namespace vellums::platform

@@ -1,13 +1,14 @@
 #include "platform/programPath.h"
 
 #include "platform/files.h"
+#include "text/path.h"
 
 namespace vellums::platform {
 
 std::u16string programFolder()
 {
     const std::u16string file = programFile();
-    const std::size_t cut = lastSeparator(file);
+    const std::size_t cut = text::lastSeparator(file);
     if (cut == std::u16string::npos)
         return u".";
     const bool root = cut == 0 || (cut == 2 && file[1] == u':');
@@ -17,7 +18,7 @@ std::u16string programFolder()
 std::u16string programName()
 {
     const std::u16string file = programFile();
-    const std::size_t cut = lastSeparator(file);
+    const std::size_t cut = text::lastSeparator(file);
     const std::u16string name = cut == std::u16string::npos ? file : file.substr(cut + 1);
     const std::size_t dot = name.rfind(u'.');
     return dot == std::u16string::npos || dot == 0 ? name : name.substr(0, dot);

@@ -2,15 +2,15 @@
 
 #include "app/boxText.h"
 #include "platform/clipboard.h"
-#include "platform/text.h"
 #include "search/inlineSearch.h"
+#include "text/pieces.h"
 
 namespace vellums {
 namespace {
 
 std::u16string trimmed(const std::u16string& text)
 {
-    return std::u16string(platform::trimBlanks(text));
+    return std::u16string(text::trimBlanks(text));
 }
 
 // What the user probably wants to look for: the selected text, else the search words, else the clipboard.
@@ -24,7 +24,7 @@ std::u16string suggestedKeyword(const MainWindow& window)
         keyword = platform::clipboardText().text;
     keyword.resize(firstLine(keyword).size());
     if (keyword.find(u' ') != std::u16string::npos)
-        keyword = platform::replaceAll(trimmed(keyword), u" ", u".*");
+        keyword = text::replaceAll(trimmed(keyword), u" ", u".*");
     return keyword;
 }
 

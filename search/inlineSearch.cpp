@@ -1,8 +1,8 @@
 #include "search/inlineSearch.h"
 
 #include "app/clipboardText.h"
-#include "platform/text.h"
 #include "search/occurrences.h"
+#include "text/decimal.h"
 
 namespace vellums {
 namespace {
@@ -14,7 +14,7 @@ std::vector<ListEntry> entriesOf(const Occurrences& found)
     std::vector<ListEntry> entries;
     entries.reserve(found.list.size());
     for (const Occurrence& occurrence : found.list) {
-        std::u16string text = platform::decimal(occurrence.position);
+        std::u16string text = text::decimal(occurrence.position);
         text += kMark;
         text += occurrence.text;
         entries.push_back({std::move(text), occurrence.position});
@@ -30,7 +30,7 @@ std::u16string matchedText(const std::u16string& entry)
 
 std::u16string summary(const Notebook& notebook, int count)
 {
-    const std::u16string number = platform::decimal(count);
+    const std::u16string number = text::decimal(count);
     return notebook.say(number + u" match" + (count > 1 ? u"es" : u"") + u" found.",
         u"关键字查找共 " + number + u" 处匹配。");
 }
@@ -59,7 +59,7 @@ std::u16string explanation(const Notebook& notebook, const Occurrences::Ending& 
         if (reason.number == ending.number)
             text = notebook.say(reason.english, reason.chinese);
     if (ending.position) {
-        const std::u16string place = platform::decimal(static_cast<std::int64_t>(*ending.position) + 1);
+        const std::u16string place = text::decimal(static_cast<std::int64_t>(*ending.position) + 1);
         text += notebook.say(u" (character " + place + u")", u" (第 " + place + u" 个字符)");
     }
     return text + notebook.say(u".", u"。");

@@ -1,7 +1,7 @@
 #include "search/searchFields.h"
 
-#include "platform/text.h"
 #include "store/catalogue.h"
+#include "text/decimal.h"
 
 #include <algorithm>
 
@@ -82,7 +82,7 @@ bool rebuildSearchFields(const Notebook& notebook, MainWindow& window)
             setFields(notebook, window, columnsOf(*connection, notebook.dbTable));
         return true;
     } catch (const ProviderError& e) {
-        notebook.status.failed(e.description + u" (" + platform::decimal(e.number) + u")");
+        notebook.status.failed(e.description + u" (" + text::decimal(e.number) + u")");
         return false;
     }
 }

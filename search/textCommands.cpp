@@ -2,10 +2,12 @@
 
 #include "app/boxText.h"
 #include "app/clipboardText.h"
-#include "io/textCleanup.h"
 #include "platform/clock.h"
-#include "platform/letterCase.h"
-#include "platform/text.h"
+#include "text/decimal.h"
+#include "text/letterCase.h"
+#include "text/oleDate.h"
+#include "text/pieces.h"
+#include "text/textCleanup.h"
 
 namespace vellums {
 namespace {
@@ -46,10 +48,10 @@ std::u16string compressed(std::u16string_view lines)
 
 std::u16string dateStamp()
 {
-    using platform::decimal;
-    const platform::LocalTime now = platform::localNow();
+    using text::decimal;
+    const text::LocalTime now = platform::localNow();
     return decimal(now.year, 4) + u"-" + decimal(now.month) + u"-" + decimal(now.day) + u" " +
-        decimal(now.hour, 2) + u":" + decimal(now.minute, 2) + u":" + decimal(now.second, 2);
+        text::isoTime(now);
 }
 
 } // namespace
@@ -183,7 +185,7 @@ void TextCommands::switchCase()
     const bool toSmall = !mnu_switchCase_.checked();
     mnu_switchCase_.setChecked(toSmall);
     const auto switched = [toSmall](const std::u16string& text) {
-        return toSmall ? platform::toSmallLetters(text) : platform::toCapitals(text);
+        return toSmall ? text::lowerCase(text) : text::upperCase(text);
     };
     if (box.selection().empty())
         box.setText(switched(box.text()));
@@ -194,13 +196,13 @@ void TextCommands::switchCase()
 
 void TextCommands::trimText()
 {
-    window_.txtTarget().setText(io::cleanBody(window_.txtTarget().text()));
+    window_.txtTarget().setText(text::cleanBody(window_.txtTarget().text()));
 }
 
 void TextCommands::insertPattern(std::u16string_view piece)
 {
     window_.txtInline.focus();
-    window_.txtInline.replaceSelection(platform::replaceAll(piece, u"...", u""));
+    window_.txtInline.replaceSelection(text::replaceAll(piece, u"...", u""));
 }
 
 } // namespace vellums

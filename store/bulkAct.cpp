@@ -3,8 +3,8 @@
 // open, and opened again for the work.
 #include "store/bulkAct.h"
 
-#include "platform/text.h"
 #include "store/safetyCopy.h"
+#include "text/decimal.h"
 
 #include <new>
 #include <optional>
@@ -62,7 +62,7 @@ bool takeLastingSteps(Connection& connection, Batches& batches, std::size_t tota
 
 std::u16string reasonOf(const ProviderError& error)
 {
-    return error.description + u" (" + platform::decimal(error.number) + u")";
+    return error.description + u" (" + text::decimal(error.number) + u")";
 }
 
 std::u16string BulkResult::reason(const Notebook& notebook) const

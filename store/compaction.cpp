@@ -1,9 +1,11 @@
 #include "store/compaction.h"
 
 #include "platform/files.h"
-#include "platform/text.h"
 #include "store/accessFile.h"
 #include "store/fileReason.h"
+#include "text/decimal.h"
+#include "text/letterCase.h"
+#include "text/path.h"
 
 namespace vellums {
 namespace {
@@ -42,7 +44,7 @@ struct NotCompacted {
 std::u16string inProgramFolder(const Notebook& notebook, std::u16string_view name)
 {
     std::u16string path = notebook.appDir;
-    if (!path.empty() && platform::lastSeparator(path) != path.size() - 1)
+    if (!path.empty() && text::lastSeparator(path) != path.size() - 1)
         path += platform::separator();
     return path.append(name);
 }
@@ -64,7 +66,7 @@ Sizes compact(const Notebook& notebook, const std::u16string& file)
 {
     const std::size_t dot = file.rfind(u'.');
     const std::u16string extension =
-        dot == std::u16string::npos ? u"" : platform::lowerCase(std::u16string_view(file).substr(dot + 1));
+        dot == std::u16string::npos ? u"" : text::lowerCase(std::u16string_view(file).substr(dot + 1));
     if (extension != u"mdb" && extension != u"accdb")
         throw NotCompacted{
             notebook.say(u"Only .mdb and .accdb files can be compacted.", u"只能整理 .mdb 和 .accdb 文件。")};
@@ -104,10 +106,10 @@ std::u16string kilobytes(std::uint64_t bytes)
         hundredths = 0;
         ++whole;
     }
-    std::u16string digits = platform::decimal(static_cast<std::int64_t>(whole));
+    std::u16string digits = text::decimal(static_cast<std::int64_t>(whole));
     for (std::size_t at = digits.size(); at > 3;)
         digits.insert(at -= 3, u",");
-    return digits + u"." + platform::decimal(static_cast<std::int64_t>(hundredths), 2) + u"KB";
+    return digits + u"." + text::decimal(static_cast<std::int64_t>(hundredths), 2) + u"KB";
 }
 
 Compaction compactDatabase(const Notebook& notebook, const std::u16string& file)
@@ -118,7 +120,7 @@ Compaction compactDatabase(const Notebook& notebook, const std::u16string& file)
             heading(notebook, true) + u"\r\n" + file + u"\r\n" + kilobytes(sizes.before) + u" -> " +
                 kilobytes(sizes.after) + u"."};
     } catch (const ProviderError& e) {
-        return failure(notebook, file, e.description + u" (" + platform::decimal(e.number) + u")");
+        return failure(notebook, file, e.description + u" (" + text::decimal(e.number) + u")");
     } catch (const platform::FileError& e) {
         return failure(notebook, file, fileReason(notebook, e.fault));
     } catch (const NotCompacted& e) {

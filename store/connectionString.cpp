@@ -1,7 +1,9 @@
 #include "store/connectionString.h"
 
 #include "platform/files.h"
-#include "platform/text.h"
+#include "text/letterCase.h"
+#include "text/path.h"
+#include "text/pieces.h"
 
 #include <algorithm>
 #include <optional>
@@ -9,7 +11,7 @@
 namespace vellums {
 namespace {
 
-using platform::lowerCase;
+using text::lowerCase;
 
 constexpr std::u16string_view kDataSource = u"Data Source=";
 constexpr std::u16string_view kSampleFile = u"Vellums.accdb";
@@ -43,7 +45,7 @@ std::optional<Reference> findReference(std::u16string_view connectionString)
 std::u16string folderWithSeparator(const Notebook& notebook)
 {
     std::u16string folder = notebook.dbParent;
-    if (!folder.empty() && platform::lastSeparator(folder) != folder.size() - 1)
+    if (!folder.empty() && text::lastSeparator(folder) != folder.size() - 1)
         folder += platform::separator();
     return folder;
 }
@@ -86,7 +88,7 @@ std::u16string connectionStringFor(const Notebook& notebook, std::u16string_view
         return base;
     // Only the template of one provider names the sample file that is replaced; the other provider opens
     // its own sample whatever is asked for.
-    return platform::replaceAll(base, kSampleFile, file);
+    return text::replaceAll(base, kSampleFile, file);
 }
 
 std::u16string connPart(const Notebook& notebook, const std::u16string& connectionString, ConnPart part)
@@ -94,14 +96,14 @@ std::u16string connPart(const Notebook& notebook, const std::u16string& connecti
     const std::optional<Reference> reference = findReference(connectionString);
     const std::u16string folder = folderWithSeparator(notebook);
     if (part == ConnPart::WithBareName)
-        return folder.empty() ? connectionString : platform::replaceAllNoCase(connectionString, folder, u"");
+        return folder.empty() ? connectionString : text::replaceAllNoCase(connectionString, folder, u"");
     if (!reference)
         return {};
     const std::u16string file = connectionString.substr(reference->start, reference->length);
     if (!reference->isFile)
         return file;
     if (part == ConnPart::FileName) {
-        const std::size_t last = platform::lastSeparator(file);
+        const std::size_t last = text::lastSeparator(file);
         return last == std::u16string::npos ? file : file.substr(last + 1);
     }
     return file.empty() || isAbsolute(file) ? file : folder + file;

@@ -1,15 +1,16 @@
 #include "store/headingQuery.h"
 
-#include "platform/text.h"
 #include "store/sqlText.h"
+#include "text/decimal.h"
+#include "text/pieces.h"
 
 namespace vellums {
 
-using platform::replaceAll;
+using text::replaceAll;
 
 std::u16string searchPattern(std::u16string_view words)
 {
-    return replaceAll(replaceAll(platform::trimBlanks(words), u" ", u"%"), u"*", u"%");
+    return replaceAll(replaceAll(text::trimBlanks(words), u" ", u"%"), u"*", u"%");
 }
 
 std::u16string headingStatement(const HeadingQuery& query)
@@ -20,9 +21,9 @@ std::u16string headingStatement(const HeadingQuery& query)
         condition += u"[" + column + u"] LIKE '%" + sqlQuoted(query.pattern) + u"%' OR ";
     if (condition.size() >= kLastOr)
         condition = replaceAll(condition.substr(0, condition.size() - kLastOr), u"%%", u"%");
-    return u"SELECT TOP " + platform::decimal(kMaxListed) + u" ID,VLHEAD FROM [" + query.table +
-        u"] WHERE (" + condition + u") ORDER BY VLTYPE DESC,  " + (query.byTitle ? u"VLHEAD ASC, " : u"") +
-        u"VLDATE " + (query.ascending ? u"ASC" : u"DESC") + u", ID DESC";
+    return u"SELECT TOP " + text::decimal(kMaxListed) + u" ID,VLHEAD FROM [" + query.table + u"] WHERE (" +
+        condition + u") ORDER BY VLTYPE DESC,  " + (query.byTitle ? u"VLHEAD ASC, " : u"") + u"VLDATE " +
+        (query.ascending ? u"ASC" : u"DESC") + u", ID DESC";
 }
 
 } // namespace vellums

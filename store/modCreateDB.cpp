@@ -1,8 +1,10 @@
 #include "store/modCreateDB.h"
 
 #include "platform/files.h"
-#include "platform/text.h"
 #include "store/tableChanges.h"
+#include "text/decimal.h"
+#include "text/letterCase.h"
+#include "text/path.h"
 
 #include <algorithm>
 
@@ -20,7 +22,7 @@ bool mayStandInFileName(char16_t unit)
 // CON, NUL, COM1 ... are devices on Windows, whatever extension follows.
 bool isDeviceName(std::u16string_view fileName)
 {
-    const std::u16string stem = platform::lowerCase(fileName.substr(0, fileName.find(u'.')));
+    const std::u16string stem = text::lowerCase(fileName.substr(0, fileName.find(u'.')));
     constexpr std::u16string_view kDevices[] = {u"con", u"prn", u"aux", u"nul"};
     if (std::find(std::begin(kDevices), std::end(kDevices), stem) != std::end(kDevices))
         return true;
@@ -52,7 +54,7 @@ std::u16string dbCreateNew(const Notebook& notebook, const std::u16string& fileN
 {
     const std::u16string table = newTableName(fileName, notebook.chinese);
     std::u16string path = notebook.dbParent;
-    if (!path.empty() && platform::lastSeparator(path) != path.size() - 1)
+    if (!path.empty() && text::lastSeparator(path) != path.size() - 1)
         path += platform::separator();
     path += fileName.empty() ? u"Vellums.mdb" : fileName;
     try {
@@ -62,7 +64,7 @@ std::u16string dbCreateNew(const Notebook& notebook, const std::u16string& fileN
         notebook.provider->createDatabase(path, table);
         return table;
     } catch (const ProviderError& e) {
-        notebook.status.failed(u"dbCreateNew: " + e.description + u" (" + platform::decimal(e.number) + u")");
+        notebook.status.failed(u"dbCreateNew: " + e.description + u" (" + text::decimal(e.number) + u")");
         return {};
     }
 }

@@ -1,6 +1,6 @@
 #include "store/outcome.h"
 
-#include "platform/text.h"
+#include "text/decimal.h"
 
 namespace vellums {
 
@@ -22,7 +22,7 @@ std::u16string Outcome::line(bool chinese) const
     }
     if (failures_ == 1)
         return failure_;
-    const std::u16string more = platform::decimal(static_cast<std::int64_t>(failures_ - 1));
+    const std::u16string more = text::decimal(static_cast<std::int64_t>(failures_ - 1));
     return failure_ + (chinese ? u" (另有 " + more + u" 项失败)" : u" (and " + more + u" more)");
 }
 

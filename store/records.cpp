@@ -1,11 +1,14 @@
 #include "store/records.h"
 
-#include "io/textCleanup.h"
-#include "maint/clsMD5.h"
 #include "platform/clock.h"
 #include "platform/files.h"
-#include "platform/text.h"
 #include "store/sqlText.h"
+#include "text/clsMD5.h"
+#include "text/decimal.h"
+#include "text/oleDate.h"
+#include "text/pieces.h"
+#include "text/textCleanup.h"
+#include "text/titles.h"
 
 #include <algorithm>
 #include <functional>
@@ -13,12 +16,10 @@
 namespace vellums {
 namespace {
 
-using platform::decimal;
-using platform::replaceAll;
+using text::decimal;
+using text::replaceAll;
 
 constexpr std::u16string_view kLineEnd = u"\r\n";
-constexpr std::u16string_view kSubject = u"主题:";
-constexpr std::size_t kLongestFirstLine = 50;
 constexpr std::u16string_view kColumns = u"VLHEAD, VLTEXT, VLTYPE, VLDATE, VLLINK, VLMD5";
 
 std::u16string errorLine(std::u16string_view label, const ProviderError& error)
@@ -69,21 +70,9 @@ std::int32_t lastIdentity(Connection& connection)
 
 std::u16string stampNow()
 {
-    const platform::LocalTime now = platform::localNow();
+    const text::LocalTime now = platform::localNow();
     return decimal(now.year, 4) + decimal(now.month, 2) + decimal(now.day, 2) + decimal(now.hour, 2) +
         decimal(now.minute, 2) + decimal(now.second, 2);
-}
-
-// A mail's subject; empty when the text has none or begins with it.
-std::u16string subjectOf(std::u16string_view text)
-{
-    const std::size_t at = text.find(kSubject);
-    if (at == std::u16string_view::npos || at == 0)
-        return {};
-    const std::size_t end = text.find(kLineEnd, std::min(at + 5, text.size()));
-    if (end == std::u16string_view::npos)
-        return {};
-    return std::u16string(text.substr(at + 4, end - at - 4));
 }
 
 ChangedRecords changeRecords(const Notebook& notebook, SafetyCopy copy, const std::vector<std::int32_t>& ids,
@@ -153,30 +142,15 @@ bool copyRecord(
 
 } // namespace
 
-std::u16string titleOf(std::u16string_view text)
-{
-    const std::u16string subject = subjectOf(text);
-    if (!subject.empty())
-        return subject;
-    const std::size_t lineEnd = text.find(kLineEnd);
-    const std::size_t length =
-        lineEnd == std::u16string_view::npos || lineEnd > kLongestFirstLine ? kLongestFirstLine : lineEnd;
-    std::u16string title = replaceAll(text.substr(0, length), kLineEnd, u"");
-    const bool halfPair = !title.empty() && title.back() >= 0xD800 && title.back() < 0xDC00;
-    if (halfPair) // never half a character
-        title.pop_back();
-    return title;
-}
-
 AddedRecord addRecord(Connection& connection, const std::u16string& table, const NewRecord& record)
 {
-    const std::u16string body = io::cleanBody(record.text);
+    const std::u16string body = text::cleanBody(record.text);
     std::u16string title = record.title.value_or(u"");
     if (title.empty())
-        title = sqlQuoted(titleOf(record.text));
+        title = sqlQuoted(text::titleOf(record.text));
     connection.execute(u"INSERT INTO [" + table +
         u"] (VLHEAD, VLTEXT, VLTYPE, VLDATE, VLLINK, VLMD5) VALUES ('" + title + u"', '" + sqlQuoted(body) +
-        u"','', '" + sqlNow() + u"', '" + sqlQuoted(record.link) + u"', '" + maint::clsMD5().MD5(body) +
+        u"','', '" + sqlNow() + u"', '" + sqlQuoted(record.link) + u"', '" + text::clsMD5().MD5(body) +
         u"')");
     return {lastIdentity(connection), replaceAll(title, u"''", u"'")};
 }
@@ -195,10 +169,10 @@ Saved modRecord(const Notebook& notebook, std::int32_t id, const std::u16string&
 {
     std::int32_t changed = 0;
     const bool done = reporting(notebook, u"modRecord - ", [&](Connection& connection) {
-        const std::u16string body = io::cleanBody(text);
+        const std::u16string body = text::cleanBody(text);
         changed = connection.execute(u"UPDATE [" + notebook.dbTable + u"] SET VLHEAD='" +
             sqlQuoted(replaceAll(title, kLineEnd, u"")) + u"', VLTEXT='" + sqlQuoted(body) + u"', VLTYPE='" +
-            sqlQuoted(stamp) + u"', VLDATE='" + sqlNow() + u"', VLMD5='" + maint::clsMD5().MD5(body) + u"'" +
+            sqlQuoted(stamp) + u"', VLDATE='" + sqlNow() + u"', VLMD5='" + text::clsMD5().MD5(body) + u"'" +
             whereId(id));
     });
     if (!done)

@@ -37,9 +37,6 @@ struct AddedRecord {
     std::u16string title; // as it is stored
 };
 
-// The title for a text that comes without one: a mail's subject, or the beginning of the first line.
-std::u16string titleOf(std::u16string_view text);
-
 std::optional<AddedRecord> addRecord(const Notebook& notebook, const NewRecord& record);
 AddedRecord addRecord(Connection& connection, const std::u16string& table, const NewRecord& record);
 

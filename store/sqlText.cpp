@@ -1,13 +1,15 @@
 #include "store/sqlText.h"
 
 #include "platform/clock.h"
-#include "platform/text.h"
+#include "text/decimal.h"
+#include "text/oleDate.h"
+#include "text/pieces.h"
 
 namespace vellums {
 
 std::u16string sqlQuoted(std::u16string_view text)
 {
-    return platform::replaceAll(text, u"'", u"''");
+    return text::replaceAll(text, u"'", u"''");
 }
 
 std::u16string sqlNow()
@@ -17,8 +19,8 @@ std::u16string sqlNow()
 
 std::u16string sqlDate(double date)
 {
-    using platform::decimal;
-    const std::optional<platform::LocalTime> time = platform::localTime(date);
+    using text::decimal;
+    const std::optional<text::LocalTime> time = text::localTime(date);
     if (!time)
         return {};
     return decimal(time->year) + u"-" + decimal(time->month) + u"-" + decimal(time->day) + u" " +

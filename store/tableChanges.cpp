@@ -2,12 +2,13 @@
 
 #include "jet/catalogue/objectName.h"
 #include "jet/file/error.h"
-#include "platform/text.h"
+#include "text/decimal.h"
+#include "text/letterCase.h"
 
 namespace vellums {
 namespace {
 
-using platform::equalNoCase;
+using text::equalNoCase;
 
 bool tableExists(const Notebook& notebook, const std::u16string& name)
 {
@@ -73,7 +74,7 @@ std::u16string passingName(Connection& connection)
 {
     const std::vector<SchemaTable> tables = connection.tables();
     for (int number = 1;; ++number) {
-        std::u16string name = u"Vellums " + platform::decimal(number);
+        std::u16string name = u"Vellums " + text::decimal(number);
         bool taken = false;
         for (const SchemaTable& table : tables)
             taken = taken || equalNoCase(table.name, name);
@@ -155,7 +156,7 @@ bool dropTable(const Notebook& notebook, const std::u16string& table)
         dropTable(*notebook.connect(), table);
         return true;
     } catch (const ProviderError& e) {
-        notebook.status.failed(u"dropTable - " + e.description + u" (" + platform::decimal(e.number) + u")");
+        notebook.status.failed(u"dropTable - " + e.description + u" (" + text::decimal(e.number) + u")");
         return false;
     }
 }

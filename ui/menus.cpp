@@ -1,6 +1,6 @@
 #include "ui/menus.h"
 
-#include "platform/text.h"
+#include "text/pieces.h"
 #include "ui/ids.h"
 #include "ui/menuTable.h"
 #include "ui/wide.h"
@@ -233,7 +233,7 @@ void MenuArray::show(std::size_t index)
         }
     MenuItem shown = items_[index];
     if (captions_ == Captions::Names)
-        shown.caption = platform::replaceAll(shown.caption, u"&", u"&&");
+        shown.caption = text::replaceAll(shown.caption, u"&", u"&&");
     insertEntry(
         menu_, before, shown, baseId_ + static_cast<int>(index), index != 0 && index % kColumnAfter == 0);
 }

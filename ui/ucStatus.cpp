@@ -3,7 +3,7 @@
 // are kept as they were set, also as numbers of system colours, and looked up anew when the system's change.
 #include "ui/ucStatus.h"
 
-#include "platform/text.h"
+#include "text/decimal.h"
 #include "ui/border.h"
 #include "ui/systemLook.h"
 #include "ui/wide.h"
@@ -38,7 +38,7 @@ std::u16string fontText(HFONT font)
     LOGFONTW description{};
     if (font == nullptr || GetObjectW(font, sizeof description, &description) == 0)
         return {};
-    return fromWide(description.lfFaceName) + u"," + platform::decimal(description.lfHeight);
+    return fromWide(description.lfFaceName) + u"," + text::decimal(description.lfHeight);
 }
 
 OwnedFont fontOf(const std::u16string& text)
@@ -148,11 +148,11 @@ void ucStatus::setAlignment(vellums::ui::Alignment alignment)
 
 void ucStatus::writeProperties(PropertyBag& bag) const
 {
-    bag[u"BackColor"] = platform::decimal(backColor_);
-    bag[u"ForeColor"] = platform::decimal(foreColor_);
+    bag[u"BackColor"] = text::decimal(backColor_);
+    bag[u"ForeColor"] = text::decimal(foreColor_);
     bag[u"Font"] = fontText(font_);
     bag[u"Caption"] = Caption();
-    bag[u"Alignment"] = platform::decimal(static_cast<int>(alignment_));
+    bag[u"Alignment"] = text::decimal(static_cast<int>(alignment_));
 }
 
 void ucStatus::readProperties(const PropertyBag& bag)

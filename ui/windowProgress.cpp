@@ -1,7 +1,7 @@
 #include "ui/windowProgress.h"
 
 #include "platform/clock.h"
-#include "platform/text.h"
+#include "text/decimal.h"
 
 namespace vellums::ui {
 namespace {
@@ -69,9 +69,9 @@ bool WindowProgress::step(std::size_t done, std::size_t total)
 void WindowProgress::show(std::size_t done, std::size_t total)
 {
     shown_ = true;
-    std::u16string text = what_ + u": " + platform::decimal(static_cast<std::int64_t>(done));
+    std::u16string text = what_ + u": " + text::decimal(static_cast<std::int64_t>(done));
     if (total != 0)
-        text += u" / " + platform::decimal(static_cast<std::int64_t>(total));
+        text += u" / " + text::decimal(static_cast<std::int64_t>(total));
     link_.cover(text + (chinese_ ? u" (按 Esc 停止)" : u" (Esc stops)"));
     taskbar_.show(done, total);
 }

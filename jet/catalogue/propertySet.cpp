@@ -1,8 +1,7 @@
 #include "jet/catalogue/propertySet.h"
 
-#include "jet/table/tableDefinition.h"
-
 #include "jet/index/collation.h"
+#include "jet/table/tableDefinition.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 #include "jet/file/pageFile.h"
 
 #include "jet/file/recovery.h"
-#include "platform/text.h"
+#include "text/decimal.h"
 
 #include <algorithm>
 #include <chrono>
@@ -87,7 +87,7 @@ std::u16string setJournalAside(const std::u16string& path)
 {
     const std::u16string journal = journalPath(path);
     for (int number = 1;; ++number) {
-        const std::u16string target = journal + u"-unused" + platform::decimal(number);
+        const std::u16string target = journal + u"-unused" + text::decimal(number);
         if (platform::fileExists(target) || platform::folderExists(target))
             continue;
         try {

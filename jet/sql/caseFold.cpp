@@ -1,6 +1,6 @@
 #include "jet/sql/caseFold.h"
 
-#include "platform/capitalLetters.h"
+#include "text/capitalLetters.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -70,7 +70,7 @@ std::unique_ptr<CaseTables> makeTables()
     auto tables = std::make_unique<CaseTables>();
     for (std::uint32_t unit = 0; unit < 65536; ++unit)
         tables->upper[unit] = tables->lower[unit] = static_cast<char16_t>(unit);
-    for (const platform::LetterRun& run : platform::capitalRuns())
+    for (const text::LetterRun& run : text::capitalRuns())
         for (std::uint32_t unit = run.first; unit <= run.last; unit += run.step)
             tables->upper[unit] = static_cast<char16_t>(static_cast<int>(unit) + run.delta);
     for (std::uint32_t unit = 0; unit < 65536; ++unit) {

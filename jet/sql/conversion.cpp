@@ -5,8 +5,7 @@
 #include "jet/sql/decimalForm.h"
 #include "jet/sql/lexer.h"
 #include "jet/sql/sqlError.h"
-
-#include "platform/text.h"
+#include "text/decimal.h"
 
 #include <array>
 #include <charconv>
@@ -196,8 +195,8 @@ std::u16string textOf(const Value& value)
     return std::visit(Overloaded{
                           [](Null) { return std::u16string(); },
                           [](bool b) { return std::u16string(b ? u"-1" : u"0"); },
-                          [](std::int32_t n) { return platform::decimal(n); },
-                          [](std::int64_t n) { return platform::decimal(n); },
+                          [](std::int32_t n) { return text::decimal(n); },
+                          [](std::int64_t n) { return text::decimal(n); },
                           [](float n) { return generalForm(static_cast<double>(n), 7); },
                           [](double n) { return generalForm(n, 15); },
                           [](Date d) { return dateToText(d); },

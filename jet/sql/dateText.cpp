@@ -2,6 +2,7 @@
 
 #include "jet/sql/digits.h"
 #include "platform/clock.h"
+#include "text/oleDate.h"
 
 #include <algorithm>
 #include <array>
@@ -286,7 +287,7 @@ std::optional<TimePart> findTime(std::span<const Number> numbers)
     return part;
 }
 
-bool readTime(std::span<const Number> time, bool hasHalf, bool afternoon, platform::LocalTime& fields)
+bool readTime(std::span<const Number> time, bool hasHalf, bool afternoon, text::LocalTime& fields)
 {
     if (time.empty())
         return true;
@@ -305,7 +306,7 @@ bool readTime(std::span<const Number> time, bool hasHalf, bool afternoon, platfo
     return true;
 }
 
-bool setDate(int year, int month, int day, platform::LocalTime& fields)
+bool setDate(int year, int month, int day, text::LocalTime& fields)
 {
     if (year >= kTooLarge || month < 1 || month > 12 || day < 1 || day > daysInMonth(year, month))
         return false;
@@ -341,7 +342,7 @@ std::vector<Places> placesToTry(DateOrder order, const Number& first)
     return {kMdy, kDmy};
 }
 
-bool readThree(std::span<const Number> n, DateOrder order, platform::LocalTime& fields)
+bool readThree(std::span<const Number> n, DateOrder order, text::LocalTime& fields)
 {
     for (const Places& places : placesToTry(order, n[0])) {
         bool fits = true;
@@ -354,7 +355,7 @@ bool readThree(std::span<const Number> n, DateOrder order, platform::LocalTime& 
     return n[0].year && n[1].month && setDate(n[0].value, n[1].value, n[2].value, fields);
 }
 
-bool readTwo(std::span<const Number> n, DateOrder order, int currentYear, platform::LocalTime& fields)
+bool readTwo(std::span<const Number> n, DateOrder order, int currentYear, text::LocalTime& fields)
 {
     const std::size_t first = order == DateOrder::DayMonthYear ? 1 : 0; // place of the month
     for (const std::size_t month : {first, 1 - first}) {
@@ -380,7 +381,7 @@ std::optional<Date> readDateText(std::u16string_view text, DateOrder order, int 
     const std::optional<TimePart> time = findTime(numbers);
     if (!time)
         return std::nullopt;
-    platform::LocalTime fields;
+    text::LocalTime fields;
     if (!readTime(numbers.subspan(time->begin, time->size()), collector.hasHalf, collector.afternoon, fields))
         return std::nullopt;
     const std::span<const Number> date = time->size() != 0 && time->begin == 0
@@ -392,7 +393,7 @@ std::optional<Date> readDateText(std::u16string_view text, DateOrder order, int 
         (date.size() == 3 && readThree(date, order, fields));
     if (!read)
         return std::nullopt;
-    return Date{platform::oleDate(fields)};
+    return Date{text::oleDate(fields)};
 }
 
 } // namespace vellums::jet::sql

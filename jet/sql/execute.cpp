@@ -4,7 +4,6 @@
 #include "jet/sql/makeTable.h"
 #include "jet/sql/select.h"
 #include "jet/sql/sqlError.h"
-
 #include "platform/clock.h"
 
 namespace vellums::jet::sql {

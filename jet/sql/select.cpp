@@ -6,8 +6,7 @@
 #include "jet/sql/sortKey.h"
 #include "jet/sql/sortedRows.h"
 #include "jet/sql/sqlError.h"
-
-#include "platform/text.h"
+#include "text/decimal.h"
 
 #include <limits>
 #include <unordered_set>
@@ -83,7 +82,7 @@ void Select::addExpression(SelectItem& item)
     Output output{&item.expression, item.alias, typeOf(item.expression, scope_)};
     if (output.name.empty())
         output.name = item.expression.column ? table_->definition().columns[*item.expression.column].name
-                                             : u"Expr" + platform::decimal(kFirstUnnamed + unnamed_++);
+                                             : u"Expr" + text::decimal(kFirstUnnamed + unnamed_++);
     outputs_.push_back(std::move(output));
 }
 

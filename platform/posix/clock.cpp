@@ -1,11 +1,13 @@
 #include "platform/clock.h"
 
+#include "text/oleDate.h"
+
 #include <algorithm>
 #include <ctime>
 
 namespace vellums::platform {
 
-LocalTime localNow()
+text::LocalTime localNow()
 {
     const std::time_t now = std::time(nullptr);
     struct tm local { };

@@ -1,7 +1,7 @@
 #include "platform/codePage.h"
 
 #include "platform/posix/systemPath.h"
-#include "platform/text.h"
+#include "text/unicode.h"
 
 #include <atomic>
 #include <cerrno>
@@ -94,7 +94,7 @@ std::string convert(std::u16string_view text, std::size_t& missing)
 {
     missing = 0;
     if (chosenPage().load() == kCodePageUtf8)
-        return toUtf8(text);
+        return text::toUtf8(text);
     Converter converter(pageName(), "UTF-16LE");
     const std::string units = unitsOfText(text);
     std::string_view input = units;
@@ -134,7 +134,7 @@ bool setAnsiCodePage(unsigned codePage)
 std::u16string fromAnsi(std::string_view bytes)
 {
     if (chosenPage().load() == kCodePageUtf8)
-        return fromUtf8(bytes);
+        return text::fromUtf8(bytes);
     Converter converter("UTF-16LE", pageName());
     std::string units;
     units.reserve(bytes.size() * 2);

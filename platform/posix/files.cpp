@@ -7,9 +7,9 @@
 
 #include "platform/files.h"
 
-#include "platform/clock.h"
 #include "platform/posix/descriptor.h"
 #include "platform/posix/systemPath.h"
+#include "text/oleDate.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -248,7 +248,7 @@ std::optional<double> fileModified(const std::u16string& path)
     struct tm local { };
     if (::localtime_r(&info.st_mtime, &local) == nullptr)
         return std::nullopt;
-    return oleDate({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min,
+    return text::oleDate({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min,
         std::min(local.tm_sec, 59)});
 }
 
@@ -349,11 +349,6 @@ std::u16string absolutePath(const std::u16string& path)
     std::error_code failed;
     const std::filesystem::path full = std::filesystem::absolute(systemPath(path), failed);
     return failed ? path : pathFromBytes(full.lexically_normal().string());
-}
-
-std::size_t lastSeparator(std::u16string_view path)
-{
-    return path.find_last_of(u"/\\");
 }
 
 char16_t separator()

@@ -2,7 +2,8 @@
 
 #include "platform/codePage.h"
 #include "platform/files.h"
-#include "platform/text.h"
+#include "text/letterCase.h"
+#include "text/pieces.h"
 
 #include <cstddef>
 #include <optional>
@@ -93,7 +94,7 @@ std::optional<Profile> Profile::read(const std::u16string& path)
     }
     if (text.empty())
         return profile;
-    profile.lines = split(text, u"\n");
+    profile.lines = text::split(text, u"\n");
     for (std::u16string& line : profile.lines) {
         if (!line.empty() && line.back() == u'\r')
             line.pop_back();
@@ -137,7 +138,7 @@ Profile::Span Profile::section(std::u16string_view name) const
             span.end = i;
             return span;
         }
-        if (opened && equalNoCase(*opened, name))
+        if (opened && text::equalNoCase(*opened, name))
             span.begin = i + 1;
     }
     span.end = lines.size();
@@ -148,7 +149,7 @@ std::size_t Profile::key(Span span, std::u16string_view name) const
 {
     for (std::size_t i = span.begin; i < span.end; ++i) {
         const auto found = keyOf(lines[i]);
-        if (found && equalNoCase(*found, name))
+        if (found && text::equalNoCase(*found, name))
             return i;
     }
     return std::u16string::npos;

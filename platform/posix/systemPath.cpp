@@ -1,6 +1,6 @@
 #include "platform/posix/systemPath.h"
 
-#include "platform/text.h"
+#include "text/unicode.h"
 
 #include <cerrno>
 
@@ -20,7 +20,7 @@ std::string systemPath(std::u16string_view path)
             continue;
         } else if (c == u'\\')
             c = u'/';
-        appendUtf8(out, c);
+        text::appendUtf8(out, c);
     }
     return out;
 }
@@ -30,9 +30,9 @@ std::u16string pathFromBytes(std::string_view bytes)
     std::u16string out;
     out.reserve(bytes.size());
     while (!bytes.empty()) {
-        const Utf8Sequence sequence = utf8At(bytes);
+        const text::Utf8Sequence sequence = text::utf8At(bytes);
         if (sequence.whole) {
-            appendUtf16(out, sequence.value);
+            text::appendUtf16(out, sequence.value);
         } else {
             for (std::size_t i = 0; i < sequence.length; ++i)
                 out.push_back(static_cast<char16_t>(0xDC00 + static_cast<unsigned char>(bytes[i])));

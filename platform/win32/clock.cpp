@@ -1,10 +1,12 @@
 #include "platform/clock.h"
 
+#include "text/oleDate.h"
+
 #include <windows.h>
 
 namespace vellums::platform {
 
-LocalTime localNow()
+text::LocalTime localNow()
 {
     SYSTEMTIME now{};
     GetLocalTime(&now);

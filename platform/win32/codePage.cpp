@@ -1,7 +1,7 @@
 #include "platform/codePage.h"
 
-#include "platform/text.h"
 #include "platform/win32/systemPath.h"
+#include "text/unicode.h"
 
 #include <windows.h>
 
@@ -45,7 +45,7 @@ bool setAnsiCodePage(unsigned)
 std::u16string fromAnsi(std::string_view bytes)
 {
     if (GetACP() == kCodePageUtf8)
-        return fromUtf8(bytes);
+        return text::fromUtf8(bytes);
     if (bytes.empty() || bytes.size() > kMostAtOnce * 7)
         return {};
     const int size = static_cast<int>(bytes.size());
@@ -59,7 +59,7 @@ std::u16string fromAnsi(std::string_view bytes)
 std::string toAnsi(std::u16string_view text)
 {
     if (GetACP() == kCodePageUtf8)
-        return toUtf8(text);
+        return text::toUtf8(text);
     std::string bytes;
     while (!text.empty()) {
         const std::u16string_view piece = text.substr(0, kMostAtOnce);
@@ -72,7 +72,7 @@ std::string toAnsi(std::u16string_view text)
 std::optional<std::string> toAnsiExact(std::u16string_view text)
 {
     if (GetACP() == kCodePageUtf8)
-        return toUtf8(text);
+        return text::toUtf8(text);
     bool missing = false;
     if (text.empty() || text.size() > kMostAtOnce)
         return std::string();

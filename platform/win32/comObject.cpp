@@ -1,6 +1,5 @@
 #include "platform/win32/comObject.h"
 
-#include "platform/text.h"
 #include "platform/win32/systemPath.h"
 
 #include <objbase.h>

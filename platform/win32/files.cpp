@@ -1,10 +1,10 @@
 // The lock of an open file is its share mode: it holds between all programs and needs no second call.
 #include "platform/files.h"
 
-#include "platform/clock.h"
 #include "platform/win32/fileRanges.h"
 #include "platform/win32/ownedHandle.h"
 #include "platform/win32/systemPath.h"
+#include "text/oleDate.h"
 
 #include <new>
 #include <utility>
@@ -192,7 +192,7 @@ std::optional<double> fileModified(const std::u16string& path)
         !FileTimeToSystemTime(&data.ftLastWriteTime, &utc) ||
         !SystemTimeToTzSpecificLocalTime(nullptr, &utc, &local))
         return std::nullopt;
-    return oleDate({local.wYear, local.wMonth, local.wDay, local.wHour, local.wMinute, local.wSecond});
+    return text::oleDate({local.wYear, local.wMonth, local.wDay, local.wHour, local.wMinute, local.wSecond});
 }
 
 bool removeFile(const std::u16string& path) noexcept
@@ -283,11 +283,6 @@ std::u16string absolutePath(const std::u16string& path)
     const DWORD length =
         GetFullPathNameW(toWide(path).c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
     return length == 0 || length >= full.size() ? path : fromWide(full.substr(0, length));
-}
-
-std::size_t lastSeparator(std::u16string_view path)
-{
-    return path.find_last_of(u"\\/");
 }
 
 char16_t separator()

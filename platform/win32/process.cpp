@@ -1,8 +1,8 @@
 #include "platform/process.h"
 
-#include "platform/text.h"
 #include "platform/win32/ownedHandle.h"
 #include "platform/win32/systemPath.h"
+#include "text/letterCase.h"
 
 #include <algorithm>
 
@@ -15,7 +15,7 @@ namespace {
 // more than its beginning, and a sum over the whole of it tells the rest apart.
 std::wstring mutexName(const std::u16string& executable)
 {
-    std::u16string path = lowerCase(executable);
+    std::u16string path = text::lowerCase(executable);
     std::uint64_t sum = 14695981039346656037u;
     for (char16_t& c : path) {
         if (c == u'\\')

@@ -1,5 +1,5 @@
-// Finds the matches of patterns that leave no choice (see regexp/parse/steps.h) by going through the steps from
-// one start after the other. Starts that can be seen to fail as the last one did are passed over; where
+// Finds the matches of patterns that leave no choice (see regexp/parse/steps.h) by going through the steps
+// from one start after the other. Starts that can be seen to fail as the last one did are passed over; where
 // units are still looked at too often the search is left to the automaton, so that the time stays in
 // proportion to the text.
 #pragma once

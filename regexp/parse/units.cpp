@@ -1,6 +1,6 @@
 #include "regexp/parse/units.h"
 
-#include "platform/capitalLetters.h"
+#include "text/capitalLetters.h"
 
 #include <algorithm>
 #include <array>
@@ -17,7 +17,7 @@ struct Folding {
     {
         for (std::uint32_t unit = 0; unit < kUnits; ++unit)
             to[unit] = static_cast<char16_t>(unit);
-        for (const platform::LetterRun& run : platform::capitalRuns())
+        for (const text::LetterRun& run : text::capitalRuns())
             for (std::uint32_t unit = run.first; unit <= run.last; unit += run.step)
                 to[unit] = static_cast<char16_t>(static_cast<std::int32_t>(unit) + run.delta);
         for (std::uint32_t unit = 0; unit < kUnits; ++unit)

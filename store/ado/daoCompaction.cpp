@@ -1,8 +1,8 @@
 #include "store/ado/daoCompaction.h"
 
 #include "platform/files.h"
-#include "platform/text.h"
 #include "store/ado/throughCom.h"
+#include "text/letterCase.h"
 
 namespace vellums {
 namespace {
@@ -42,7 +42,7 @@ void compactAccdb(const std::u16string& source, const std::u16string& destinatio
 
 void compactWithDao(const std::u16string& source, const std::u16string& destination)
 {
-    const std::u16string lower = platform::lowerCase(source);
+    const std::u16string lower = text::lowerCase(source);
     throughCom([&] {
         if (lower.ends_with(u".mdb"))
             compactMdb(source, destination);

@@ -2,9 +2,10 @@
 
 #include "platform/clock.h"
 #include "platform/files.h"
-#include "platform/text.h"
 #include "store/connectionString.h"
 #include "store/embedded/embeddedConnection.h"
+#include "text/letterCase.h"
+#include "text/path.h"
 
 namespace vellums {
 namespace {
@@ -44,7 +45,7 @@ jet::TableSpec snippetTable(const std::u16string& name)
 
 jet::FileFormat formatOf(std::u16string_view path)
 {
-    const std::u16string lower = platform::lowerCase(path);
+    const std::u16string lower = text::lowerCase(path);
     return lower.ends_with(u".accdb") ? jet::FileFormat::Ace12 : jet::FileFormat::Jet4;
 }
 
@@ -60,7 +61,7 @@ void EmbeddedProvider::createDatabase(const std::u16string& path, const std::u16
     asProvider([&] {
         if (platform::fileExists(path) || platform::folderExists(path))
             throw jet::Error(3204, jet::kDuplicateSource, u"Database already exists.");
-        const std::size_t cut = platform::lastSeparator(path);
+        const std::size_t cut = text::lastSeparator(path);
         if (cut != std::u16string::npos && cut != 0 && !platform::folderExists(path.substr(0, cut + 1)))
             throw jet::Error(3044, jet::kFail,
                 u"'" + path + u"' is not a valid path. Make sure that the path name is spelled correctly.");

@@ -2,10 +2,12 @@
 
 #include "jet/database.h"
 #include "platform/files.h"
-#include "platform/text.h"
 #include "store/connectionString.h"
 #include "store/records.h"
 #include "tests/ado/adoFixture.h"
+#include "text/decimal.h"
+#include "text/pieces.h"
+#include "text/unicode.h"
 
 namespace vellums::tests::ado {
 namespace {
@@ -22,8 +24,7 @@ protected:
         jet::Database database(notes.file());
         database.beginBatch();
         for (int i = 1; i <= rows; ++i)
-            database.run(
-                u"INSERT INTO [Notes] (VLHEAD, VLDATE) VALUES ('row " + platform::decimal(i) + u"', 1)");
+            database.run(u"INSERT INTO [Notes] (VLHEAD, VLDATE) VALUES ('row " + text::decimal(i) + u"', 1)");
         database.endBatch();
     }
 
@@ -32,8 +33,8 @@ protected:
 
 TEST_F(AdoConnections, AskInTheDocumentedWay)
 {
-    const std::string opened = "Connection.ConnectionString/4('" +
-        platform::toUtf8(expandedConnection(*notes, notes->dbConn)) + "')";
+    const std::string opened =
+        "Connection.ConnectionString/4('" + text::toUtf8(expandedConnection(*notes, notes->dbConn)) + "')";
     fill(1);
     EXPECT_THAT(callsOf([&] { notes.rows(u"SELECT ID, VLHEAD FROM [Notes]"); }),
         ElementsAre(opened, "Connection.Open/1()", "Command.ActiveConnection/8(object)",
@@ -70,13 +71,13 @@ TEST_F(AdoConnections, GiveEveryRowOnceWhateverTheBlocks)
     for (const int count : {0, 1, 1999, 2000, 2001, 4000, 4001}) {
         const auto connection = notes->connect();
         const auto rows = connection->query(
-            u"SELECT ID, VLHEAD FROM [Notes] WHERE ID <= " + platform::decimal(count) + u" ORDER BY ID");
+            u"SELECT ID, VLHEAD FROM [Notes] WHERE ID <= " + text::decimal(count) + u" ORDER BY ID");
         EXPECT_THAT(rows->columns(), ElementsAre(u"ID", u"VLHEAD"));
         int seen = 0;
         while (rows->next()) {
             ++seen;
             ASSERT_EQ(rows->value(0), Value(std::int32_t{seen}));
-            ASSERT_EQ(rows->value(1), Value(u"row " + platform::decimal(seen)));
+            ASSERT_EQ(rows->value(1), Value(u"row " + text::decimal(seen)));
         }
         EXPECT_EQ(seen, count);
         EXPECT_FALSE(rows->next()) << "the end stays the end";
@@ -102,7 +103,7 @@ TEST_F(AdoConnections, ReadWhatTheEmbeddedClientReads)
     for (int row = 1; row <= 2; ++row) {
         ASSERT_TRUE(adoRows->next() && ownRows->next());
         for (std::size_t i = 0; i < ownRows->columns().size(); ++i) {
-            EXPECT_EQ(adoRows->value(i), ownRows->value(i)) << row << platform::toUtf8(ownRows->columns()[i]);
+            EXPECT_EQ(adoRows->value(i), ownRows->value(i)) << row << text::toUtf8(ownRows->columns()[i]);
             const bool always = i == 0 || ownRows->columns()[i] == u"I"; // the number, and booleans
             EXPECT_EQ(isNull(adoRows->value(i)), row == 2 && !always);
         }
@@ -113,9 +114,9 @@ TEST_F(AdoConnections, CarryTextsOfMegabytes)
 {
     std::u16string text;
     for (int i = 0; text.size() < 3000000; ++i)
-        text += u"line " + platform::decimal(i) + u" 中文 ''\r\n";
+        text += u"line " + text::decimal(i) + u" 中文 ''\r\n";
     notes.run(u"INSERT INTO [Notes] (VLDATE, VLTEXT) VALUES (1, '" + text + u"')");
-    EXPECT_EQ(notes.rows(u"SELECT VLTEXT FROM [Notes]").at(0), platform::replaceAll(text, u"''", u"'"));
+    EXPECT_EQ(notes.rows(u"SELECT VLTEXT FROM [Notes]").at(0), text::replaceAll(text, u"''", u"'"));
 }
 
 struct BadString {
@@ -141,7 +142,7 @@ TEST_F(AdoConnections, ThatFailToOpenLeaveOneLineAndNothingElse)
         EXPECT_FALSE(addRecord(*notes, {u"text", std::nullopt, u""}));
         ASSERT_EQ(notes.shown().size(), ++lines);
         EXPECT_THAT(
-            platform::toUtf8(notes.shown().back()), AllOf(HasSubstr("addRecord - "), HasSubstr(bad.number)));
+            text::toUtf8(notes.shown().back()), AllOf(HasSubstr("addRecord - "), HasSubstr(bad.number)));
         EXPECT_EQ(world().alive, 0);
         EXPECT_EQ(world().connections(), 0);
         notes->dbConn = good;
@@ -162,9 +163,9 @@ TEST_F(AdoConnections, TellWhatTheyCannotRead)
     }
     EXPECT_TRUE(getRecText(*notes, 1));
     ASSERT_EQ(notes.shown().size(), 2u);
-    EXPECT_THAT(platform::toUtf8(notes.shown()[0]),
+    EXPECT_THAT(text::toUtf8(notes.shown()[0]),
         AllOf(HasSubstr("getRecText - 1 > "), HasSubstr("'Gone'"), HasSubstr("(-2147217865)")));
-    EXPECT_THAT(platform::toUtf8(notes.shown()[1]), HasSubstr("(-2147467259)"));
+    EXPECT_THAT(text::toUtf8(notes.shown()[1]), HasSubstr("(-2147467259)"));
 }
 
 TEST_F(AdoConnections, FindAFileWhoseNameHoldsASeparator)

@@ -1,7 +1,8 @@
 #include "tests/ado/adoDoubles.h"
 
-#include "platform/text.h"
 #include "tests/ado/variantOfValue.h"
+#include "text/letterCase.h"
+#include "text/pieces.h"
 
 #include <algorithm>
 
@@ -68,10 +69,10 @@ void checkProvider(const std::u16string& name)
     if (name.empty())
         refuse(kFail,
             u"[Microsoft][ODBC Driver Manager] Data source name not found and no default driver specified");
-    if (platform::equalNoCase(name, u"Other.Bitness"))
+    if (text::equalNoCase(name, u"Other.Bitness"))
         refuse(REGDB_E_CLASSNOTREG, u"Class not registered");
     for (const char16_t* known : {u"Microsoft.ACE.OLEDB.12.0", u"Microsoft.Jet.OLEDB.4.0", u"SQLOLEDB.1"})
-        if (platform::equalNoCase(name, known))
+        if (text::equalNoCase(name, known))
             return;
     refuse(3706, u"Provider cannot be found. It may not be properly installed.");
 }
@@ -101,7 +102,7 @@ std::u16string keyword(std::u16string_view connectionString, std::u16string_view
     std::size_t at = 0;
     while (at < connectionString.size()) {
         const std::size_t equals = std::min(connectionString.find(u'=', at), connectionString.size());
-        const std::u16string_view key = platform::trimBlanks(connectionString.substr(at, equals - at));
+        const std::u16string_view key = text::trimBlanks(connectionString.substr(at, equals - at));
         std::size_t start = std::min(equals + 1, connectionString.size());
         std::size_t end = 0;
         if (start < connectionString.size() && connectionString[start] == u'"') {
@@ -111,7 +112,7 @@ std::u16string keyword(std::u16string_view connectionString, std::u16string_view
             end = std::min(connectionString.find(u';', start), connectionString.size());
             at = end + 1;
         }
-        if (platform::equalNoCase(key, name))
+        if (text::equalNoCase(key, name))
             return std::u16string(connectionString.substr(start, end - start));
     }
     return {};
@@ -148,11 +149,11 @@ void ConnectionDouble::open(const std::u16string& connectionString)
     const std::u16string provider = keyword(connectionString, u"Provider");
     checkProvider(provider);
     const std::u16string source = keyword(connectionString, u"Data Source");
-    if (platform::equalNoCase(provider, u"SQLOLEDB.1"))
+    if (text::equalNoCase(provider, u"SQLOLEDB.1"))
         refuse(kFail, u"[DBNETLIB][ConnectionOpen (Connect()).]SQL Server does not exist or access denied.");
     database_ = std::make_unique<jet::Database>(source);
     connectionString_ = connectionString;
-    place_ = platform::lowerCase(source);
+    place_ = text::lowerCase(source);
     ++world().open[place_];
     open_ = true;
 }

@@ -5,13 +5,13 @@
 #include "app/startUp.h"
 #include "platform/files.h"
 #include "platform/registry.h"
-#include "platform/text.h"
 #include "store/accessFile.h"
 #include "store/catalogue.h"
 #include "store/compaction.h"
 #include "store/connectionString.h"
 #include "store/records.h"
 #include "tests/ado/adoFixture.h"
+#include "text/unicode.h"
 
 namespace vellums::tests::ado {
 namespace {
@@ -39,7 +39,7 @@ protected:
 TEST_F(AdoProviders, CreateDatabasesInTheDocumentedOrder)
 {
     const std::u16string file = path(u"new.mdb");
-    const std::string source = platform::toUtf8(file);
+    const std::string source = text::toUtf8(file);
     const std::string text = "'Provider=Microsoft.ACE.OLEDB.12.0;Data Source=" + source + "'";
     EXPECT_THAT(callsOf([&] { provider.createDatabase(file, u"笔记"); }),
         ElementsAre("Catalog.Create/1(" + text + ")", "Catalog.ActiveConnection/4(" + text + ")",
@@ -56,8 +56,8 @@ TEST_F(AdoProviders, CreateDatabasesInTheDocumentedOrder)
             "Column.Attributes/4(3)", "Catalog.Tables/2()", "Tables.Append/1(object)",
             "Catalog.ActiveConnection/2()", "Connection.State/2()", "Connection.Close/1()"));
     EXPECT_EQ(callsOf([&] { AdoProvider(u"103").createDatabase(path(u"jet.mdb"), u"T"); }).at(0),
-        "Catalog.Create/1('Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" +
-            platform::toUtf8(path(u"jet.mdb")) + ";Jet OLEDB:Engine Type=5;')");
+        "Catalog.Create/1('Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + text::toUtf8(path(u"jet.mdb")) +
+            ";Jet OLEDB:Engine Type=5;')");
 }
 
 TEST_F(AdoProviders, CreateWholeDatabasesOrNone)
@@ -133,8 +133,8 @@ TEST_F(AdoProviders, CompactWithTheEngineOfTheExtension)
         std::vector<std::string> calls;
         for (std::string call :
             callsOf([&] { EXPECT_EQ(numberOf([&] { provider.compact(source, destination); }), c.number); })) {
-            call.replace(call.find("'" + platform::toUtf8(source) + "'"), source.size() + 2, "S");
-            call.replace(call.find("'" + platform::toUtf8(destination) + "'"), destination.size() + 2, "D");
+            call.replace(call.find("'" + text::toUtf8(source) + "'"), source.size() + 2, "S");
+            call.replace(call.find("'" + text::toUtf8(destination) + "'"), destination.size() + 2, "D");
             calls.push_back(call);
         }
         EXPECT_EQ(calls, std::vector<std::string>(c.calls.begin(), c.calls.end()));
@@ -153,7 +153,7 @@ TEST_F(AdoProviders, RefuseToCompactAFileThatIsOpen)
         EXPECT_EQ(numberOf([&] { provider.compact(notes.file(), path(u"temp.cdb")); }), 3356);
         const Compaction failed = compactDatabase(*notes, notes.file());
         EXPECT_FALSE(failed.done);
-        EXPECT_THAT(platform::toUtf8(failed.report), HasSubstr("(3356)"));
+        EXPECT_THAT(text::toUtf8(failed.report), HasSubstr("(3356)"));
     }
     EXPECT_EQ(bytesOf(notes.file()), before);
     folder.write(u"temp.cdb", "in the way");

@@ -2,7 +2,6 @@
 
 #include "platform/clock.h"
 #include "platform/files.h"
-#include "platform/text.h"
 #include "tests/ado/adoDoubles.h"
 
 namespace vellums::tests::ado {

@@ -1,6 +1,5 @@
 #include "platform/win32/comObject.h"
 
-#include "platform/text.h"
 #include "tests/ado/registration.h"
 
 #include <gmock/gmock.h>

@@ -1,7 +1,7 @@
 #include "jet/database.h"
 #include "platform/files.h"
-#include "platform/text.h"
 #include "tests/ado/adoxDoubles.h"
+#include "text/letterCase.h"
 
 #include <array>
 
@@ -39,7 +39,7 @@ private:
             refuse(3024, u"Could not find file '" + source + u"'.");
         if (platform::fileExists(destination))
             refuse(3204, u"Database already exists.");
-        if (world().open.count(platform::lowerCase(source)) != 0)
+        if (world().open.count(text::lowerCase(source)) != 0)
             refuse(3356, u"You attempted to open a database that is already opened exclusively by user.");
         try {
             if (jetOnly_ && !isJet4(source))

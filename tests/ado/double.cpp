@@ -1,8 +1,8 @@
 #include "tests/ado/double.h"
 
 #include "jet/file/error.h"
-#include "platform/text.h"
 #include "platform/win32/comObject.h"
+#include "text/unicode.h"
 
 #include <chrono>
 
@@ -13,7 +13,7 @@ std::string shown(const VARIANT& value)
 {
     switch (value.vt) {
     case VT_BSTR:
-        return "'" + platform::toUtf8(platform::textOf(value.bstrVal)) + "'";
+        return "'" + text::toUtf8(platform::textOf(value.bstrVal)) + "'";
     case VT_I4:
         return std::to_string(value.lVal);
     case VT_BOOL:

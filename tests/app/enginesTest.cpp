@@ -1,9 +1,9 @@
 #include "app/engines.h"
 
 #include "app/settings.h"
-#include "platform/text.h"
 #include "tests/support/shownLines.h"
 #include "tests/support/temporaryFolder.h"
+#include "text/unicode.h"
 
 #include <gtest/gtest.h>
 
@@ -40,7 +40,7 @@ TEST(EngineChoice, TakesTheDetectedProviderWhereItCanBeUsed)
     for (const auto& c : cases) {
         const EngineChoice choice =
             chooseEngine(c.wish, c.detected, [&](const std::u16string& id) { return id == c.usable; });
-        EXPECT_EQ(choice.embedded, c.embedded) << platform::toUtf8(c.wish) << platform::toUtf8(c.detected);
+        EXPECT_EQ(choice.embedded, c.embedded) << text::toUtf8(c.wish) << text::toUtf8(c.detected);
         EXPECT_EQ(choice.providerId, c.id);
     }
 }

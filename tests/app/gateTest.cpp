@@ -4,7 +4,6 @@
 #include "app/recordCommands.h"
 #include "platform/clipboard.h"
 #include "platform/files.h"
-#include "platform/text.h"
 #include "tests/support/heldClipboard.h"
 #include "tests/support/memoryControls.h"
 #include "tests/support/testNotebook.h"

@@ -2,11 +2,12 @@
 
 #include "platform/clipboard.h"
 #include "platform/files.h"
-#include "platform/text.h"
 #include "store/records.h"
 #include "tests/support/failingProvider.h"
 #include "tests/support/memoryControls.h"
 #include "tests/support/testNotebook.h"
+#include "text/decimal.h"
+#include "text/pieces.h"
 
 #include <gmock/gmock.h>
 
@@ -32,8 +33,8 @@ protected:
         int year = 2001;
         for (const char16_t* const title : {u"apple", u"banana", u"cherry"}) {
             EXPECT_TRUE(addRecord(*notes_, {u"body of " + std::u16string(title), title, u""}));
-            notes_.run(u"UPDATE [Notes] SET VLDATE='" + platform::decimal(year) + u"-1-1' WHERE ID=" +
-                platform::decimal(year - 2000));
+            notes_.run(u"UPDATE [Notes] SET VLDATE='" + text::decimal(year) + u"-1-1' WHERE ID=" +
+                text::decimal(year - 2000));
             ++year;
         }
         for (const char16_t* const column : {u"VLHEAD", u"VLTEXT", u"VLLINK"})
@@ -109,7 +110,7 @@ TEST_P(ListCommandsTest, StickingBringsToTheTopAndBack)
 TEST_P(ListCommandsTest, UnstickingGivesTheDateOfTheSource)
 {
     const std::u16string source = notes_.folder().write(u"it's.txt", "text");
-    notes_.run(u"UPDATE [Notes] SET VLLINK='" + platform::replaceAll(source, u"'", u"''") +
+    notes_.run(u"UPDATE [Notes] SET VLLINK='" + text::replaceAll(source, u"'", u"''") +
         u"', VLTYPE='20200101000000' WHERE ID=1");
     records_.reload();
     EXPECT_EQ(records_.current().id(), 1);

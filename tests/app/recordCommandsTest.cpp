@@ -2,9 +2,9 @@
 
 #include "app/headingList.h"
 #include "platform/clipboard.h"
-#include "platform/text.h"
 #include "tests/support/memoryControls.h"
 #include "tests/support/testNotebook.h"
+#include "text/decimal.h"
 
 #include <gmock/gmock.h>
 
@@ -44,8 +44,8 @@ protected:
         for (const char16_t* const title : {u"apple", u"banana", u"cherry"}) {
             const auto added = addRecord(*notes_, {u"body of " + std::u16string(title), title, u""});
             EXPECT_TRUE(added);
-            notes_.run(u"UPDATE [Notes] SET VLDATE='" + platform::decimal(year++) +
-                u"-1-1 10:00:00' WHERE ID=" + platform::decimal(added ? added->id : 0));
+            notes_.run(u"UPDATE [Notes] SET VLDATE='" + text::decimal(year++) + u"-1-1 10:00:00' WHERE ID=" +
+                text::decimal(added ? added->id : 0));
         }
         for (const char16_t* const column : {u"VLHEAD", u"VLTEXT", u"VLLINK"})
             window_.mnu_AvailFields.set(window_.mnu_AvailFields.size(), {u"", column, true, false});
@@ -65,7 +65,7 @@ protected:
     std::u16string lastShown() const { return notes_.shown().empty() ? u"" : notes_.shown().back(); }
     std::u16string bodyOf(std::int32_t id)
     {
-        const Texts rows = notes_.rows(u"SELECT VLTEXT FROM [Notes] WHERE ID=" + platform::decimal(id));
+        const Texts rows = notes_.rows(u"SELECT VLTEXT FROM [Notes] WHERE ID=" + text::decimal(id));
         return rows.empty() ? u"(gone)" : rows.front();
     }
     // What is on the screen: the titles of the list, the selected entries, the boxes.
@@ -423,7 +423,7 @@ TEST_P(RecordCommandsTest, DeleteAsksAndSelectsTheNeighbour)
         const auto selected = c.next < 0 ? std::vector<int>() : std::vector<int>{c.next};
         expectScreen(c.left, selected, text, text);
         EXPECT_EQ(notes_.rows(u"SELECT ID FROM [Notes]").size(), c.left.size());
-        const std::u16string count = platform::decimal(static_cast<int>(c.selected.size()));
+        const std::u16string count = text::decimal(static_cast<int>(c.selected.size()));
         EXPECT_EQ(lastShown(), say(count + u" record(s) deleted.", u"已删除 " + count + u" 条记录"));
     }
 }

@@ -5,12 +5,12 @@
 #include "app/settings.h"
 #include "platform/files.h"
 #include "platform/profile.h"
-#include "platform/text.h"
 #include "store/catalogue.h"
 #include "store/connectionString.h"
 #include "tests/support/client.h"
 #include "tests/support/shownLines.h"
 #include "tests/support/temporaryFolder.h"
+#include "text/unicode.h"
 
 #include <gmock/gmock.h>
 
@@ -105,7 +105,7 @@ TEST_F(StartUp, TellsWhenNoDatabaseCanBeMade)
     const Notebook notebook = start();
     EXPECT_EQ(notebook.dbTable, u"-");
     ASSERT_EQ(shown_.size(), 1u);
-    EXPECT_THAT(platform::toUtf8(shown_[0]), testing::StartsWith("dbCreateNew: "));
+    EXPECT_THAT(text::toUtf8(shown_[0]), testing::StartsWith("dbCreateNew: "));
 }
 
 struct StoredCase {
@@ -192,7 +192,7 @@ TEST(CommandLine, IsReadAsItIsTyped)
         {u"/add \"", {}, true, u""},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(platform::toUtf8(c.line));
+        SCOPED_TRACE(text::toUtf8(c.line));
         const Start start = parseCommandLine(c.line);
         EXPECT_EQ(start.paths, c.paths);
         EXPECT_EQ(start.add, c.add);
@@ -217,7 +217,7 @@ TEST(LanguageOfTheInterface, CanOnlyBeSwitchedToChinese)
     };
     for (const auto& c : cases) {
         const Language language = decideLanguage(c.install, c.standard, c.setting);
-        EXPECT_EQ(language.chinese, c.chinese) << platform::toUtf8(c.install + u" " + c.setting);
+        EXPECT_EQ(language.chinese, c.chinese) << text::toUtf8(c.install + u" " + c.setting);
         EXPECT_EQ(language.chineseDefault, c.chineseDefault);
     }
 }

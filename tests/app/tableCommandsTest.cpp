@@ -4,12 +4,13 @@
 #include "platform/clipboard.h"
 #include "platform/codePage.h"
 #include "platform/files.h"
-#include "platform/text.h"
 #include "store/catalogue.h"
 #include "store/connectionString.h"
 #include "store/records.h"
 #include "tests/support/memoryControls.h"
 #include "tests/support/testNotebook.h"
+#include "text/decimal.h"
+#include "text/unicode.h"
 
 #include <gmock/gmock.h>
 
@@ -85,7 +86,7 @@ protected:
         for (std::size_t i = 0; i < mnu_availdb_.size(); ++i)
             if (mnu_availdb_.at(i).caption == caption)
                 return commands_.switchTo(i);
-        ADD_FAILURE() << "no entry " << platform::toUtf8(caption);
+        ADD_FAILURE() << "no entry " << text::toUtf8(caption);
     }
     void expectOpen(const std::u16string& file, const std::u16string& table, const Texts& titles)
     {
@@ -97,7 +98,7 @@ protected:
     }
     std::u16string found(int count, const std::u16string& file, const std::u16string& table) const
     {
-        const std::u16string number = platform::decimal(count);
+        const std::u16string number = text::decimal(count);
         return say(
             number + (count > 1 ? u" records" : u" record") + u" found in " + file + u" - " + table + u".",
             u"搜索到 " + number + u" 条记录 (" + file + u" - " + table + u")");

@@ -3,7 +3,6 @@
 
 #include "app/recordCommands.h"
 #include "platform/files.h"
-#include "platform/text.h"
 #include "tests/support/memoryControls.h"
 #include "tests/support/testNotebook.h"
 

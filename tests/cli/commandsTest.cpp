@@ -1,7 +1,8 @@
 // The program as a person or a script runs it.
 #include "platform/files.h"
-#include "platform/text.h"
 #include "tests/support/temporaryFolder.h"
+#include "text/pieces.h"
+#include "text/unicode.h"
 
 #include <gmock/gmock.h>
 
@@ -34,17 +35,16 @@ protected:
     {
         folder_.write(u"input", input);
         std::string line =
-            "cd '" + platform::toUtf8(folder_.path()) + "' && '" VELLUMS_BINARY_DIR "/vellums-cli'";
+            "cd '" + text::toUtf8(folder_.path()) + "' && '" VELLUMS_BINARY_DIR "/vellums-cli'";
         for (const std::string& word : words)
-            line +=
-                " '" + platform::toUtf8(platform::replaceAll(platform::fromUtf8(word), u"'", u"'\\''")) + "'";
+            line += " '" + text::toUtf8(text::replaceAll(text::fromUtf8(word), u"'", u"'\\''")) + "'";
         line += " < input > output 2> errors";
         const int status = std::system(line.c_str());
         return {
             status / 256, tests::bytesOf(folder_.file(u"output")), tests::bytesOf(folder_.file(u"errors"))};
     }
     std::string sql(const std::string& statement) { return run({"sql", "notes.mdb", statement}).out; }
-    std::string path(const char* name) { return platform::toUtf8(folder_.path()) + "/" + name; }
+    std::string path(const char* name) { return text::toUtf8(folder_.path()) + "/" + name; }
 
     void TearDown() override
     {

@@ -1,7 +1,7 @@
 // Several processes on one file, and processes that are killed at any moment.
 #include "platform/files.h"
-#include "platform/text.h"
 #include "tests/support/temporaryFolder.h"
+#include "text/unicode.h"
 
 #include <gtest/gtest.h>
 
@@ -25,10 +25,10 @@ protected:
     // Runs a script in the test's folder, $cli and $db being the program and the database.
     int shell(const std::string& script)
     {
-        const std::string head = "cd '" + platform::toUtf8(folder_.path()) +
+        const std::string head = "cd '" + text::toUtf8(folder_.path()) +
             "' && cli='" VELLUMS_BINARY_DIR "/vellums-cli' && db=notes." + GetParam() + "\n";
         folder_.write(u"script", head + script);
-        return std::system(("sh '" + platform::toUtf8(folder_.file(u"script")) + "'").c_str());
+        return std::system(("sh '" + text::toUtf8(folder_.file(u"script")) + "'").c_str());
     }
     std::string output(std::u16string_view name) { return tests::bytesOf(folder_.file(name)); }
     void expectSound() { EXPECT_EQ(shell("$cli check $db > faults 2>&1"), 0) << output(u"faults"); }
@@ -95,8 +95,8 @@ TEST_P(Processes, ThatAreKilledWhileTheyImportLeaveWhatTheyReported)
         const std::string name = "in/" + std::to_string(i) + ".txt";
         std::string text = "text " + std::to_string(i) + " ";
         text.append(i % 10 == 0 ? 20000 : random() % 900, static_cast<char>('a' + i % 26));
-        folder_.write(platform::fromUtf8(name), text);
-        texts[platform::toUtf8(folder_.file(platform::fromUtf8(name)))] = text;
+        folder_.write(text::fromUtf8(name), text);
+        texts[text::toUtf8(folder_.file(text::fromUtf8(name)))] = text;
     }
     const auto import = [&](const std::string& prefix) {
         const auto begin = std::chrono::steady_clock::now();

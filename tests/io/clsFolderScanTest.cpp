@@ -2,8 +2,8 @@
 
 #include "platform/events.h"
 #include "platform/files.h"
-#include "platform/text.h"
 #include "tests/support/temporaryFolder.h"
+#include "text/pieces.h"
 
 #include <gtest/gtest.h>
 
@@ -33,7 +33,7 @@ protected:
     std::u16string full(const char16_t* name) const { return folder_.file(name); }
     std::u16string native(const char16_t* path) const
     {
-        return platform::replaceAll(path, u"/", std::u16string(1, platform::separator()));
+        return text::replaceAll(path, u"/", std::u16string(1, platform::separator()));
     }
 
     tests::TemporaryFolder folder_;

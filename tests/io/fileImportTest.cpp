@@ -2,9 +2,9 @@
 
 #include "maint/charCleaner.h"
 #include "platform/files.h"
-#include "platform/text.h"
 #include "tests/support/failingProvider.h"
 #include "tests/support/testNotebook.h"
+#include "text/unicode.h"
 
 #include <gmock/gmock.h>
 
@@ -176,7 +176,7 @@ TEST_F(Import, OfAFolderEndsWithTheRemovalOfDuplicates)
 TEST_F(Import, LogsWhatTheTableRefusesAndTakesTheRest)
 {
     const std::string deep(120, 'd'); // the path is longer than a link may be
-    const std::u16string path = notes_.folder().write(platform::fromUtf8(deep + "/" + deep + "/b.txt"), "1");
+    const std::u16string path = notes_.folder().write(text::fromUtf8(deep + "/" + deep + "/b.txt"), "1");
     FileImport import(*notes_, nullptr, events());
     EXPECT_TRUE(import.importFiles({write(u"a.txt", "1"), path, write(u"c.txt", "2"),
         write(u"wide.txt", std::string("\xFF\xFE\0\0x\0\0\0", 8))}));
@@ -224,11 +224,11 @@ TEST_F(Import, WalksEachFolderOnceAndTellsOfTheRest)
     write(u"b/two.txt", "two");
     const std::u16string gone = notes_.folder().file(u"gone");
 #ifndef _WIN32
-    ASSERT_EQ(symlink(platform::toUtf8(notes_.folder().file(u"b")).c_str(),
-                  platform::toUtf8(notes_.folder().file(u"a/b")).c_str()),
+    ASSERT_EQ(symlink(text::toUtf8(notes_.folder().file(u"b")).c_str(),
+                  text::toUtf8(notes_.folder().file(u"a/b")).c_str()),
         0);
-    ASSERT_EQ(symlink(platform::toUtf8(notes_.folder().file(u"a")).c_str(),
-                  platform::toUtf8(notes_.folder().file(u"b/a")).c_str()),
+    ASSERT_EQ(symlink(text::toUtf8(notes_.folder().file(u"a")).c_str(),
+                  text::toUtf8(notes_.folder().file(u"b/a")).c_str()),
         0);
 #endif
     FileImport import(*notes_, nullptr, events());

@@ -2,9 +2,10 @@
 
 #include "jet/sql/conversion.h"
 #include "platform/files.h"
-#include "platform/text.h"
 #include "tests/support/smallMemory.h"
 #include "tests/support/temporaryFolder.h"
+#include "text/decimal.h"
+#include "text/unicode.h"
 
 #include <gtest/gtest.h>
 
@@ -15,8 +16,8 @@
 namespace vellums::jet {
 namespace {
 
-using platform::decimal;
-using platform::toUtf8;
+using text::decimal;
+using text::toUtf8;
 
 // A fresh file; after the test every structure of it must be sound.
 // With hardly any memory for .mdb, so that every statement writes as it goes.

@@ -5,12 +5,13 @@
 #include "jet/file/pageFile.h"
 #include "jet/sql/conversion.h"
 #include "platform/files.h"
-#include "platform/text.h"
 #include "tests/jet/fixturesFolder.h"
 #include "tests/support/bareFile.h"
 #include "tests/support/crashingDisk.h"
 #include "tests/support/smallMemory.h"
 #include "tests/support/temporaryFolder.h"
+#include "text/decimal.h"
+#include "text/unicode.h"
 
 #include <gtest/gtest.h>
 
@@ -19,8 +20,8 @@
 namespace vellums::jet {
 namespace {
 
-using platform::decimal;
-using platform::toUtf8;
+using text::decimal;
+using text::toUtf8;
 
 constexpr std::u16string_view kColumns =
     u"(ID COUNTER CONSTRAINT [VLIDX] UNIQUE, VLHEAD VARCHAR(255), VLTEXT MEMO, VLTYPE VARCHAR(255), "

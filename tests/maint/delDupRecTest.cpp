@@ -2,9 +2,9 @@
 
 #include "app/settings.h"
 #include "platform/files.h"
-#include "platform/text.h"
 #include "store/safetyCopy.h"
 #include "tests/support/testNotebook.h"
+#include "text/decimal.h"
 
 #include <gmock/gmock.h>
 
@@ -18,7 +18,7 @@ class Duplicate : public testing::Test {
 protected:
     void add(int year, const char16_t* digest)
     {
-        notes_.run(u"INSERT INTO [Notes] (VLHEAD, VLDATE, VLMD5) VALUES ('x', '" + platform::decimal(year) +
+        notes_.run(u"INSERT INTO [Notes] (VLHEAD, VLDATE, VLMD5) VALUES ('x', '" + text::decimal(year) +
             u"-1-1', " + (digest == nullptr ? u"NULL" : u"'" + std::u16string(digest) + u"'") + u")");
     }
     std::vector<std::u16string> left() { return notes_.rows(u"SELECT ID FROM [Notes] ORDER BY ID"); }
@@ -93,8 +93,8 @@ TEST_F(Duplicate, RemovalLeavesOneRecordOfEachOfManyDigests)
         const auto connection = notes_->connect();
         connection->beginBatch();
         for (int i = 0; i < 900; ++i)
-            connection->execute(u"INSERT INTO [Notes] (VLDATE, VLMD5) VALUES (" +
-                platform::decimal(40000 + i) + u", 'digest " + platform::decimal(i * 7 % 300) + u"')");
+            connection->execute(u"INSERT INTO [Notes] (VLDATE, VLMD5) VALUES (" + text::decimal(40000 + i) +
+                u", 'digest " + text::decimal(i * 7 % 300) + u"')");
         connection->endBatch();
     }
     EXPECT_EQ(delDupRec(*notes_).removed, 600u);

@@ -8,7 +8,6 @@
 #include "maint/maintenanceCommands.h"
 #include "platform/clipboard.h"
 #include "platform/files.h"
-#include "platform/text.h"
 #include "search/searchFields.h"
 #include "search/textCommands.h"
 #include "store/modCreateDB.h"
@@ -17,6 +16,8 @@
 #include "tests/memory/failingMemory.h"
 #include "tests/support/memoryControls.h"
 #include "tests/support/testNotebook.h"
+#include "text/decimal.h"
+#include "text/pieces.h"
 
 #include <gmock/gmock.h>
 
@@ -42,8 +43,8 @@ std::string sampleFile()
     int year = 2001;
     for (const char16_t* const title : {u"apple", u"banana", u"cherry", u"apple"}) {
         EXPECT_TRUE(addRecord(*notes, {u"the body of one " + std::u16string(title), title, u""}));
-        notes.run(u"UPDATE [Notes] SET VLDATE='" + platform::decimal(year) + u"-1-1' WHERE ID=" +
-            platform::decimal(year - 2000));
+        notes.run(u"UPDATE [Notes] SET VLDATE='" + text::decimal(year) + u"-1-1' WHERE ID=" +
+            text::decimal(year - 2000));
         ++year;
     }
     return tests::bytesOf(notes.file());
@@ -121,7 +122,7 @@ Texts storedIn(Program& program)
                  u"SELECT ID FROM " + table + u" WHERE VLDATE > #2020-1-1#"}) {
             all.push_back(what);
             for (const std::u16string& row : program.notes.rows(what))
-                all.push_back(platform::replaceAll(row, program.notes.folder().path(), u""));
+                all.push_back(text::replaceAll(row, program.notes.folder().path(), u""));
         }
     return all;
 }
@@ -132,9 +133,9 @@ State stateOf(Program& program)
     state.stored = storedIn(program);
     for (int i = 0; i < program.window.lstHeads.count(); ++i)
         state.list.push_back(
-            platform::decimal(program.window.lstHeads.datum(i)) + u" " + program.window.lstHeads.text(i));
+            text::decimal(program.window.lstHeads.datum(i)) + u" " + program.window.lstHeads.text(i));
     const CurrentRecord& current = program.records.current();
-    state.record = {platform::decimal(current.id()), program.window.txtType.text(),
+    state.record = {text::decimal(current.id()), program.window.txtType.text(),
         program.window.txtShowWrap.text(), current.hasUnsavedChanges() ? u"unsaved" : u"saved"};
     state.place = {program.notes->dbConn, program.notes->dbTable};
     for (const tests::MemoryMenuItems* menu : {&program.mnu_availdb, &program.mnu_avtables})

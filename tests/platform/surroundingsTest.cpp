@@ -1,4 +1,5 @@
 #include "platform/clipboard.h"
+#include "platform/clock.h"
 #include "platform/events.h"
 #include "platform/files.h"
 #include "platform/process.h"
@@ -6,6 +7,7 @@
 #include "platform/registry.h"
 #include "platform/shell.h"
 #include "tests/support/temporaryFolder.h"
+#include "text/oleDate.h"
 
 #include <gtest/gtest.h>
 
@@ -59,6 +61,14 @@ TEST(Surroundings, MissingRegistryKeysAreMissing)
 {
     EXPECT_EQ(readRegistry(RegistryRoot::LocalMachine, u"SOFTWARE\\No such key at all", u"").code, 2);
     EXPECT_TRUE(folderExists(specialFolder(SpecialFolder::Documents)));
+}
+
+TEST(Clock, NowSurvivesTheRoundTrip)
+{
+    const double now = oleNow();
+    ASSERT_TRUE(text::localTime(now));
+    EXPECT_EQ(text::oleDate(*text::localTime(now)), now);
+    EXPECT_GT(now, 45000);
 }
 
 } // namespace

@@ -2,8 +2,8 @@
 // each row. Status 3: the file is refused; the reason is on standard error.
 
 #include "jet/database.h"
-#include "platform/text.h"
 #include "tests/readers/jsonLine.h"
+#include "text/unicode.h"
 
 #include <cstdio>
 
@@ -53,7 +53,7 @@ int main(int count, char** arguments)
         return 2;
     }
     try {
-        jet::Database database(platform::fromUtf8(arguments[1]));
+        jet::Database database(text::fromUtf8(arguments[1]));
         for (const jet::TableInfo& table : database.tables()) {
             try {
                 dumpTable(database, table);
@@ -64,7 +64,7 @@ int main(int count, char** arguments)
         }
         return 0;
     } catch (const jet::Error& error) {
-        std::fprintf(stderr, "%s\n", platform::toUtf8(error.description).c_str());
+        std::fprintf(stderr, "%s\n", text::toUtf8(error.description).c_str());
         return 3;
     }
 }

@@ -1,8 +1,7 @@
 #include "tests/readers/jsonLine.h"
 
 #include "jet/sql/conversion.h"
-#include "platform/clock.h"
-#include "platform/text.h"
+#include "text/oleDate.h"
 
 #include <array>
 #include <cstdio>
@@ -21,8 +20,8 @@ std::string plain(double number)
 std::string dateText(double days)
 {
     std::array<char, 120> buffer{};
-    const std::optional<platform::LocalTime> time = platform::localTime(days);
-    const platform::LocalTime t = time.value_or(platform::LocalTime{});
+    const std::optional<text::LocalTime> time = text::localTime(days);
+    const text::LocalTime t = time.value_or(text::LocalTime{});
     std::snprintf(buffer.data(), buffer.size(), "\"%04d-%02d-%02d %02d:%02d:%02d %.17g\"", t.year, t.month,
         t.day, t.hour, t.minute, t.second, days);
     return buffer.data();

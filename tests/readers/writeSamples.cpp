@@ -3,7 +3,9 @@
 
 #include "jet/database.h"
 #include "platform/files.h"
-#include "platform/text.h"
+#include "text/decimal.h"
+#include "text/pieces.h"
+#include "text/unicode.h"
 
 #include <cstdio>
 #include <map>
@@ -57,7 +59,7 @@ std::vector<Note> notes(bool largeIsChinese)
 
 std::u16string literal(const std::optional<std::u16string>& text)
 {
-    return text ? u"'" + platform::replaceAll(*text, u"'", u"''") + u"'" : u"NULL";
+    return text ? u"'" + text::replaceAll(*text, u"'", u"''") + u"'" : u"NULL";
 }
 
 jet::Value valueOf(const std::optional<std::u16string>& text)
@@ -84,12 +86,11 @@ std::map<std::int32_t, Note> write(jet::Database& database, bool largeIsChinese)
     for (std::size_t i = 0; i + kLargeNotes < all.size(); ++i) {
         const auto id = static_cast<std::int32_t>(i + 1);
         const Note& other = all[(i * 7 + 3) % (all.size() - kLargeNotes)];
-        database.run(
-            u"UPDATE [Memo] SET VLTEXT=" + literal(other.body) + u" WHERE ID=" + platform::decimal(id));
+        database.run(u"UPDATE [Memo] SET VLTEXT=" + literal(other.body) + u" WHERE ID=" + text::decimal(id));
         kept[id].body = other.body;
     }
     for (std::int32_t id = 5; id <= static_cast<std::int32_t>(kept.size()); id += 6)
-        database.run(u"DELETE FROM [Memo] WHERE ID=" + platform::decimal(id));
+        database.run(u"DELETE FROM [Memo] WHERE ID=" + text::decimal(id));
     std::erase_if(kept, [](const auto& note) { return note.first >= 5 && note.first % 6 == 5; });
     database.run(
         u"CREATE TABLE [类型] (ID COUNTER, b BIT, y BYTE, i SHORT, l LONG, c CURRENCY, s SINGLE, d DOUBLE, t "
@@ -125,7 +126,7 @@ bool holds(const std::u16string& path, const std::map<std::int32_t, Note>& kept)
             row[2] == valueOf(note->second.body);
     }
     for (const std::u16string& fault : database.check()) {
-        std::fprintf(stderr, "%s\n", platform::toUtf8(fault).c_str());
+        std::fprintf(stderr, "%s\n", text::toUtf8(fault).c_str());
         same = false;
     }
     return same;
@@ -139,7 +140,7 @@ int main(int count, char** arguments)
         std::fputs("usage: writeSamples FILE.mdb|FILE.accdb\n", stderr);
         return 2;
     }
-    const std::u16string path = platform::fromUtf8(arguments[1]);
+    const std::u16string path = text::fromUtf8(arguments[1]);
     try {
         platform::removeFile(path);
         const bool ace = path.ends_with(u".accdb");
@@ -150,7 +151,7 @@ int main(int count, char** arguments)
             return 0;
         std::fputs("The file does not hold what was written.\n", stderr);
     } catch (const jet::Error& error) {
-        std::fprintf(stderr, "%s\n", platform::toUtf8(error.description).c_str());
+        std::fprintf(stderr, "%s\n", text::toUtf8(error.description).c_str());
     }
     return 1;
 }

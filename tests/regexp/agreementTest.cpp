@@ -1,9 +1,10 @@
 // The engine against the reference matcher: every small pattern on every small text, and random larger
 // ones.
-#include "platform/text.h"
 #include "regexp/regExp.h"
 #include "tests/regexp/patternMaker.h"
 #include "tests/regexp/reference.h"
+#include "text/decimal.h"
+#include "text/unicode.h"
 
 #include <gtest/gtest.h>
 
@@ -56,8 +57,8 @@ public:
             ++texts_compared;
             matches += expected->empty() ? 0 : 1;
             if (const std::string result = shown(regExp, text); result != shown(*expected)) {
-                ADD_FAILURE() << platform::toUtf8(pattern) << " on \"" << platform::toUtf8(text)
-                              << "\": " << result << "instead of " << shown(*expected);
+                ADD_FAILURE() << text::toUtf8(pattern) << " on \"" << text::toUtf8(text) << "\": " << result
+                              << "instead of " << shown(*expected);
                 return false;
             }
         }
@@ -120,7 +121,7 @@ private:
         if (depth > 0 && below(3) == 0)
             return std::u16string(openings[below(5)]) + pattern(depth - 1) + u")";
         if (below(8) == 0)
-            return u"\\" + platform::decimal(1 + below(3));
+            return u"\\" + text::decimal(1 + below(3));
         return std::u16string(simple[below(below(2) == 0 ? 5 : 19)]);
     }
 };
@@ -185,7 +186,7 @@ TEST(RegExpAgreement, OfWholeTextsWithTheirLines)
                 text += pieces[random() % std::size(pieces)];
             regExp.IgnoreCase = i % 2 == 0;
             ASSERT_EQ(inLines(regExp, text), lineByLine(regExp, text))
-                << platform::toUtf8(pattern) << " on " << platform::toUtf8(text);
+                << text::toUtf8(pattern) << " on " << text::toUtf8(text);
         }
     }
 }

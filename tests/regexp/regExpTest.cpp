@@ -1,7 +1,7 @@
 #include "regexp/regExp.h"
 
-#include "platform/text.h"
 #include "tests/regexp/cases.h"
+#include "text/unicode.h"
 
 #include <gtest/gtest.h>
 
@@ -43,7 +43,7 @@ TEST(RegExp, FindsWhatThePatternsMean)
 {
     for (const regexp::Case& c : regexp::kCases)
         EXPECT_EQ(found(c.pattern, c.flags, c.text), c.found)
-            << platform::toUtf8(c.pattern) << " on " << platform::toUtf8(c.text);
+            << text::toUtf8(c.pattern) << " on " << text::toUtf8(c.text);
 }
 
 TEST(RegExp, TellsWhereAPatternIsWrong)
@@ -59,10 +59,10 @@ TEST(RegExp, TellsWhereAPatternIsWrong)
         RegExp regExp = expression(c.pattern, "ig");
         try {
             regExp.Execute(u"");
-            ADD_FAILURE() << platform::toUtf8(c.pattern);
+            ADD_FAILURE() << text::toUtf8(c.pattern);
         } catch (const RegExpError& e) {
-            EXPECT_EQ(e.number, c.number) << platform::toUtf8(c.pattern);
-            EXPECT_EQ(e.position, c.position) << platform::toUtf8(c.pattern);
+            EXPECT_EQ(e.number, c.number) << text::toUtf8(c.pattern);
+            EXPECT_EQ(e.position, c.position) << text::toUtf8(c.pattern);
             EXPECT_FALSE(e.description.empty());
         }
     }
@@ -98,7 +98,7 @@ TEST(RegExp, TakesPatternsOfAnySize)
         {u"((a{1,1000}){1,1000}){1,1000}", repeated(u"a", 3000), "error 7"},
     };
     for (const auto& c : cases)
-        EXPECT_EQ(found(c.pattern, "g", c.text), c.found) << platform::toUtf8(c.pattern.substr(0, 40));
+        EXPECT_EQ(found(c.pattern, "g", c.text), c.found) << text::toUtf8(c.pattern.substr(0, 40));
 }
 
 // Backtracking engines take minutes or years for these.

@@ -1,6 +1,6 @@
 #include "search/occurrences.h"
 
-#include "platform/text.h"
+#include "text/unicode.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@ std::string listed(std::u16string_view text, std::u16string_view keyword)
 {
     std::string result;
     for (const Occurrence& occurrence : findOccurrences(text, keyword).list)
-        result += std::to_string(occurrence.position) + " > " + platform::toUtf8(occurrence.text) + "; ";
+        result += std::to_string(occurrence.position) + " > " + text::toUtf8(occurrence.text) + "; ";
     return result;
 }
 
@@ -33,7 +33,7 @@ TEST(Occurrences, StandWhereTheirTextIsMetFirstInTheLine)
         {u"a b", u"", ""},
     };
     for (const auto& c : cases)
-        EXPECT_EQ(listed(c.text, c.keyword), c.listed) << platform::toUtf8(c.keyword);
+        EXPECT_EQ(listed(c.text, c.keyword), c.listed) << text::toUtf8(c.keyword);
 }
 
 TEST(Occurrences, EndEarlyAndTellWhy)

@@ -3,10 +3,10 @@
 #include "app/gate.h"
 #include "app/headingList.h"
 #include "app/recordCommands.h"
-#include "platform/text.h"
 #include "tests/support/failingProvider.h"
 #include "tests/support/memoryControls.h"
 #include "tests/support/testNotebook.h"
+#include "text/unicode.h"
 
 #include <gmock/gmock.h>
 
@@ -184,7 +184,7 @@ TEST_P(SearchFields, AFailedUpgradeIsNotHiddenByTheCount)
         *notes_, notes_.collected(), {[&](const std::u16string& line) { shown.push_back(line); }, [] {}});
     gate.run([&](const Turn&) { records.start(); });
     ASSERT_EQ(shown.size(), 1u);
-    EXPECT_TRUE(shown[0].starts_with(u"The field VLLINK could not be added")) << platform::toUtf8(shown[0]);
+    EXPECT_TRUE(shown[0].starts_with(u"The field VLLINK could not be added")) << text::toUtf8(shown[0]);
     EXPECT_THAT(window_.lstHeads.texts(), ElementsAre(u"title"));
     EXPECT_EQ(columns(u"Old").size(), 5u);
 }

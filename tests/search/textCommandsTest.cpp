@@ -2,10 +2,11 @@
 
 #include "app/boxText.h"
 #include "platform/clipboard.h"
-#include "platform/text.h"
 #include "regexp/regExp.h"
 #include "search/patternMenu.h"
 #include "tests/search/boxesFixture.h"
+#include "text/pieces.h"
+#include "text/unicode.h"
 
 #include <gmock/gmock.h>
 #include <random>
@@ -48,7 +49,7 @@ TEST_F(TextCommandsTest, JoinAndCompressLines)
 std::u16string repeated(std::u16string text, std::u16string_view from, std::u16string_view to)
 {
     for (std::u16string next;; text = next)
-        if ((next = platform::replaceAll(text, from, to)) == text)
+        if ((next = text::replaceAll(text, from, to)) == text)
             return text;
 }
 
@@ -195,8 +196,8 @@ TEST_F(TextCommandsTest, PatternsAreInsertedWithoutTheirGaps)
     EXPECT_EQ(window.txtInline.text(), u"ab");
     for (std::size_t i = 0; i < menu.size(); ++i) { // each is a pattern, or becomes one behind a letter
         RegExp regExp;
-        regExp.Pattern = u"(a)" + platform::replaceAll(menu.at(i).tag, u"...", u"b");
-        EXPECT_NO_THROW(regExp.Test(u"ab")) << platform::toUtf8(menu.at(i).tag);
+        regExp.Pattern = u"(a)" + text::replaceAll(menu.at(i).tag, u"...", u"b");
+        EXPECT_NO_THROW(regExp.Test(u"ab")) << text::toUtf8(menu.at(i).tag);
     }
 }
 

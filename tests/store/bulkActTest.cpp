@@ -2,12 +2,13 @@
 
 #include "platform/files.h"
 #include "platform/profile.h"
-#include "platform/text.h"
 #include "store/connectionString.h"
 #include "store/records.h"
 #include "store/safetyCopy.h"
 #include "tests/support/failingProvider.h"
 #include "tests/support/testNotebook.h"
+#include "text/decimal.h"
+#include "text/unicode.h"
 
 #include <gmock/gmock.h>
 
@@ -34,7 +35,7 @@ protected:
         connection->beginBatch();
         Ids ids;
         for (int i = 0; i < count; ++i)
-            ids.push_back(addRecord(*connection, u"Notes", {u"body " + platform::decimal(i), u"t", u""}).id);
+            ids.push_back(addRecord(*connection, u"Notes", {u"body " + text::decimal(i), u"t", u""}).id);
         connection->execute(u"UPDATE [Notes] SET VLDATE='2001-2-3 4:5:6', VLTYPE='20010203040506'");
         connection->endBatch();
         return ids;
@@ -179,7 +180,7 @@ TEST_F(BulkActs, KeepWhatWasDoneBeforeAFailure)
 {
     const Ids ids = addMany(4);
     provider_.refuses = [&](std::u16string_view sql, int) {
-        return sql.ends_with(u"ID=" + platform::decimal(ids[2]));
+        return sql.ends_with(u"ID=" + text::decimal(ids[2]));
     };
     const struct {
         const char16_t* label;
@@ -237,7 +238,7 @@ TEST(MovingRecords, IsAllOrNothingWhicheverStatementFails)
         finished = refused.empty();
         EXPECT_EQ(moved.whole(), finished) << failing;
         const auto count = [&](const std::u16string& rest) {
-            return std::stoi(platform::toUtf8(notes.rows(u"SELECT COUNT(*) FROM " + rest).front()));
+            return std::stoi(text::toUtf8(notes.rows(u"SELECT COUNT(*) FROM " + rest).front()));
         };
         std::set<std::u16string> texts;
         for (const char16_t* const table : {u"[Notes]", u"[Other]"})

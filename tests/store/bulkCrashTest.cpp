@@ -1,11 +1,12 @@
 // The disk stops at every operation of acts on many records, each record a batch of its own.
 #include "jet/file/diskFile.h"
 #include "maint/delDupRec.h"
-#include "platform/text.h"
 #include "store/batches.h"
 #include "store/embedded/embeddedProvider.h"
 #include "store/records.h"
 #include "tests/support/testNotebook.h"
+#include "text/decimal.h"
+#include "text/unicode.h"
 
 #include <gmock/gmock.h>
 
@@ -79,12 +80,12 @@ public:
         notes_.run(u"SELECT * INTO [Other] FROM [Notes]");
         const bool alike = act.name == std::string("remove duplicates");
         for (int i = 0; i < 4 + alike; ++i) {
-            const std::u16string body = alike ? u"alike" : u"body " + platform::decimal(i);
+            const std::u16string body = alike ? u"alike" : u"body " + text::decimal(i);
             EXPECT_TRUE(addRecord(*notes_, {body, u"title", u""}));
         }
         notes_.run(u"UPDATE [Notes] SET VLDATE='2001-2-3'");
         for (const std::u16string& id : notes_.rows(u"SELECT ID FROM [Notes] ORDER BY ID"))
-            ids_.push_back(std::stoi(platform::toUtf8(id)));
+            ids_.push_back(std::stoi(text::toUtf8(id)));
         if (alike)
             ids_.erase(ids_.begin());
         rows_ = rows(u"[Notes]");
@@ -126,7 +127,7 @@ public:
         const std::size_t done = lasting_.empty() ? 0 : lasting_.back();
         EXPECT_TRUE(!act_.copies || copied >= (isSecondPart_ ? ids_.size() : done)) << copied;
         for (std::size_t i = 0; i < done && (!act_.copies || isSecondPart_); ++i)
-            EXPECT_THAT(left, testing::Not(testing::Contains(platform::decimal(ids_[i]))));
+            EXPECT_THAT(left, testing::Not(testing::Contains(text::decimal(ids_[i]))));
         EXPECT_TRUE(!finished || done == ids_.size()) << done;
     }
 

@@ -1,9 +1,9 @@
 #include "store/compaction.h"
 
 #include "platform/files.h"
-#include "platform/text.h"
 #include "store/records.h"
 #include "tests/support/testNotebook.h"
+#include "text/unicode.h"
 
 #include <gmock/gmock.h>
 
@@ -52,8 +52,8 @@ protected:
         EXPECT_FALSE(result.done);
         const std::u16string head =
             notes_->chinese ? u"数据库文件整理失败:" : u"Database file not compacted:";
-        EXPECT_EQ(platform::toUtf8(result.report),
-            platform::toUtf8(head + u"\r\n" + notes_.file() + u"\r\n" + reason));
+        EXPECT_EQ(
+            text::toUtf8(result.report), text::toUtf8(head + u"\r\n" + notes_.file() + u"\r\n" + reason));
         EXPECT_EQ(tests::bytesOf(notes_.file()), before_);
     }
 
@@ -77,9 +77,9 @@ TEST_F(CompactionTest, PutsTheCopyInThePlaceOfTheFile)
     const Compaction result = compactDatabase(*notes_, notes_.file());
     EXPECT_TRUE(result.done);
     EXPECT_EQ(tests::bytesOf(notes_.file()).size(), before_.size() + 4096);
-    EXPECT_EQ(platform::toUtf8(result.report),
-        platform::toUtf8(u"Database file compacted:\r\n" + notes_.file() + u"\r\n" +
-            kilobytes(before_.size()) + u" -> " + kilobytes(before_.size() + 4096) + u"."));
+    EXPECT_EQ(text::toUtf8(result.report),
+        text::toUtf8(u"Database file compacted:\r\n" + notes_.file() + u"\r\n" + kilobytes(before_.size()) +
+            u" -> " + kilobytes(before_.size() + 4096) + u"."));
     notes_->chinese = true;
     EXPECT_TRUE(compactDatabase(*notes_, notes_.file()).report.starts_with(u"数据库文件整理完毕:\r\n"));
     platform::File(notes_.file(), platform::Access::Write).resize(before_.size()); // for the checker

@@ -1,9 +1,9 @@
 #include "store/records.h"
 
-#include "maint/clsMD5.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "tests/support/testNotebook.h"
+#include "text/clsMD5.h"
 
 #include <gmock/gmock.h>
 
@@ -15,34 +15,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using Lines = std::vector<std::u16string>;
-
-struct TitleCase {
-    const char* why;
-    std::u16string text;
-    std::u16string title;
-};
-
-const TitleCase kTitles[] = {
-    {"one long line is cut at fifty", std::u16string(80, u'x'), std::u16string(50, u'x')},
-    {"a line of fifty stays whole", std::u16string(50, u'x') + u"\r\ny", std::u16string(50, u'x')},
-    {"a line of fifty-one is cut", std::u16string(51, u'x') + u"\r\ny", std::u16string(50, u'x')},
-    {"a short first line is the title", u"Groceries\r\nmilk", u"Groceries"},
-    {"an empty first line gives none", u"\r\nmilk", u""},
-    {"a short text without a line end", u"milk", u"milk"},
-    {"a mail's subject wins", u"From: a\r\nTo: b\r\n主题: Meeting\r\nHello", u"Meeting"},
-    {"a subject at the very start does not count", u"主题: Meeting\r\nHello", u"主题: Meeting"},
-    {"a subject without a line end does not count", u"a 主题: Meeting", u"a 主题: Meeting"},
-    {"an empty text", u"", u""},
-    {"no half of a character", std::u16string(49, u'x') + u"😀y", std::u16string(49, u'x')},
-    {"not of the first one of its kind either", std::u16string(49, u'x') + u"\U00010000y",
-        std::u16string(49, u'x')},
-};
-
-TEST(TitleOf, ChoosesTheTitle)
-{
-    for (const TitleCase& c : kTitles)
-        EXPECT_EQ(titleOf(c.text), c.title) << c.why;
-}
 
 class Records : public testing::TestWithParam<const char16_t*> {
 protected:
@@ -72,8 +44,8 @@ TEST_P(Records, TheDigestIsThatOfTheStoredText)
         const auto stored = getRecText(*notes_, 1);
         ASSERT_TRUE(stored);
         EXPECT_NE(stored->text, given) << "a text that cleaning changes";
-        EXPECT_EQ(stored->md5, maint::clsMD5().MD5(stored->text));
-        EXPECT_NE(stored->md5, maint::clsMD5().MD5(given));
+        EXPECT_EQ(stored->md5, text::clsMD5().MD5(stored->text));
+        EXPECT_NE(stored->md5, text::clsMD5().MD5(given));
     };
     add(given);
     expectItsDigest();

@@ -2,7 +2,7 @@
 
 #include "app/boxText.h"
 #include "platform/clipboard.h"
-#include "platform/text.h"
+#include "text/unicode.h"
 
 #include <gtest/gtest.h>
 
@@ -167,7 +167,7 @@ std::u16string MemoryNameDialog::ask(const NameForm& form)
 {
     shown_.push_back(form);
     if (names_.empty()) {
-        ADD_FAILURE() << "a name was asked for: " << platform::toUtf8(form.label);
+        ADD_FAILURE() << "a name was asked for: " << text::toUtf8(form.label);
         return {};
     }
     const std::u16string name = names_.front();
@@ -187,7 +187,7 @@ Answer MemoryDialogs::next(const std::u16string& question)
     if (meanwhile)
         meanwhile();
     if (answers_.empty()) {
-        ADD_FAILURE() << "nobody expected the question " << platform::toUtf8(question);
+        ADD_FAILURE() << "nobody expected the question " << text::toUtf8(question);
         return Answer::Cancel;
     }
     const Answer answer = answers_.front();
@@ -223,7 +223,7 @@ std::u16string MemoryDialogs::chooseFolder(const std::u16string& prompt)
     if (meanwhile)
         meanwhile();
     if (folders_.empty()) {
-        ADD_FAILURE() << "nobody expected to be asked for a folder: " << platform::toUtf8(prompt);
+        ADD_FAILURE() << "nobody expected to be asked for a folder: " << text::toUtf8(prompt);
         return {};
     }
     const std::u16string folder = folders_.front();

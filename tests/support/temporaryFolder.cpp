@@ -3,7 +3,7 @@
 #include "platform/files.h"
 #include "platform/folderListing.h"
 #include "platform/process.h"
-#include "platform/text.h"
+#include "text/pieces.h"
 
 #include <atomic>
 #include <filesystem>
@@ -19,7 +19,7 @@ namespace {
 
 std::u16string textOf(const fs::path& path)
 {
-    return platform::replaceAll(path.u16string(), u"/", std::u16string(1, platform::separator()));
+    return text::replaceAll(path.u16string(), u"/", std::u16string(1, platform::separator()));
 }
 
 // With the functions that reach long paths.

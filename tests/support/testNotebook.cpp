@@ -1,8 +1,9 @@
 #include "tests/support/testNotebook.h"
 
 #include "jet/database.h"
-#include "platform/text.h"
 #include "store/connectionString.h"
+#include "text/decimal.h"
+#include "text/unicode.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +12,7 @@ namespace {
 
 struct ShortText {
     std::u16string operator()(jet::Null) const { return u"NULL"; }
-    std::u16string operator()(std::int32_t value) const { return platform::decimal(value); }
+    std::u16string operator()(std::int32_t value) const { return text::decimal(value); }
     std::u16string operator()(jet::Date value) const
     {
         const std::string digits = std::to_string(value.days);
@@ -46,9 +47,9 @@ TestNotebook::~TestNotebook()
 {
     try {
         for (const std::u16string& fault : jet::Database(file_).check())
-            ADD_FAILURE() << platform::toUtf8(fault);
+            ADD_FAILURE() << text::toUtf8(fault);
     } catch (const jet::Error& e) {
-        ADD_FAILURE() << platform::toUtf8(e.description);
+        ADD_FAILURE() << text::toUtf8(e.description);
     }
 }
 

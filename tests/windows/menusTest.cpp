@@ -1,5 +1,6 @@
 // The menus as the window holds them.
 #include "ui/menus.h"
+
 #include "ui/ids.h"
 #include "ui/menuTable.h"
 

@@ -3,11 +3,12 @@
 // Some things the object of Wine is known to do otherwise, so the patterns and texts here keep clear of
 // them: case beyond ASCII, "." at CR and "\s" beyond ASCII, U+0000, Global where a match can be empty (it
 // never ends), look-aheads whose content can be empty, octal escapes, ranges that end in a class escape.
-#include "platform/text.h"
 #include "regexp/parse/tree.h"
 #include "regexp/regExp.h"
 #include "tests/regexp/patternMaker.h"
 #include "tests/regexp/reference.h"
+#include "text/decimal.h"
+#include "text/unicode.h"
 
 #include <gtest/gtest.h>
 
@@ -184,7 +185,7 @@ private:
             return opening + pattern(depth - 1) + u")";
         }
         if (groups_ > 0 && below(6) == 0)
-            return u"\\" + platform::decimal(1 + below(groups_));
+            return u"\\" + text::decimal(1 + below(groups_));
         return std::u16string(simple[below(21)]);
     }
 
@@ -255,7 +256,7 @@ TEST_F(SystemRegExp, AgreesOnGeneratedPatterns)
         if (!why.empty())
             continue;
         ++failures;
-        ADD_FAILURE() << platform::toUtf8(pattern) << " on \"" << platform::toUtf8(text) << "\": " << own
+        ADD_FAILURE() << text::toUtf8(pattern) << " on \"" << text::toUtf8(text) << "\": " << own
                       << "and the object " << system;
     }
     for (const auto& [why, count] : known)

@@ -1,8 +1,8 @@
 #include "jet/sql/dateText.h"
 
 #include "jet/sql/dateForm.h"
-#include "platform/text.h"
 #include "tests/jet/sql/referenceTable.h"
+#include "text/unicode.h"
 
 #include <gtest/gtest.h>
 
@@ -71,7 +71,7 @@ const DateCase kDateCases[] = {
 TEST(DateText, ReadsWhatWindowsReads)
 {
     for (const DateCase& c : kDateCases)
-        EXPECT_EQ(read(c.text), c.date) << platform::toUtf8(c.text);
+        EXPECT_EQ(read(c.text), c.date) << text::toUtf8(c.text);
 }
 
 TEST(DateText, LiteralsAreMonthDayYear)
@@ -86,7 +86,7 @@ TEST(DateText, LiteralsAreMonthDayYear)
         {u"9:07", u"1899-12-30 09:07:00"},
     };
     for (const DateCase& c : cases)
-        EXPECT_EQ(read(c.text, DateOrder::Literal), c.date) << platform::toUtf8(c.text);
+        EXPECT_EQ(read(c.text, DateOrder::Literal), c.date) << text::toUtf8(c.text);
 }
 
 TEST(DateText, AgreesWithTheReferenceCasesInAllThreeOrders)
@@ -108,7 +108,7 @@ TEST(DateText, AgreesWithTheReferenceCasesInAllThreeOrders)
             constexpr std::u16string_view kMidnight = u" 00:00:00";
             if (expected.ends_with(kMidnight))
                 expected.resize(expected.size() - kMidnight.size());
-            EXPECT_EQ(read(text, kOrders[i]), expected) << platform::toUtf8(text) << " order " << i;
+            EXPECT_EQ(read(text, kOrders[i]), expected) << text::toUtf8(text) << " order " << i;
         }
     }
     EXPECT_GT(rows->size(), 350u);

@@ -2,8 +2,9 @@
 #include "jet/sql/decimalForm.h"
 #include "jet/sql/evaluator.h"
 #include "jet/sql/parser.h"
-#include "platform/clock.h"
-#include "platform/text.h"
+#include "text/decimal.h"
+#include "text/oleDate.h"
+#include "text/unicode.h"
 
 #include <gtest/gtest.h>
 
@@ -14,7 +15,7 @@ namespace {
 std::u16string evaluate(std::u16string_view text)
 {
     Scope scope;
-    scope.now = Date{platform::oleDate({2024, 3, 5, 9, 7, 3})};
+    scope.now = Date{text::oleDate({2024, 3, 5, 9, 7, 3})};
     try {
         Expression expression = parseExpression(text);
         bind(expression, scope);
@@ -27,7 +28,7 @@ std::u16string evaluate(std::u16string_view text)
             return textOf(value) + u"d";
         return textOf(value);
     } catch (const Error& error) {
-        return u"error " + platform::decimal(error.native);
+        return u"error " + text::decimal(error.native);
     }
 }
 
@@ -174,19 +175,19 @@ const ExpressionCase kFunctions[] = {
 TEST(Expression, OperatorsGroupAndConvert)
 {
     for (const ExpressionCase& c : kOperators)
-        EXPECT_EQ(evaluate(c.expression), c.value) << platform::toUtf8(c.expression);
+        EXPECT_EQ(evaluate(c.expression), c.value) << text::toUtf8(c.expression);
 }
 
 TEST(Expression, LogicHasThreeValues)
 {
     for (const ExpressionCase& c : kLogic)
-        EXPECT_EQ(evaluate(c.expression), c.value) << platform::toUtf8(c.expression);
+        EXPECT_EQ(evaluate(c.expression), c.value) << text::toUtf8(c.expression);
 }
 
 TEST(Expression, FunctionsKeepTheirRules)
 {
     for (const ExpressionCase& c : kFunctions)
-        EXPECT_EQ(evaluate(c.expression), c.value) << platform::toUtf8(c.expression);
+        EXPECT_EQ(evaluate(c.expression), c.value) << text::toUtf8(c.expression);
 }
 
 TEST(Expression, DeepOnesAreRefusedAndLongOnesAreNot)
@@ -222,7 +223,7 @@ std::u16string coerced(const Column& column, Value value)
         const Value result = coerceFor(column, std::move(value));
         return isNull(result) ? u"NULL" : textOf(result);
     } catch (const Error& error) {
-        return u"error " + platform::decimal(error.native);
+        return u"error " + text::decimal(error.native);
     }
 }
 
@@ -273,7 +274,7 @@ TEST(Conversion, FitsValuesToTheirColumn)
     };
     for (const auto& c : cases)
         EXPECT_EQ(coerced(c.column, c.value), c.expected)
-            << "type " << static_cast<int>(c.column.type) << ", " << platform::toUtf8(c.expected);
+            << "type " << static_cast<int>(c.column.type) << ", " << text::toUtf8(c.expected);
 }
 
 TEST(Conversion, ExactDecimalsCompareByTheirDigits)

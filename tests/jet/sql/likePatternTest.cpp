@@ -2,8 +2,8 @@
 
 #include "jet/sql/caseFold.h"
 #include "jet/table/valueCodec.h"
-#include "platform/text.h"
 #include "tests/jet/sql/referenceTable.h"
+#include "text/unicode.h"
 
 #include <gtest/gtest.h>
 
@@ -32,7 +32,7 @@ bool isNarrow(std::u16string_view text)
 void expectMatch(std::u16string_view text, std::u16string_view pattern, bool expected)
 {
     const LikePattern like(pattern);
-    const std::string what = platform::toUtf8(text) + " LIKE " + platform::toUtf8(pattern);
+    const std::string what = text::toUtf8(text) + " LIKE " + text::toUtf8(pattern);
     EXPECT_EQ(like.matches(text), expected) << what;
     Bytes wide{std::byte{0xEE}};
     append(wide, bytesOf(text, false));
@@ -168,7 +168,7 @@ TEST(CaseFold, AgreesWithTheReferenceTable)
     for (const std::vector<std::u16string>& row : *rows) {
         ASSERT_EQ(row.size(), 4u);
         const auto number = [&](std::size_t i, int base) {
-            return std::stoi(platform::toUtf8(row[i]), nullptr, base);
+            return std::stoi(text::toUtf8(row[i]), nullptr, base);
         };
         for (int unit = number(0, 16); unit <= number(1, 16); unit += number(2, 10)) {
             small += static_cast<char16_t>(unit);

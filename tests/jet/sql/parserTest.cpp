@@ -1,7 +1,7 @@
 #include "jet/sql/parser.h"
 
 #include "jet/sql/conversion.h"
-#include "platform/text.h"
+#include "text/unicode.h"
 
 #include <gtest/gtest.h>
 
@@ -92,9 +92,8 @@ TEST(Parser, SaysWhatIsWrong)
 {
     for (const ErrorCase& c : kErrors) {
         int native = 0;
-        EXPECT_EQ(platform::toUtf8(errorOf(c.sql, &native)), platform::toUtf8(c.description))
-            << platform::toUtf8(c.sql);
-        EXPECT_EQ(native, c.native) << platform::toUtf8(c.sql);
+        EXPECT_EQ(text::toUtf8(errorOf(c.sql, &native)), text::toUtf8(c.description)) << text::toUtf8(c.sql);
+        EXPECT_EQ(native, c.native) << text::toUtf8(c.sql);
     }
 }
 
@@ -125,7 +124,7 @@ TEST(Parser, TakesEveryStatementOfTheDialect)
         u"DROP INDEX i ON [T]",
     };
     for (const char16_t* sql : statements)
-        EXPECT_EQ(errorOf(sql), u"(none)") << platform::toUtf8(sql);
+        EXPECT_EQ(errorOf(sql), u"(none)") << text::toUtf8(sql);
 }
 
 TEST(Parser, KeepsEveryCharacterOfALiteral)

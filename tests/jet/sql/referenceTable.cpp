@@ -1,6 +1,7 @@
 #include "tests/jet/sql/referenceTable.h"
 
-#include "platform/text.h"
+#include "text/pieces.h"
+#include "text/unicode.h"
 
 #include <cstdlib>
 #include <fstream>
@@ -18,7 +19,7 @@ std::optional<std::vector<std::vector<std::u16string>>> referenceTable(const std
     std::string line;
     std::getline(file, line);
     while (std::getline(file, line))
-        rows.push_back(platform::split(platform::fromUtf8(line), u"\t"));
+        rows.push_back(text::split(text::fromUtf8(line), u"\t"));
     return rows;
 }
 

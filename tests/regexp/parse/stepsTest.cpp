@@ -1,8 +1,10 @@
 // Patterns that leave no choice: which ones they are, and that they find what they find as part of a
 // larger pattern that does leave one.
 #include "regexp/parse/steps.h"
-#include "platform/text.h"
+
 #include "regexp/regExp.h"
+#include "text/decimal.h"
+#include "text/unicode.h"
 
 #include <gtest/gtest.h>
 
@@ -32,7 +34,7 @@ TEST(RegExpSteps, AreMadeOfPatternsThatLeaveNoChoice)
         {u"(a)+b\\1", false, false}, {u"\\1(a)", false, false}};
     for (const auto& c : cases) {
         const regexp::Tree tree = regexp::parsePattern(c.pattern, false, c.multiline);
-        EXPECT_EQ(regexp::stepsOf(tree).has_value(), c.steps) << platform::toUtf8(c.pattern);
+        EXPECT_EQ(regexp::stepsOf(tree).has_value(), c.steps) << text::toUtf8(c.pattern);
     }
 }
 
@@ -54,7 +56,7 @@ public:
             result += group ? u"(" + run() + u")" : run();
             groups += group ? 1 : 0;
             if (groups > 0 && below(5) == 0)
-                result += u" \\" + platform::decimal(1 + below(groups));
+                result += u" \\" + text::decimal(1 + below(groups));
             if (below(8) == 0)
                 result += edges[below(4)];
         }
@@ -134,11 +136,9 @@ TEST(RegExpSteps, FindWhatThePatternFindsAsOneOfTwo)
             const std::string expected = matchesOf(either, text);
             matches += expected.empty() ? 0 : 1;
             ASSERT_EQ(matchesOf(row, text), expected)
-                << "seed " << seed << ": " << platform::toUtf8(row.Pattern) << " on "
-                << platform::toUtf8(text);
+                << "seed " << seed << ": " << text::toUtf8(row.Pattern) << " on " << text::toUtf8(text);
             ASSERT_EQ(matchesInLines(row, text), matchesInLines(either, text))
-                << "seed " << seed << ": " << platform::toUtf8(row.Pattern) << " on "
-                << platform::toUtf8(text);
+                << "seed " << seed << ": " << text::toUtf8(row.Pattern) << " on " << text::toUtf8(text);
         }
     }
     EXPECT_GT(rows, 1000);

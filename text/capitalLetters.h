@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <span>
 
-namespace vellums::platform {
+namespace vellums::text {
 
 // Every step-th unit from first to last has its other form delta further on.
 struct LetterRun {
@@ -19,4 +19,4 @@ struct LetterRun {
 std::span<const LetterRun> capitalRuns(); // the units that have a capital letter
 std::span<const LetterRun> smallRuns();   // the units that have a small one
 
-} // namespace vellums::platform
+} // namespace vellums::text

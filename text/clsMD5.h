@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace vellums::maint {
+namespace vellums::text {
 
 class clsMD5 {
 public:
@@ -16,4 +16,4 @@ public:
     std::u16string MD5(std::u16string_view text) const;
 };
 
-} // namespace vellums::maint
+} // namespace vellums::text

@@ -1,8 +1,8 @@
-#include "maint/clsMD5.h"
+#include "text/clsMD5.h"
 
 #include <gtest/gtest.h>
 
-namespace vellums::maint {
+namespace vellums::text {
 namespace {
 
 struct DigestCase {
@@ -36,4 +36,4 @@ TEST(Md5, CountsOnlyTheLowByteOfACharacter)
 }
 
 } // namespace
-} // namespace vellums::maint
+} // namespace vellums::text

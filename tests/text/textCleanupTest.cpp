@@ -1,18 +1,15 @@
-#include "io/textCleanup.h"
+#include "text/textCleanup.h"
 
-#include "platform/files.h"
-#include "platform/text.h"
+#include "text/pieces.h"
+#include "text/unicode.h"
 
 #include <gtest/gtest.h>
 
 #include <chrono>
 #include <random>
 
-namespace vellums::io {
+namespace vellums::text {
 namespace {
-
-using platform::replaceAll;
-using platform::replaceAllNoCase;
 
 void repeat(std::u16string& text, std::u16string_view from, std::u16string_view to)
 {
@@ -93,43 +90,5 @@ TEST(TextCleanup, TakesTimeInProportionToTheText)
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(20));
 }
 
-struct TitleCase {
-    std::u16string path;
-    std::u16string title;
-};
-
-std::u16string manyOf(std::size_t count, char16_t c = u'x')
-{
-    return std::u16string(count, c);
-}
-
-const TitleCase kTitles[] = {
-    {u"C:\\docs\\a note.txt", u"a note"},
-    {u"C:\\docs\\a.b.txt", u"a.b"},
-    {u"C:\\docs\\report.v2\\notes", u"report"},
-    {u"C:\\docs\\notes", u""},
-    {u"C:\\docs\\.profile", u""},
-    {u"C:\\docs.\\x", u""},
-    {u"notes.txt", u"notes"},
-    {u"notes", u""},
-    {u"", u""},
-    {u"D:\\it's.txt", u"it''s"},
-    {u"D:\\附件: Tarnwick Group Limited, Tarnwick North Branch.doc", u"Tarn, Tarn 分行"},
-    {u"D:\\North City Branch.doc", u"分行"},
-    {u"D:\\" + manyOf(100) + u".txt", manyOf(100)},
-    {u"D:\\" + manyOf(101) + u".txt", manyOf(100) + u"..."},
-    {u"D:\\" + manyOf(99) + u"'yy.txt", manyOf(99) + u"..."},
-    {u"D:\\" + manyOf(98) + u"'yy.txt", manyOf(98) + u"''..."},
-    {u"D:\\x" + manyOf(60, u'\'') + u".txt", u"x" + manyOf(98, u'\'') + u"..."},
-    {u"D:\\" + manyOf(99) + u"\U0001F600yy.txt", manyOf(99) + u"..."},
-};
-
-TEST(TitleFromPath, TakesTheNameAndQuotesIt)
-{
-    for (const TitleCase& c : kTitles)
-        EXPECT_EQ(titleFromPath(c.path), c.title);
-    EXPECT_EQ(titleFromPath(std::u16string(u"x") + platform::separator() + u"y.z"), u"y");
-}
-
 } // namespace
-} // namespace vellums::io
+} // namespace vellums::text

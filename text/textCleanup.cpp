@@ -1,14 +1,11 @@
-#include "io/textCleanup.h"
+#include "text/textCleanup.h"
 
-#include "platform/files.h"
-#include "platform/text.h"
+#include "text/unicode.h"
 
 #include <algorithm>
 
-namespace vellums::io {
+namespace vellums::text {
 namespace {
-
-using platform::replaceAll;
 
 constexpr char16_t kIdeographicSpace = 0x3000;
 
@@ -138,30 +135,6 @@ std::u16string withoutBlankRuns(std::u16string_view text)
     return out;
 }
 
-// The name between the last folder and the last dot.
-std::u16string_view baseName(std::u16string_view path)
-{
-    const std::size_t dot = path.rfind(u'.');
-    if (dot == std::u16string_view::npos)
-        return {};
-    const std::size_t folder = platform::lastSeparator(path.substr(0, dot + 2));
-    if (folder == std::u16string_view::npos)
-        return path.substr(0, dot);
-    return folder < dot ? path.substr(folder + 1, dot - folder - 1) : std::u16string_view();
-}
-
-// The beginning of a quoted text, without half of a doubled apostrophe or of a pair at its end.
-std::u16string cutQuoted(const std::u16string& text, std::size_t length)
-{
-    std::u16string cut = text.substr(0, length);
-    const std::size_t other = cut.find_last_not_of(u'\'');
-    const std::size_t apostrophes = cut.size() - (other == std::u16string::npos ? 0 : other + 1);
-    const bool halfPair = !cut.empty() && cut.back() >= 0xD800 && cut.back() < 0xDC00;
-    if (apostrophes % 2 != 0 || halfPair)
-        cut.pop_back();
-    return cut;
-}
-
 } // namespace
 
 std::u16string cleanBody(std::u16string_view text)
@@ -173,18 +146,4 @@ std::u16string cleanBody(std::u16string_view text)
     return withoutBlankRuns(withoutOuterLineEnds(body));
 }
 
-std::u16string titleFromPath(std::u16string_view path)
-{
-    std::u16string title = replaceAll(baseName(path), u"'", u"''");
-    title = replaceAll(title, u"附件: ", u"");
-    title = replaceAll(title, u"Tarnwick Group Limited", u"Tarn");
-    title = replaceAll(title, u"Tarnwick", u"Tarn");
-    title = replaceAll(title, u"North Branch", u"分行");
-    title = replaceAll(title, u"North City Branch", u"分行");
-    constexpr std::size_t kLongestTitle = 100;
-    if (title.size() > kLongestTitle)
-        title = cutQuoted(title, kLongestTitle) + u"...";
-    return title;
-}
-
-} // namespace vellums::io
+} // namespace vellums::text

@@ -1,10 +1,10 @@
-#include "maint/clsMD5.h"
+#include "text/clsMD5.h"
 
 #include <array>
 #include <bit>
 #include <cstdint>
 
-namespace vellums::maint {
+namespace vellums::text {
 namespace {
 
 // 2^32 times the absolute sine of 1 to 64, cut to whole numbers.
@@ -91,4 +91,4 @@ std::u16string clsMD5::MD5(std::u16string_view text) const
     return digits;
 }
 
-} // namespace vellums::maint
+} // namespace vellums::text

@@ -1,8 +1,6 @@
-#include "platform/text.h"
+#include "text/unicode.h"
 
-#include <algorithm>
-
-namespace vellums::platform {
+namespace vellums::text {
 namespace {
 
 constexpr char16_t kReplacement = 0xFFFD;
@@ -127,83 +125,4 @@ std::string toUtf8(std::u16string_view text)
     return out;
 }
 
-std::u16string decimal(std::int64_t value)
-{
-    const std::string digits = std::to_string(value);
-    return std::u16string(digits.begin(), digits.end());
-}
-
-std::u16string decimal(std::int64_t value, int width)
-{
-    std::u16string digits = decimal(value);
-    if (digits.size() < static_cast<std::size_t>(width))
-        digits.insert(0, static_cast<std::size_t>(width) - digits.size(), u'0');
-    return digits;
-}
-
-std::u16string lowerCase(std::u16string_view text)
-{
-    std::u16string out(text);
-    std::transform(out.begin(), out.end(), out.begin(), [](char16_t c) { return lowerCase(c); });
-    return out;
-}
-
-bool equalNoCase(std::u16string_view a, std::u16string_view b)
-{
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-        [](char16_t x, char16_t y) { return x == y || lowerCase(x) == lowerCase(y); });
-}
-
-namespace {
-
-// The replacement, with the places to search in and the text to search for already alike in case.
-std::u16string replaceFound(
-    std::u16string_view text, std::u16string_view searched, std::u16string_view from, std::u16string_view to)
-{
-    std::u16string out;
-    out.reserve(text.size());
-    std::size_t done = 0;
-    while (!from.empty()) {
-        const std::size_t found = searched.find(from, done);
-        if (found == std::u16string_view::npos)
-            break;
-        out.append(text.substr(done, found - done)).append(to);
-        done = found + from.size();
-    }
-    out.append(text.substr(done));
-    return out;
-}
-
-} // namespace
-
-std::u16string replaceAll(std::u16string_view text, std::u16string_view from, std::u16string_view to)
-{
-    return replaceFound(text, text, from, to);
-}
-
-std::u16string replaceAllNoCase(std::u16string_view text, std::u16string_view from, std::u16string_view to)
-{
-    return replaceFound(text, lowerCase(text), lowerCase(from), to);
-}
-
-std::u16string_view trimBlanks(std::u16string_view text)
-{
-    const std::size_t first = text.find_first_not_of(u' ');
-    if (first == std::u16string_view::npos)
-        return {};
-    return text.substr(first, text.find_last_not_of(u' ') - first + 1);
-}
-
-std::vector<std::u16string> split(std::u16string_view text, std::u16string_view separator)
-{
-    std::vector<std::u16string> pieces;
-    for (;;) {
-        const std::size_t found = text.find(separator);
-        pieces.emplace_back(text.substr(0, found));
-        if (found == std::u16string_view::npos)
-            return pieces;
-        text.remove_prefix(found + separator.size());
-    }
-}
-
-} // namespace vellums::platform
+} // namespace vellums::text

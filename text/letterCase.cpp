@@ -1,0 +1,50 @@
+#include "text/letterCase.h"
+
+#include "text/capitalLetters.h"
+
+#include <algorithm>
+
+namespace vellums::text {
+namespace {
+
+char16_t mapped(char16_t c, std::span<const LetterRun> runs)
+{
+    const auto run = std::lower_bound(
+        runs.begin(), runs.end(), c, [](const LetterRun& r, char16_t unit) { return r.last < unit; });
+    const bool found = run != runs.end() && run->first <= c && (c - run->first) % run->step == 0;
+    return found ? static_cast<char16_t>(c + run->delta) : c;
+}
+
+std::u16string mapped(std::u16string_view text, std::span<const LetterRun> runs)
+{
+    std::u16string result(text);
+    std::transform(result.begin(), result.end(), result.begin(), [&](char16_t c) { return mapped(c, runs); });
+    return result;
+}
+
+} // namespace
+
+char16_t lowerCase(char16_t c)
+{
+    if (c < 0x80)
+        return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 32) : c;
+    return mapped(c, smallRuns());
+}
+
+std::u16string lowerCase(std::u16string_view text)
+{
+    return mapped(text, smallRuns());
+}
+
+std::u16string upperCase(std::u16string_view text)
+{
+    return mapped(text, capitalRuns());
+}
+
+bool equalNoCase(std::u16string_view a, std::u16string_view b)
+{
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+        [](char16_t x, char16_t y) { return x == y || lowerCase(x) == lowerCase(y); });
+}
+
+} // namespace vellums::text
