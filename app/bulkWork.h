@@ -2,7 +2,7 @@
 // be made.
 #pragma once
 
-#include "app/dialogs.h"
+#include "ports/dialogs.h"
 #include "ports/progress.h"
 #include "store/bulkAct.h"
 

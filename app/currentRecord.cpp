@@ -22,7 +22,7 @@ std::u16string dateText(const std::optional<double>& date)
     return time ? text::isoDateTime(*time) : std::u16string();
 }
 
-CurrentRecord::CurrentRecord(Notebook& notebook, MainWindow window)
+CurrentRecord::CurrentRecord(Notebook& notebook, WindowPorts window)
     : notebook_(notebook)
     , window_(window)
 {

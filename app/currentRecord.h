@@ -1,8 +1,8 @@
 // The record that the title box and the text box show.
 #pragma once
 
-#include "app/mainWindow.h"
 #include "app/unsavedText.h"
+#include "ports/windowPorts.h"
 #include "store/records.h"
 
 #include <cstdint>
@@ -18,7 +18,7 @@ struct RecordTexts {
 
 class CurrentRecord {
 public:
-    CurrentRecord(Notebook& notebook, MainWindow window);
+    CurrentRecord(Notebook& notebook, WindowPorts window);
 
     // The ID; negative for a new record that is not in the table yet.
     std::int32_t id() const { return record_.id; }
@@ -63,7 +63,7 @@ private:
     Notebook origin() const;
 
     Notebook& notebook_;
-    MainWindow window_;
+    WindowPorts window_;
     SnippetRecord record_;
     std::u16string conn_; // where the record came from
     std::u16string table_;

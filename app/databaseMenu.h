@@ -2,7 +2,7 @@
 // a key, whoever draws them doubles it.
 #pragma once
 
-#include "app/controls.h"
+#include "ports/controls.h"
 #include "store/notebook.h"
 
 #include <optional>

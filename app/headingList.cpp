@@ -12,7 +12,7 @@ std::u16string databaseName(const Notebook& notebook)
     return connPart(notebook, notebook.dbConn, ConnPart::FileName);
 }
 
-HeadingQuery queryOf(const Notebook& notebook, const MainWindow& window, const std::u16string& pattern)
+HeadingQuery queryOf(const Notebook& notebook, const WindowPorts& window, const std::u16string& pattern)
 {
     HeadingQuery query;
     query.table = notebook.dbTable;
@@ -40,7 +40,7 @@ std::u16string foundText(const Notebook& notebook, int count)
         u"搜索到 " + number + u" 条记录 (" + place + u")");
 }
 
-bool dbQuery(const Notebook& notebook, MainWindow& window, const std::u16string& pattern,
+bool dbQuery(const Notebook& notebook, WindowPorts& window, const std::u16string& pattern,
     const std::function<bool()>& giveUp)
 {
     window.caption.setText(windowCaption(notebook));

@@ -1,7 +1,7 @@
 // The heading list: the titles of the records that match the search box.
 #pragma once
 
-#include "app/mainWindow.h"
+#include "ports/windowPorts.h"
 #include "store/notebook.h"
 
 #include <functional>
@@ -11,7 +11,7 @@ namespace vellums {
 
 // Runs the query and fills the list; sets the caption of the window. False: the list stays as it is,
 // and the panel says why, or `giveUp`, which is asked now and then, has become true.
-[[nodiscard]] bool dbQuery(const Notebook& notebook, MainWindow& window, const std::u16string& pattern,
+[[nodiscard]] bool dbQuery(const Notebook& notebook, WindowPorts& window, const std::u16string& pattern,
     const std::function<bool()>& giveUp = {});
 
 // "Vellums - <file - table>".

@@ -21,7 +21,7 @@ std::u16string copyFailure(const Notebook& notebook, const ChangedRecords& copie
 
 } // namespace
 
-ListCommands::ListCommands(Notebook& notebook, MainWindow window, RecordCommands& records, ListMenus menus)
+ListCommands::ListCommands(Notebook& notebook, WindowPorts window, RecordCommands& records, ListMenus menus)
     : notebook_(notebook)
     , window_(window)
     , records_(records)

@@ -15,7 +15,7 @@ struct ListMenus {
 
 class ListCommands {
 public:
-    ListCommands(Notebook& notebook, MainWindow window, RecordCommands& records, ListMenus menus);
+    ListCommands(Notebook& notebook, WindowPorts window, RecordCommands& records, ListMenus menus);
 
     // Before the context menu is shown.
     void rebuildMenu();
@@ -32,7 +32,7 @@ private:
     void setSticky(bool sticky);
 
     Notebook& notebook_;
-    MainWindow window_;
+    WindowPorts window_;
     RecordCommands& records_;
     ListMenus menus_;
 };

@@ -28,7 +28,7 @@ void sayAddedAgain(const Notebook& notebook)
 
 } // namespace
 
-RecordCommands::RecordCommands(Notebook& notebook, MainWindow window, Moments& moments)
+RecordCommands::RecordCommands(Notebook& notebook, WindowPorts window, Moments& moments)
     : notebook_(notebook)
     , window_(window)
     , moments_(moments)

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "app/currentRecord.h"
-#include "app/mainWindow.h"
-#include "app/moments.h"
+#include "ports/moments.h"
+#include "ports/windowPorts.h"
 
 #include <functional>
 #include <optional>
@@ -14,7 +14,7 @@ namespace vellums {
 
 class RecordCommands {
 public:
-    RecordCommands(Notebook& notebook, MainWindow window, Moments& moments);
+    RecordCommands(Notebook& notebook, WindowPorts window, Moments& moments);
 
     CurrentRecord& current() { return current_; }
     const CurrentRecord& current() const { return current_; }
@@ -65,7 +65,7 @@ private:
     void addFromClipboard(const std::u16string& text, bool fromClipboard);
 
     Notebook& notebook_;
-    MainWindow window_;
+    WindowPorts window_;
     Moments& moments_;
     CurrentRecord current_;
     // The text that the user gave up, while it is still in the boxes.

@@ -39,7 +39,8 @@ std::u16string freshName(const Notebook& notebook, Connection& connection)
 
 } // namespace
 
-TableCommands::TableCommands(Notebook& notebook, MainWindow window, RecordCommands& records, TableMenus menus)
+TableCommands::TableCommands(
+    Notebook& notebook, WindowPorts window, RecordCommands& records, TableMenus menus)
     : notebook_(notebook)
     , window_(window)
     , records_(records)

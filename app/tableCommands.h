@@ -18,7 +18,7 @@ struct TableMenus {
 
 class TableCommands {
 public:
-    TableCommands(Notebook& notebook, MainWindow window, RecordCommands& records, TableMenus menus);
+    TableCommands(Notebook& notebook, WindowPorts window, RecordCommands& records, TableMenus menus);
 
     // At start-up, and after any change of files or tables that was not made here.
     void rebuildMenu();
@@ -38,7 +38,7 @@ private:
     bool hasTable() const;
 
     Notebook& notebook_;
-    MainWindow window_;
+    WindowPorts window_;
     RecordCommands& records_;
     TableMenus menus_;
 };

@@ -6,7 +6,7 @@
 #include "cli/output.h"
 #include "cli/session.h"
 #include "cli/terminalProgress.h"
-#include "io/modTextUTF.h"
+#include "formats/modTextUTF.h"
 #include "maint/delDupRec.h"
 #include "platform/sharedFile.h"
 #include "search/occurrences.h"
@@ -57,9 +57,9 @@ std::u16string readText(const std::u16string& path)
 {
     if (!platform::SharedFile::open(path, platform::SharedFile::Mode::Read))
         throw Failure{u"File can't be read: " + path};
-    io::Encoding encoding = io::Encoding::Detect;
-    const std::u16string text = io::readTextFile(path, encoding);
-    if (encoding == io::Encoding::Utf32Le || encoding == io::Encoding::Utf32Be)
+    formats::Encoding encoding = formats::Encoding::Detect;
+    const std::u16string text = formats::readTextFile(path, encoding);
+    if (encoding == formats::Encoding::Utf32Le || encoding == formats::Encoding::Utf32Be)
         throw Failure{u"File is in UTF-32, which is not supported: " + path};
     return text;
 }

@@ -4,7 +4,7 @@
 # in fuzz/NAMEInputs.txt and runs as a test of its own.
 option(VELLUMS_FUZZ "Build the fuzz targets with libFuzzer" OFF)
 add_library(fuzz_support STATIC fuzz/workFile.cpp fuzz/sampleDatabase.cpp)
-target_link_libraries(fuzz_support PUBLIC store regexp)
+target_link_libraries(fuzz_support PUBLIC store formats regexp)
 foreach(target_and_count database:300 sql:1500 textFile:2000 profile:3000 regExp:10000)
   string(REPLACE ":" ";" target_and_count ${target_and_count})
   list(GET target_and_count 0 target)

@@ -42,7 +42,7 @@ function(test_folder folder)
   endif()
 endfunction()
 
-foreach(folder text platform regexp jet store app search maint io cli)
+foreach(folder text platform formats regexp jet store app search maint io cli)
   test_folder(${folder})
 endforeach()
 # Replaces operator new, so it is a program of its own.

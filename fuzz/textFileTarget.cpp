@@ -1,6 +1,6 @@
 // The bytes of a text file, read in every encoding; a Unicode text comes back when it is written again.
+#include "formats/modTextUTF.h"
 #include "fuzz/target.h"
-#include "io/modTextUTF.h"
 #include "text/textCleanup.h"
 
 namespace vellums::fuzz {
@@ -21,20 +21,20 @@ std::vector<std::string> seeds()
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     using namespace vellums;
-    using io::Encoding;
+    using formats::Encoding;
     const std::u16string path = fuzz::workFile(u"input.txt");
     const std::u16string copy = fuzz::workFile(u"copy.txt");
     fuzz::writeWorkFile(path, data, size);
     for (std::int32_t code = -2; code <= 6; ++code) {
         Encoding encoding = static_cast<Encoding>(code);
-        const std::u16string text = io::readTextFile(path, encoding);
+        const std::u16string text = formats::readTextFile(path, encoding);
         text::cleanBody(text);
         Encoding out = Encoding::Utf16Le;
-        fuzz::require(io::writeTextFile(copy, text, out, {.writeMark = true}), "a text is not written");
+        fuzz::require(formats::writeTextFile(copy, text, out, {.writeMark = true}), "a text is not written");
         if (text.empty() || text[0] == 0)
             continue; // behind the mark, U+0000 makes it that of UTF-32
         Encoding in = Encoding::Detect;
-        fuzz::require(io::readTextFile(copy, in) == text, "a text does not come back");
+        fuzz::require(formats::readTextFile(copy, in) == text, "a text does not come back");
     }
     return 0;
 }

@@ -3,10 +3,10 @@
 // batches; none is open while a question waits for a person.
 #include "io/fileImport.h"
 
+#include "formats/charCleaner.h"
+#include "formats/modTextUTF.h"
 #include "io/clsFolderScan.h"
 #include "io/importLog.h"
-#include "io/modTextUTF.h"
-#include "maint/charCleaner.h"
 #include "maint/delDupRec.h"
 #include "platform/files.h"
 #include "platform/sharedFile.h"
@@ -97,7 +97,7 @@ FileKind fileKind(std::u16string_view path)
 
 std::u16string importedText(std::u16string_view text)
 {
-    return withoutEmptyLineRuns(maint::cleanCharacters(text::trimBlanks(text)));
+    return withoutEmptyLineRuns(formats::cleanCharacters(text::trimBlanks(text)));
 }
 
 FileImport::FileImport(const Notebook& notebook, Dialogs* dialogs, ImportEvents events)
@@ -201,11 +201,11 @@ void FileImport::addTextFile(
         notTaken(u"Over Sized:\t" + path);
         return;
     }
-    Encoding encoding = Encoding::Detect;
+    formats::Encoding encoding = formats::Encoding::Detect;
     NewRecord record;
-    const TextRead read = readTextFileWhole(path, encoding);
+    const formats::TextRead read = formats::readTextFileWhole(path, encoding);
     if (!read.whole) {
-        const bool utf32 = encoding == Encoding::Utf32Le || encoding == Encoding::Utf32Be;
+        const bool utf32 = encoding == formats::Encoding::Utf32Le || encoding == formats::Encoding::Utf32Be;
         notTaken((utf32 ? u"UTF-32 cannot be read: " : u"File can't not be retrieved: ") + path);
         return;
     }

@@ -5,8 +5,8 @@
 // is told to the import log; where a dialog may be shown, large files are asked about instead.
 #pragma once
 
-#include "app/dialogs.h"
 #include "platform/sharedFile.h"
+#include "ports/dialogs.h"
 #include "store/batches.h"
 #include "store/bulkAct.h"
 #include "store/notebook.h"

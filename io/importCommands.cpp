@@ -6,7 +6,7 @@
 
 namespace vellums::io {
 
-ImportCommands::ImportCommands(Notebook& notebook, MainWindow window, RecordCommands& records)
+ImportCommands::ImportCommands(Notebook& notebook, WindowPorts window, RecordCommands& records)
     : notebook_(notebook)
     , window_(window)
     , records_(records)

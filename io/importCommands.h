@@ -10,7 +10,7 @@ namespace vellums::io {
 
 class ImportCommands {
 public:
-    ImportCommands(Notebook& notebook, MainWindow window, RecordCommands& records);
+    ImportCommands(Notebook& notebook, WindowPorts window, RecordCommands& records);
 
     // The user chooses a folder and confirms it.
     void importFolder();
@@ -20,7 +20,7 @@ public:
 
 private:
     Notebook& notebook_;
-    MainWindow window_;
+    WindowPorts window_;
     RecordCommands& records_;
 };
 

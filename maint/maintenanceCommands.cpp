@@ -7,7 +7,7 @@
 
 namespace vellums::maint {
 
-MaintenanceCommands::MaintenanceCommands(Notebook& notebook, MainWindow window, RecordCommands& records)
+MaintenanceCommands::MaintenanceCommands(Notebook& notebook, WindowPorts window, RecordCommands& records)
     : notebook_(notebook)
     , window_(window)
     , records_(records)

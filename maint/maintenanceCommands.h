@@ -7,7 +7,7 @@ namespace vellums::maint {
 
 class MaintenanceCommands {
 public:
-    MaintenanceCommands(Notebook& notebook, MainWindow window, RecordCommands& records);
+    MaintenanceCommands(Notebook& notebook, WindowPorts window, RecordCommands& records);
 
     // Unsaved text is asked about first; at the end the list is filled again.
     void removeDuplicates();
@@ -16,7 +16,7 @@ public:
 
 private:
     Notebook& notebook_;
-    MainWindow window_;
+    WindowPorts window_;
     RecordCommands& records_;
 };
 

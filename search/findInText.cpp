@@ -15,7 +15,7 @@ std::u16string trimmed(const std::u16string& text)
 
 // What the user probably wants to look for: the selected text, else the search words, else the clipboard.
 // Words become an expression that finds them in this order on one line.
-std::u16string suggestedKeyword(const MainWindow& window)
+std::u16string suggestedKeyword(const WindowPorts& window)
 {
     std::u16string keyword = trimmed(window.txtTarget().selectedText());
     if (keyword.empty())
@@ -28,7 +28,7 @@ std::u16string suggestedKeyword(const MainWindow& window)
     return keyword;
 }
 
-void prepareFindBox(MainWindow& window)
+void prepareFindBox(WindowPorts& window)
 {
     const std::u16string keyword = suggestedKeyword(window);
     window.txtInline.focus();
@@ -55,7 +55,7 @@ int nextEntry(const ListBox& list, std::int32_t caret, FindCommand command)
 
 } // namespace
 
-void findInText(const Notebook& notebook, MainWindow& window, FindCommand command)
+void findInText(const Notebook& notebook, WindowPorts& window, FindCommand command)
 {
     const std::u16string keyword = window.txtInline.text();
     if (command == FindCommand::Inline || keyword.empty()) {

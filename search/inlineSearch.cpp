@@ -67,7 +67,7 @@ std::u16string explanation(const Notebook& notebook, const Occurrences::Ending& 
 
 } // namespace
 
-void doInlineSearch(const Notebook& notebook, MainWindow& window)
+void doInlineSearch(const Notebook& notebook, WindowPorts& window)
 {
     ListBox& list = window.lstInLineSrch;
     const std::u16string keyword = window.txtInline.text();
@@ -90,7 +90,7 @@ void doInlineSearch(const Notebook& notebook, MainWindow& window)
     notebook.status.done(summary(notebook, count));
 }
 
-void lstInLineSrchClick(MainWindow& window)
+void lstInLineSrchClick(WindowPorts& window)
 {
     const ListBox& list = window.lstInLineSrch;
     const int entry = list.current();
@@ -103,21 +103,21 @@ void lstInLineSrchClick(MainWindow& window)
     text.focus();
 }
 
-void hideResults(MainWindow& window)
+void hideResults(WindowPorts& window)
 {
     window.lstInLineSrch.setVisible(false);
     window.lstInLineSrch.fill({});
     window.lstInLineSrch.setTag({});
 }
 
-void copyResult(const Notebook& notebook, const MainWindow& window)
+void copyResult(const Notebook& notebook, const WindowPorts& window)
 {
     const int entry = window.lstInLineSrch.current();
     if (entry >= 0)
         copyText(notebook, matchedText(window.lstInLineSrch.text(entry)));
 }
 
-void copyAllResults(const Notebook& notebook, const MainWindow& window)
+void copyAllResults(const Notebook& notebook, const WindowPorts& window)
 {
     std::u16string all;
     for (int i = 0; i < window.lstInLineSrch.count(); ++i)

@@ -1,7 +1,7 @@
 // The search inside the current text: the list of places where the find box's expression occurs.
 #pragma once
 
-#include "app/mainWindow.h"
+#include "ports/windowPorts.h"
 #include "store/notebook.h"
 
 namespace vellums {
@@ -9,16 +9,16 @@ namespace vellums {
 // Lists every occurrence of the find box's text, a regular expression without regard to case, shows the
 // list, selects the first and reports their number. Where nothing is found the list stays empty, not
 // enabled, and is not shown; why an expression could not be searched for is told by the find box's tip.
-void doInlineSearch(const Notebook& notebook, MainWindow& window);
+void doInlineSearch(const Notebook& notebook, WindowPorts& window);
 
 // Selects in the text what the selected entry of the list stands for, and gives the text the focus.
-void lstInLineSrchClick(MainWindow& window);
+void lstInLineSrchClick(WindowPorts& window);
 
 // Empties the list and takes it away.
-void hideResults(MainWindow& window);
+void hideResults(WindowPorts& window);
 
 // The matched text of the selected entry, or the entries as they are shown, a line each, to the clipboard.
-void copyResult(const Notebook& notebook, const MainWindow& window);
-void copyAllResults(const Notebook& notebook, const MainWindow& window);
+void copyResult(const Notebook& notebook, const WindowPorts& window);
+void copyAllResults(const Notebook& notebook, const WindowPorts& window);
 
 } // namespace vellums

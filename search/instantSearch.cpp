@@ -11,7 +11,7 @@ constexpr int kQuietBeforeQuestionMs = 1000;
 
 } // namespace
 
-InstantSearch::InstantSearch(MainWindow window, Postponed& pause, std::function<bool()> hasUnsaved)
+InstantSearch::InstantSearch(WindowPorts window, Postponed& pause, std::function<bool()> hasUnsaved)
     : window_(window)
     , pause_(pause)
     , hasUnsaved_(std::move(hasUnsaved))

@@ -2,7 +2,7 @@
 // itself is a command (SearchBoxes::searchInstantly()).
 #pragma once
 
-#include "app/mainWindow.h"
+#include "ports/windowPorts.h"
 
 #include <functional>
 
@@ -12,7 +12,7 @@ class InstantSearch {
 public:
     // `pause` ends in a call of SearchBoxes::searchInstantly() unless it is cancelled before; `hasUnsaved`
     // tells whether that would ask about unsaved text.
-    InstantSearch(MainWindow window, Postponed& pause, std::function<bool()> hasUnsaved);
+    InstantSearch(WindowPorts window, Postponed& pause, std::function<bool()> hasUnsaved);
 
     // The text of the box has changed; while an input method composes, the change is not the last word.
     void textChanged();
@@ -25,7 +25,7 @@ public:
 private:
     bool searchesWhileTyping() const;
 
-    MainWindow window_;
+    WindowPorts window_;
     Postponed& pause_;
     std::function<bool()> hasUnsaved_;
     bool composing_ = false;

@@ -1,7 +1,7 @@
 // The menu of pieces of patterns, for those who do not know regular expressions by heart.
 #pragma once
 
-#include "app/controls.h"
+#include "ports/controls.h"
 #include "store/notebook.h"
 
 namespace vellums {

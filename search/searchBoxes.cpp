@@ -8,7 +8,7 @@
 namespace vellums {
 
 SearchBoxes::SearchBoxes(
-    Notebook& notebook, MainWindow window, RecordCommands& commands, InstantSearch& instantSearch)
+    Notebook& notebook, WindowPorts window, RecordCommands& commands, InstantSearch& instantSearch)
     : notebook_(notebook)
     , window_(window)
     , commands_(commands)

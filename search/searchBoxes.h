@@ -11,7 +11,7 @@ namespace vellums {
 class SearchBoxes {
 public:
     SearchBoxes(
-        Notebook& notebook, MainWindow window, RecordCommands& commands, InstantSearch& instantSearch);
+        Notebook& notebook, WindowPorts window, RecordCommands& commands, InstantSearch& instantSearch);
 
     // The search box.
     void newSearch(); // the focus, with everything selected
@@ -40,7 +40,7 @@ public:
 
 private:
     Notebook& notebook_;
-    MainWindow window_;
+    WindowPorts window_;
     RecordCommands& commands_;
     InstantSearch& instantSearch_;
 };

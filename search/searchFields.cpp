@@ -16,7 +16,7 @@ std::vector<std::u16string> columnsOf(Connection& connection, const std::u16stri
     return connection.query(u"SELECT TOP 1 * FROM [" + table + u"]")->columns();
 }
 
-void setField(const Notebook& notebook, MainWindow& window, std::size_t index, const std::u16string& column)
+void setField(const Notebook& notebook, WindowPorts& window, std::size_t index, const std::u16string& column)
 {
     MenuItems& fields = window.mnu_AvailFields;
     MenuItem item = index < fields.size() ? fields.at(index) : MenuItem();
@@ -32,7 +32,7 @@ void setField(const Notebook& notebook, MainWindow& window, std::size_t index, c
     fields.set(index, item);
 }
 
-void setFields(const Notebook& notebook, MainWindow& window, const std::vector<std::u16string>& columns)
+void setFields(const Notebook& notebook, WindowPorts& window, const std::vector<std::u16string>& columns)
 {
     for (std::size_t i = 0; i < columns.size(); ++i)
         setField(notebook, window, i, columns[i]);
@@ -46,7 +46,7 @@ void setFields(const Notebook& notebook, MainWindow& window, const std::vector<s
 
 // Adds VLLINK and VLMD5 to a table of an old version; any other table is left as it is. True: columns
 // were added.
-bool upgradeTable(const Notebook& notebook, MainWindow& window, Connection& connection,
+bool upgradeTable(const Notebook& notebook, WindowPorts& window, Connection& connection,
     const std::vector<std::u16string>& columns)
 {
     std::vector<std::u16string> withLink = kOldColumns;
@@ -72,7 +72,7 @@ bool upgradeTable(const Notebook& notebook, MainWindow& window, Connection& conn
 
 } // namespace
 
-bool rebuildSearchFields(const Notebook& notebook, MainWindow& window)
+bool rebuildSearchFields(const Notebook& notebook, WindowPorts& window)
 {
     try {
         const std::unique_ptr<Connection> connection = notebook.connect();
@@ -87,7 +87,7 @@ bool rebuildSearchFields(const Notebook& notebook, MainWindow& window)
     }
 }
 
-void toggleSearchField(MainWindow& window, std::size_t index)
+void toggleSearchField(WindowPorts& window, std::size_t index)
 {
     MenuItem item = window.mnu_AvailFields.at(index);
     item.checked = !item.checked;

@@ -57,7 +57,7 @@ std::u16string dateStamp()
 } // namespace
 
 TextCommands::TextCommands(
-    Notebook& notebook, MainWindow window, SearchBoxes& boxes, CheckItem& mnu_switchCase)
+    Notebook& notebook, WindowPorts window, SearchBoxes& boxes, CheckItem& mnu_switchCase)
     : notebook_(notebook)
     , window_(window)
     , boxes_(boxes)

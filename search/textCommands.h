@@ -1,7 +1,7 @@
 // The commands of the text menu and of the Edit menu.
 #pragma once
 
-#include "app/mainWindow.h"
+#include "ports/windowPorts.h"
 #include "search/searchBoxes.h"
 
 namespace vellums {
@@ -12,7 +12,7 @@ enum class PopUpTarget { RecordText, Search, Title, Find };
 class TextCommands {
 public:
     // `mnu_switchCase` shows which way the next change of case does not go: checked after small letters.
-    TextCommands(Notebook& notebook, MainWindow window, SearchBoxes& boxes, CheckItem& mnu_switchCase);
+    TextCommands(Notebook& notebook, WindowPorts window, SearchBoxes& boxes, CheckItem& mnu_switchCase);
 
     // The menu was opened for this box, or the box got the focus: "the target" from now on.
     void setTarget(PopUpTarget target) { txtPopUpTarget_ = target; }
@@ -46,7 +46,7 @@ private:
     void replaceSelected(const std::u16string& changed);
 
     Notebook& notebook_;
-    MainWindow window_;
+    WindowPorts window_;
     SearchBoxes& boxes_;
     CheckItem& mnu_switchCase_;
     PopUpTarget txtPopUpTarget_ = PopUpTarget::RecordText;

@@ -1,7 +1,7 @@
 // A check box.
 #pragma once
 
-#include "app/controls.h"
+#include "ports/controls.h"
 #include "ui/windowText.h"
 
 namespace vellums::ui {

@@ -36,7 +36,7 @@ struct CommandMenus {
 };
 
 struct Commands {
-    Commands(Notebook& notebook, MainWindow window, Moments& moments, CommandMenus menus,
+    Commands(Notebook& notebook, WindowPorts window, Moments& moments, CommandMenus menus,
         InstantSearch& instantSearch, WindowView& windowView)
         : records(notebook, window, moments)
         , tables(notebook, window, records, menus.tables)

@@ -1,7 +1,7 @@
 // A text box over an EDIT control.
 #pragma once
 
-#include "app/controls.h"
+#include "ports/controls.h"
 
 #include <windows.h>
 

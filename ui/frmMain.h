@@ -4,7 +4,7 @@
 
 #include "app/commandLine.h"
 #include "app/gate.h"
-#include "app/mainWindow.h"
+#include "ports/windowPorts.h"
 #include "search/instantSearch.h"
 #include "ui/checkItems.h"
 #include "ui/commands.h"
@@ -208,7 +208,7 @@ private:
     WindowProgress work_;
     MessageDialogs dialogs_;
     frmInput input_;
-    MainWindow ports_;
+    WindowPorts ports_;
     Moments moments_;
     PauseTimer pause_;
     InstantSearch instantSearch_;

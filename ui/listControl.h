@@ -4,7 +4,7 @@
 // small strip before the texts.
 #pragma once
 
-#include "app/controls.h"
+#include "ports/controls.h"
 #include "ui/subclass.h"
 
 #include <windows.h>

@@ -1,7 +1,7 @@
 // The menus of a main window as they stand: what is shown, checked, enabled and called how.
 #pragma once
 
-#include "app/controls.h"
+#include "ports/controls.h"
 #include "ui/owned.h"
 
 #include <map>

@@ -1,7 +1,7 @@
 // Questions in message boxes, owned by a window.
 #pragma once
 
-#include "app/dialogs.h"
+#include "ports/dialogs.h"
 
 #include <windows.h>
 

@@ -1,7 +1,7 @@
 // Waits until the thread has nothing else to do: a timer comes behind all other messages.
 #pragma once
 
-#include "app/controls.h"
+#include "ports/controls.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // The text that shows when the mouse rests on a control; empty: nothing shows.
 #pragma once
 
-#include "app/controls.h"
+#include "ports/controls.h"
 
 #include <windows.h>
 

@@ -4,7 +4,7 @@
 // whole text is the label's tooltip, so a text that is cut off at the edge can still be read.
 #pragma once
 
-#include "app/controls.h"
+#include "ports/controls.h"
 #include "store/notebook.h"
 #include "ui/owned.h"
 #include "ui/subclass.h"

@@ -1,7 +1,7 @@
 // The text of a window as a label: a STATIC control, or the caption of the main window.
 #pragma once
 
-#include "app/controls.h"
+#include "ports/controls.h"
 #include "ui/windowText.h"
 
 namespace vellums::ui {

@@ -3,7 +3,7 @@
 // show how far it is.
 #pragma once
 
-#include "app/controls.h"
+#include "ports/controls.h"
 #include "ports/progress.h"
 #include "ui/taskbarProgress.h"
 #include "ui/ucStatus.h"

@@ -80,7 +80,7 @@ protected:
     // The list follows a switch of tables before the boxes do.
     bool dbQueryWithoutBoxes()
     {
-        MainWindow window = window_.ports();
+        WindowPorts window = window_.ports();
         return dbQuery(*notes_, window, u"");
     }
     void choose(int entry)

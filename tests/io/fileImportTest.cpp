@@ -1,6 +1,6 @@
 #include "io/fileImport.h"
 
-#include "maint/charCleaner.h"
+#include "formats/charCleaner.h"
 #include "platform/files.h"
 #include "tests/support/failingProvider.h"
 #include "tests/support/testNotebook.h"
@@ -107,7 +107,7 @@ TEST_F(Import, MakesARecordOfATextFile)
     const std::u16string path = write(u"it's é.TXT", "\xEF\xBB\xBF  caf\xC3\xA9's\n\n\n\nend ");
     FileImport import(*notes_, nullptr, events());
     EXPECT_TRUE(import.importFile(path));
-    const std::u16string cafe = maint::cleanCharacters(u"café's"); // depends on the code page
+    const std::u16string cafe = formats::cleanCharacters(u"café's"); // depends on the code page
     EXPECT_THAT(titles(), ElementsAre(u"it's é|" + cafe + u"\r\n\r\nend"));
     EXPECT_THAT(added_, ElementsAre(u"it's é|" + path));
     EXPECT_EQ(stored_, 1u);

@@ -72,7 +72,7 @@ struct Program {
 
     tests::TestNotebook notes;
     tests::MemoryWindow window;
-    MainWindow ports = window.ports();
+    WindowPorts ports = window.ports();
     Moments moments;
     tests::MemoryMenuItems mnu_avtables, mnu_availdb;
     tests::MemorySwitch mnu_moverec, mnu_switchto;

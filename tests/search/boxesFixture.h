@@ -25,7 +25,7 @@ protected:
     TestNotebook notes;
     MemoryWindow window;
     Moments moments;
-    MainWindow ports = window.ports();
+    WindowPorts ports = window.ports();
     RecordCommands records{*notes, ports, moments};
     MemoryPostponed instantSearch;
     InstantSearch instant{ports, instantSearch, [this] { return records.current().hasUnsavedChanges(); }};

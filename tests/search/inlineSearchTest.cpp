@@ -37,7 +37,7 @@ protected:
     tests::ShownLines status;
     Notebook notebook{status};
     tests::MemoryWindow window;
-    MainWindow ports = window.ports();
+    WindowPorts ports = window.ports();
     tests::MemoryListBox& results = window.lstInLineSrch;
 };
 

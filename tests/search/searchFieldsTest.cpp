@@ -62,7 +62,7 @@ protected:
 
     tests::TestNotebook notes_;
     tests::MemoryWindow window_;
-    MainWindow ports_;
+    WindowPorts ports_;
 };
 
 INSTANTIATE_TEST_SUITE_P(Formats, SearchFields, testing::Values(u"notes.mdb", u"notes.accdb"),

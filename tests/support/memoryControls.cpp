@@ -251,7 +251,7 @@ bool MemoryProgress::step(std::size_t done, std::size_t total)
     return stopAt_ == 0 || ++steps_ < stopAt_;
 }
 
-MainWindow MemoryWindow::ports()
+WindowPorts MemoryWindow::ports()
 {
     return {.caption = caption,
         .txtKey = txtKey,

@@ -1,9 +1,9 @@
 // A main window without a screen: every control in memory, questions answered as the test says.
 #pragma once
 
-#include "app/mainWindow.h"
 #include "app/nameForm.h"
 #include "ports/progress.h"
+#include "ports/windowPorts.h"
 
 #include <deque>
 #include <functional>
@@ -236,7 +236,7 @@ struct MemoryWindow {
     MemoryProgress progress;
     MemoryDialogs dialogs;
 
-    MainWindow ports();
+    WindowPorts ports();
 };
 
 } // namespace vellums::tests

@@ -1,4 +1,4 @@
-#include "io/modTextUTF.h"
+#include "formats/modTextUTF.h"
 
 #include "platform/codePage.h"
 #include "platform/sharedFile.h"
@@ -7,7 +7,7 @@
 #include <array>
 #include <new>
 
-namespace vellums::io {
+namespace vellums::formats {
 namespace {
 
 using platform::SharedFile;
@@ -198,4 +198,4 @@ bool writeTextFile(
     }
 }
 
-} // namespace vellums::io
+} // namespace vellums::formats

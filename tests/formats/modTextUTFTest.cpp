@@ -1,11 +1,11 @@
-#include "io/modTextUTF.h"
+#include "formats/modTextUTF.h"
 
 #include "tests/support/ansiCodePage.h"
 #include "tests/support/temporaryFolder.h"
 
 #include <gtest/gtest.h>
 
-namespace vellums::io {
+namespace vellums::formats {
 namespace {
 
 using tests::bytesOf;
@@ -135,4 +135,4 @@ TEST(Encoding, MarksAreFoundAgain)
 }
 
 } // namespace
-} // namespace vellums::io
+} // namespace vellums::formats

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-namespace vellums::io {
+namespace vellums::formats {
 
 // The encoding of a text file. Only the mark at its beginning tells; a file without one is Ansi.
 //
@@ -53,4 +53,4 @@ struct TextWriting {
 bool writeTextFile(
     const std::u16string& path, std::u16string_view text, Encoding& encoding, const TextWriting& how);
 
-} // namespace vellums::io
+} // namespace vellums::formats

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-namespace vellums::maint {
+namespace vellums::formats {
 
 // The text with every character replaced whose number in the ANSI code page (platform::ansiCode) is
 //   0 to 8, 11, 12, 14 to 31, 129 to 255: by a blank (tab, line feed and carriage return stay),
@@ -12,4 +12,4 @@ namespace vellums::maint {
 // The length stays. In UTF-8 nothing from U+0080 on changes.
 std::u16string cleanCharacters(std::u16string_view text);
 
-} // namespace vellums::maint
+} // namespace vellums::formats

@@ -1,11 +1,11 @@
-#include "maint/charCleaner.h"
+#include "formats/charCleaner.h"
 
 #include "platform/codePage.h"
 
 #include <cstdint>
 #include <vector>
 
-namespace vellums::maint {
+namespace vellums::formats {
 namespace {
 
 char16_t cleaned(char16_t c)
@@ -34,4 +34,4 @@ std::u16string cleanCharacters(std::u16string_view text)
     return out;
 }
 
-} // namespace vellums::maint
+} // namespace vellums::formats

@@ -1,14 +1,14 @@
 // The controls of the main window, by their names.
 #pragma once
 
-#include "app/controls.h"
-#include "app/dialogs.h"
+#include "ports/controls.h"
+#include "ports/dialogs.h"
 #include "ports/progress.h"
 
 namespace vellums {
 
 // What the commands of the main window work on. Everything outlives them.
-struct MainWindow {
+struct WindowPorts {
     Label& caption;         // of the window
     TextBox& txtKey;        // search words
     TextBox& txtInline;     // what is looked for in the current text

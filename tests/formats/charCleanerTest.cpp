@@ -1,10 +1,10 @@
-#include "maint/charCleaner.h"
+#include "formats/charCleaner.h"
 
 #include "tests/support/ansiCodePage.h"
 
 #include <gtest/gtest.h>
 
-namespace vellums::maint {
+namespace vellums::formats {
 namespace {
 
 std::u16string lowCharacters()
@@ -49,4 +49,4 @@ TEST(CharCleaner, ChangesNothingAboveAsciiInUtf8)
 }
 
 } // namespace
-} // namespace vellums::maint
+} // namespace vellums::formats
