@@ -8,10 +8,10 @@
 // the same where nothing is searched before Enter.
 #include "benchmarks/turns.h"
 #include "tests/windows/driver.h"
-#include "ui/editBox.h"
-#include "ui/headsList.h"
+#include "ui/controls/editBox.h"
+#include "ui/controls/headsList.h"
 #include "ui/ids.h"
-#include "ui/modBorderColor.h"
+#include "ui/windows/modBorderColor.h"
 
 #include <algorithm>
 #include <chrono>

@@ -1,7 +1,6 @@
 # Vellums.exe: the window as a library (tests use it too), its resources, and the entry point.
 enable_language(RC)
 set(CMAKE_RC_FLAGS "-c 65001")
-list(REMOVE_ITEM ui_sources ${PROJECT_SOURCE_DIR}/ui/program.cpp)
 add_library(ui STATIC ${ui_sources})
 target_link_libraries(ui PUBLIC io comctl32 gdi32 shell32 ole32)
 set(resources ${PROJECT_SOURCE_DIR}/ui/resources)

@@ -14,6 +14,7 @@ import tempfile
 # From top to bottom; "" is the whole house.
 FLOORS = {
     "": [["cli", "ui"], ["io"], ["maint"], ["search"], ["app"], ["ports"], ["store"], ["jet", "formats", "regexp"], ["platform"], ["text"]],
+    "ui": [["main"], ["dialogs"], ["controls"], ["windows"], ["ids.h"]],
     "jet": [["sql"], ["upkeep"], ["catalogue"], ["table"], ["index"], ["file"]],
     "regexp": [["match"], ["parse"]],
 }

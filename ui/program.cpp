@@ -6,7 +6,7 @@
 #include "platform/files.h"
 #include "platform/programPath.h"
 #include "store/ado/adoProvider.h"
-#include "ui/frmMain.h"
+#include "ui/main/frmMain.h"
 
 #include <utility>
 

@@ -1,12 +1,12 @@
 // The small modules below the window toolkit, on windows of the test's own.
-#include "ui/displaySettings.h"
-#include "ui/layout.h"
-#include "ui/modBorderColor.h"
-#include "ui/modKBEvent.h"
-#include "ui/modLstRclick.h"
-#include "ui/modMouseWheel.h"
-#include "ui/modRegistry.h"
-#include "ui/subclass.h"
+#include "ui/main/displaySettings.h"
+#include "ui/main/layout.h"
+#include "ui/windows/modBorderColor.h"
+#include "ui/windows/modKBEvent.h"
+#include "ui/windows/modLstRclick.h"
+#include "ui/windows/modMouseWheel.h"
+#include "ui/windows/modRegistry.h"
+#include "ui/windows/subclass.h"
 
 #include <gtest/gtest.h>
 #include <utility>

@@ -2,7 +2,7 @@
 #include "tests/windows/builtProgram.h"
 #include "tests/windows/windowThread.h"
 #include "ui/ids.h"
-#include "ui/systemLook.h"
+#include "ui/windows/systemLook.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 // The menus as the window holds them.
-#include "ui/menus.h"
+#include "ui/main/menus.h"
 
 #include "ui/ids.h"
-#include "ui/menuTable.h"
+#include "ui/main/menuTable.h"
 
 #include <gtest/gtest.h>
 #include <map>

@@ -3,7 +3,7 @@
 #include "tests/windows/programTest.h"
 #include "tests/windows/windowProbe.h"
 #include "ui/ids.h"
-#include "ui/menuTable.h"
+#include "ui/main/menuTable.h"
 
 #include <algorithm>
 #include <thread>

@@ -2,7 +2,7 @@
 
 #include "app/engines.h"
 #include "app/startUp.h"
-#include "ui/frmMain.h"
+#include "ui/main/frmMain.h"
 
 #include <atomic>
 

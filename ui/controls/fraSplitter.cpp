@@ -1,0 +1,75 @@
+#include "ui/controls/fraSplitter.h"
+
+#include "ui/windows/border.h"
+
+#include <windowsx.h>
+
+namespace vellums::ui {
+namespace {
+
+constexpr wchar_t kClass[] = L"fraSplitter";
+
+} // namespace
+
+void fraSplitter::create(HWND parent, int id)
+{
+    WNDCLASSEXW bar{};
+    bar.cbSize = sizeof bar;
+    bar.lpfnWndProc = splitterProc;
+    bar.hInstance = GetModuleHandleW(nullptr);
+    bar.hCursor = LoadCursorW(nullptr, IDC_SIZEWE);
+    bar.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
+    bar.lpszClassName = kClass;
+    RegisterClassExW(&bar); // fails harmlessly the second time
+    hwnd_ = CreateWindowExW(0, kClass, nullptr, WS_CHILD | WS_VISIBLE, 0, 0, 0, 0, parent,
+        reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), bar.hInstance, nullptr);
+    SetWindowLongPtrW(hwnd_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+}
+
+LRESULT CALLBACK fraSplitter::splitterProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    auto* self = reinterpret_cast<fraSplitter*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (self != nullptr && border::guarded(true, [&] { return self->onMessage(message, lParam); }))
+        return 0;
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+bool fraSplitter::onMessage(UINT message, LPARAM lParam)
+{
+    switch (message) {
+    case WM_LBUTTONDOWN:
+        SetCapture(hwnd_);
+        dragged_ = true;
+        grip_ = GET_X_LPARAM(lParam);
+        return true;
+    case WM_MOUSEMOVE: {
+        if (!dragged_)
+            return false;
+        POINT mouse{GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+        MapWindowPoints(hwnd_, GetParent(hwnd_), &mouse, 1);
+        if (Moved)
+            Moved(mouse.x - grip_);
+        return true;
+    }
+    case WM_LBUTTONUP:
+        if (dragged_)
+            ReleaseCapture(); // ends the drag
+        return true;
+    case WM_CAPTURECHANGED:
+        endDrag();
+        return true;
+    default:
+        return false;
+    }
+}
+
+void fraSplitter::endDrag()
+{
+    if (!dragged_)
+        return;
+    dragged_ = false;
+    if (Released)
+        Released();
+}
+
+} // namespace vellums::ui

@@ -1,0 +1,254 @@
+#include "ui/main/frmMain.h"
+
+#include "platform/events.h"
+#include "search/searchFields.h"
+#include "ui/ids.h"
+#include "ui/windows/border.h"
+#include "ui/windows/modMouseWheel.h"
+#include "ui/windows/modSetIcon.h"
+#include "ui/windows/systemLook.h"
+#include "ui/windows/wide.h"
+
+#include <windowsx.h>
+
+namespace vellums::ui {
+namespace {
+
+constexpr wchar_t kWindowClass[] = L"frmMain";
+constexpr int kSmallestWidthTwips = 7200;
+constexpr int kSmallestHeightTwips = 4800;
+constexpr int kWidthTwips = 14400;
+constexpr int kHeightTwips = 9600;
+
+constexpr UINT_PTR kInstantSearch = 1; // a timer
+
+void registerClass()
+{
+    WNDCLASSEXW main{};
+    main.cbSize = sizeof main;
+    main.lpfnWndProc = DefWindowProcW; // frmMain takes over once its parts exist
+    main.hInstance = GetModuleHandleW(nullptr);
+    main.hIcon = LoadIconW(main.hInstance, modSetIcon::kProgramIcon);
+    main.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    main.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
+    main.lpszClassName = kWindowClass;
+    RegisterClassExW(&main);
+}
+
+} // namespace
+
+frmMain::frmMain(Notebook& notebook, Outcome& outcome)
+    : notebook_(notebook)
+    , ports_{.caption = caption_,
+          .txtKey = txtKey_,
+          .txtInline = txtInline_,
+          .txtType = txtType_,
+          .txtShowWrap = text_,
+          .lstHeads = lstHeads_,
+          .lstInLineSrch = lstInLineSrch_,
+          .txtInlineTip = txtInlineTip_,
+          .lblDate = lblDate_,
+          .chkSort = chkSort_,
+          .mnu_SortOnTitle = mnu_SortOnTitle_,
+          .mnu_ezdel = mnu_ezdel_,
+          .mnu_InstantSrch = mnu_InstantSrch_,
+          .mnu_AvailFields = mnu_AvailFields_,
+          .ucStatusRight = work_.link(),
+          .progress = work_,
+          .dialogs = dialogs_}
+    , instantSearch_(ports_, pause_, [this] { return hasUnsavedText(); })
+    , gate_(notebook, outcome,
+          {[this](const std::u16string& line) { ucStatusLeft_.setCaption(line); },
+              [this] { PostMessageW(hwnd_, kServeGate, 0, 0); }})
+{
+}
+
+frmMain::~frmMain()
+{
+    if (hwnd_ != nullptr)
+        DestroyWindow(hwnd_);
+}
+
+void frmMain::open(const Opening& opening, int showCommand)
+{
+    registerClass();
+    menus_ = std::make_unique<Menus>(notebook_.chinese);
+    const HWND window = CreateWindowExW(WS_EX_APPWINDOW, kWindowClass, L"Vellums",
+        WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT,
+        nullptr, menus_->takeBar(), GetModuleHandleW(nullptr), nullptr);
+    hwnd_ = window;
+    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+    SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(windowProc));
+    scale_ = Scale(dpiOf(window));
+    menus_->setWindow(window);
+    modSetIcon::setIcon(window, modSetIcon::kProgramIcon, false);
+    caption_.attach(window);
+    dialogs_.setOwner(window);
+    input_.setOwner(window);
+    accelerators_ = buildAccelerators();
+    pause_.attach(window, kInstantSearch);
+    createControls();
+    border::tellIn(ucStatusLeft_.hwnd(), notebook_.chinese);
+    prepareMenus();
+    modMouseWheel::hook(
+        window, [this](int index) { gate_.run([&](const Turn&) { display_->clickmnusizes(index); }); });
+    SetWindowPos(window, nullptr, 0, 0, pixels(kWidthTwips), pixels(kHeightTwips), SWP_NOMOVE | SWP_NOZORDER);
+    keepOnScreen(window);
+
+    work_.attach(window, notebook_.chinese, ucStatusRight_, [this] { treatMessagesDuringWork(); });
+    work_.Running = [this](bool runs) { lockBoxes(runs); };
+    platform::setEventYield([this] {
+        if (work_.isRunning())
+            treatMessagesDuringWork();
+    });
+    commands_.make(notebook_, ports_, moments_,
+        CommandMenus{.tables = {mnu_availdb_, mnu_switchto_, input_},
+            .list = {mnu_avtables_, mnu_moverec_},
+            .mnu_switchCase = mnu_switchCase_,
+            .mnu_RegExChar = mnu_RegExChar_},
+        instantSearch_, static_cast<WindowView&>(*this));
+    moments_.tableOpened.add([this] { rebuildSearchFields(notebook_, ports_); });
+    gate_.run([this](const Turn& turn) {
+        commands_(turn).records.start();
+        commands_(turn).tables.rebuildMenu();
+    });
+    if (opening.firstStart)
+        ucStatusRight_.setCaption(notebook_.say(u"Type or paste a text, then press Ctrl+S to keep it.",
+            u"请输入或粘贴文本, 然后按 Ctrl+S 保存。"));
+    ShowWindow(window, showCommand);
+    UpdateWindow(window);
+    PostMessageW(window, kNameControls, 0, 0);
+    SetFocus(lstHeads_.count() > 0 ? lstHeads_.hwnd() : text_.hwnd());
+    start_ = opening.start;
+    PostMessageW(window, kStart, 0, 0);
+}
+
+bool frmMain::translate(MSG& message)
+{
+    if (hwnd_ == nullptr || (message.hwnd != hwnd_ && !IsChild(hwnd_, message.hwnd)))
+        return false;
+    return TranslateAcceleratorW(hwnd_, accelerators_.get(), &message) != 0 ||
+        IsDialogMessageW(hwnd_, &message);
+}
+
+LRESULT CALLBACK frmMain::windowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    auto* form = reinterpret_cast<frmMain*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    return border::guarded<LRESULT>(0, [&] { return form->onMessage(message, wParam, lParam); });
+}
+
+LRESULT frmMain::onMessage(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    switch (message) {
+    case WM_SIZE:
+        if (wParam != SIZE_MINIMIZED)
+            onResized();
+        return 0;
+    case WM_GETMINMAXINFO: {
+        auto* limits = reinterpret_cast<MINMAXINFO*>(lParam);
+        limits->ptMinTrackSize = {pixels(kSmallestWidthTwips), pixels(kSmallestHeightTwips)};
+        return 0;
+    }
+    case WM_DPICHANGED:
+        onDpiChanged(HIWORD(wParam), *reinterpret_cast<const RECT*>(lParam));
+        return 0;
+    case WM_CTLCOLOREDIT:
+    case WM_CTLCOLORLISTBOX:
+    case WM_CTLCOLORSTATIC: // of a box that is locked
+        if (const HBRUSH brush = colourControl(reinterpret_cast<HDC>(wParam), reinterpret_cast<HWND>(lParam));
+            brush != nullptr)
+            return reinterpret_cast<LRESULT>(brush);
+        break;
+    case WM_SYSCOLORCHANGE:
+    case WM_SETTINGCHANGE:
+        onSystemLook(message);
+        break;
+    case WM_COMMAND:
+        if (onCommand(LOWORD(wParam), HIWORD(wParam)))
+            return 0;
+        break;
+    case kHeadingSelected:
+        gate_.runOrWait(
+            Waiting::Heading, [this](const Turn& turn) { commands_(turn).records.selectHeading(); });
+        return 0;
+    case kNameControls:
+        nameControls();
+        return 0;
+    case kResultSelected:
+        gate_.run([this](const Turn& turn) { commands_(turn).boxes.selectResult(); });
+        return 0;
+    case kServeGate:
+        gate_.serve();
+        return 0;
+    case kStart:
+        gate_.run([this](const Turn& turn) { carryOutStart(turn, start_); });
+        return 0;
+    case WM_TIMER:
+        searchDue();
+        return 0;
+    case WM_KEYDOWN: // posted by another process; the user's own goes to a control
+        if (wParam == VK_F5)
+            handOver();
+        return 0;
+    case WM_ENTERMENULOOP:
+        gate_.hold();
+        return 0;
+    case WM_EXITMENULOOP:
+        gate_.release();
+        return 0;
+    case WM_MEASUREITEM:
+        lstInLineSrch_.measure(*reinterpret_cast<MEASUREITEMSTRUCT*>(lParam));
+        return TRUE;
+    case WM_DRAWITEM:
+        lstInLineSrch_.draw(
+            *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam), display_->foreColor(), display_->backColor());
+        return TRUE;
+    case WM_CONTEXTMENU:
+        onContextMenu(reinterpret_cast<HWND>(wParam), {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+        return 0;
+    case WM_MENUSELECT:
+        onMenuSelect(LOWORD(wParam), HIWORD(wParam));
+        return 0;
+    case WM_ACTIVATE:
+        if (LOWORD(wParam) == WA_INACTIVE)
+            focusBefore_ = GetFocus();
+        break;
+    case WM_SETFOCUS:
+        SetFocus(focusBefore_ != nullptr && IsChild(hwnd_, focusBefore_) ? focusBefore_ : lstHeads_.hwnd());
+        return 0;
+    case WM_CLOSE:
+        close();
+        return 0;
+    case WM_QUERYENDSESSION: // the last chance to ask about unsaved text
+        return sessionMayEnd() ? TRUE : FALSE;
+    case WM_ENDSESSION:
+        sessionEnds(wParam != FALSE);
+        return 0;
+    case WM_DESTROY:
+        gate_.shut();
+        platform::setEventYield({});
+        border::tellIn(nullptr, false);
+        modMouseWheel::unhook(hwnd_);
+        txtInlineTip_.destroy();
+        chkSortTip_.destroy();
+        PostQuitMessage(0);
+        return 0;
+    case WM_NCDESTROY:
+        return DefWindowProcW(std::exchange(hwnd_, nullptr), message, wParam, lParam);
+    }
+    return DefWindowProcW(hwnd_, message, wParam, lParam);
+}
+
+int runWindow(frmMain& window)
+{
+    MSG message{};
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+        if (!window.translate(message)) {
+            TranslateMessage(&message);
+            DispatchMessageW(&message);
+        }
+    }
+    return static_cast<int>(message.wParam);
+}
+
+} // namespace vellums::ui

@@ -1,0 +1,91 @@
+#include "ui/main/windowProgress.h"
+
+#include "platform/clock.h"
+#include "text/decimal.h"
+
+namespace vellums::ui {
+namespace {
+
+constexpr std::uint64_t kUnseenMs = 500;  // shorter work shows nothing
+constexpr std::uint64_t kBetweenMs = 15;  // from one look at the messages to the next
+constexpr std::uint64_t kRefreshMs = 100; // from one text to the next
+
+} // namespace
+
+void LinkPanel::setText(std::u16string_view text)
+{
+    link_ = text;
+    if (!covered_)
+        panel_->setCaption(link_);
+}
+
+void LinkPanel::cover(const std::u16string& text)
+{
+    covered_ = true;
+    panel_->setCaption(text);
+}
+
+void LinkPanel::uncover()
+{
+    if (!covered_)
+        return;
+    covered_ = false;
+    panel_->setCaption(link_);
+}
+
+void WindowProgress::attach(HWND window, bool chinese, ucStatus& panel, std::function<void()> treatMessages)
+{
+    taskbar_.attach(window);
+    chinese_ = chinese;
+    link_.attach(panel);
+    treatMessages_ = std::move(treatMessages);
+}
+
+void WindowProgress::begin(std::u16string_view what)
+{
+    what_ = what;
+    stopAsked_ = false;
+    shown_ = false;
+    beganMs_ = treatedMs_ = platform::steadyMs();
+    running_ = true;
+    if (Running)
+        Running(true);
+}
+
+bool WindowProgress::step(std::size_t done, std::size_t total)
+{
+    const std::uint64_t now = platform::steadyMs();
+    if (now - beganMs_ >= kUnseenMs && (!shown_ || now - shownMs_ >= kRefreshMs)) {
+        show(done, total);
+        shownMs_ = now;
+    }
+    if (now - treatedMs_ >= kBetweenMs) {
+        treatMessages_();
+        treatedMs_ = platform::steadyMs();
+    }
+    return !stopAsked_;
+}
+
+void WindowProgress::show(std::size_t done, std::size_t total)
+{
+    shown_ = true;
+    std::u16string text = what_ + u": " + text::decimal(static_cast<std::int64_t>(done));
+    if (total != 0)
+        text += u" / " + text::decimal(static_cast<std::int64_t>(total));
+    link_.cover(text + (chinese_ ? u" (按 Esc 停止)" : u" (Esc stops)"));
+    taskbar_.show(done, total);
+}
+
+void WindowProgress::end() noexcept
+{
+    running_ = false;
+    try {
+        link_.uncover();
+        taskbar_.hide();
+        if (Running)
+            Running(false);
+    } catch (...) { // no memory for a text: the panel keeps the last one
+    }
+}
+
+} // namespace vellums::ui
