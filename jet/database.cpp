@@ -1,6 +1,6 @@
 #include "jet/database.h"
 
-#include "jet/sql/parser.h"
+#include "jet/sql/parse/parser.h"
 #include "jet/upkeep/checker.h"
 
 namespace vellums::jet {

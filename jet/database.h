@@ -8,8 +8,8 @@
 
 #include "jet/catalogue/blankDatabase.h"
 #include "jet/catalogue/catalogue.h"
-#include "jet/sql/execute.h"
-#include "jet/sql/result.h"
+#include "jet/sql/run/execute.h"
+#include "jet/sql/run/result.h"
 
 #include <memory>
 #include <string>

@@ -16,6 +16,7 @@ FLOORS = {
     "": [["cli", "ui"], ["io"], ["maint"], ["search"], ["app"], ["ports"], ["store"], ["jet", "formats", "regexp"], ["platform"], ["text"]],
     "ui": [["main"], ["dialogs"], ["controls"], ["windows"], ["ids.h"]],
     "jet": [["sql"], ["upkeep"], ["catalogue"], ["table"], ["index"], ["file"]],
+    "jet/sql": [["run"], ["parse"], ["values"]],
     "regexp": [["match"], ["parse"]],
 }
 FOLDERS = [folder for floor in FLOORS[""] for folder in floor]
@@ -117,7 +118,7 @@ def self_test():
         "cli/c.h": '#pragma once\n#include "ui/ids.h"\n',
         "jet/file/d.h": '#pragma once\n#include "jet/table/table.h"\n',
         "jet/table/e.h": '#pragma once\n#include "jet/database.h"\n',
-        "jet/sql/m.h": '#pragma once\n#include "regexp/regExp.h"\n',
+        "jet/sql/run/m.h": '#pragma once\n#include "regexp/regExp.h"\n',
         "regexp/parse/n.h": '#pragma once\n#include "regexp/match/walk.h"\n',
         "formats/o.h": '#pragma once\n#include "jet/database.h"\n',
         "text/p.h": '#pragma once\n#include "platform/files.h"\n',

@@ -1,6 +1,6 @@
 #include "jet/database.h"
 
-#include "jet/sql/conversion.h"
+#include "jet/sql/values/conversion.h"
 #include "platform/files.h"
 #include "tests/support/smallMemory.h"
 #include "tests/support/temporaryFolder.h"

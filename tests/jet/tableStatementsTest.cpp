@@ -3,7 +3,7 @@
 #include "jet/database.h"
 #include "jet/file/dataPage.h"
 #include "jet/file/pageFile.h"
-#include "jet/sql/conversion.h"
+#include "jet/sql/values/conversion.h"
 #include "platform/files.h"
 #include "tests/jet/fixturesFolder.h"
 #include "tests/support/bareFile.h"

@@ -1,6 +1,6 @@
 #include "tests/readers/jsonLine.h"
 
-#include "jet/sql/conversion.h"
+#include "jet/sql/values/conversion.h"
 #include "text/oleDate.h"
 
 #include <array>
