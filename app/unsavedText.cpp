@@ -20,7 +20,6 @@ namespace vellums {
 namespace {
 
 constexpr std::string_view kMark = "VLUNSAV1";
-constexpr std::size_t kDigestLength = 32;
 constexpr int kMostFiles = 100;
 
 using Texts = std::u16string UnsavedText::*;
@@ -159,9 +158,9 @@ std::optional<UnsavedText> readUnsavedText(const std::u16string& path)
     } catch (const platform::FileError&) {
         return std::nullopt;
     }
-    if (bytes.size() < kMark.size() + kDigestLength || !bytes.starts_with(kMark))
+    if (bytes.size() < kMark.size() + text::kMd5Digits || !bytes.starts_with(kMark))
         return std::nullopt;
-    const std::string_view content = std::string_view(bytes).substr(0, bytes.size() - kDigestLength);
+    const std::string_view content = std::string_view(bytes).substr(0, bytes.size() - text::kMd5Digits);
     if (digestOf(content) != bytes.substr(content.size()))
         return std::nullopt;
     Reader reader(content.substr(kMark.size()));

@@ -13,6 +13,7 @@
 #include "store/catalogue.h"
 #include "store/headingQuery.h"
 #include "store/records.h"
+#include "store/snippetTable.h"
 #include "store/sqlText.h"
 #include "text/clsMD5.h"
 #include "text/decimal.h"
@@ -36,9 +37,11 @@ std::vector<std::u16string> searchedColumns(
     Connection& connection, const std::u16string& table, bool titlesOnly)
 {
     std::vector<std::u16string> columns;
-    for (const std::u16string& name : columnNames(connection, table))
-        if (name == u"VLHEAD" || name == u"VLLINK" || (name == u"VLTEXT" && !titlesOnly))
+    for (const std::u16string& name : columnNames(connection, table)) {
+        const SnippetColumn* const column = snippetColumn(name);
+        if (column != nullptr && column->searched && !(titlesOnly && name == kTextColumn))
             columns.push_back(name);
+    }
     return columns;
 }
 

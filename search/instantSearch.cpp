@@ -1,5 +1,7 @@
 #include "search/instantSearch.h"
 
+#include "store/snippetTable.h"
+
 #include <utility>
 
 namespace vellums {
@@ -24,7 +26,7 @@ bool InstantSearch::searchesWhileTyping() const
     if (window_.mnu_InstantSrch.checked())
         return true;
     for (std::size_t i = 0; i < window_.mnu_AvailFields.size(); ++i)
-        if (window_.mnu_AvailFields.at(i).tag == u"VLTEXT")
+        if (window_.mnu_AvailFields.at(i).tag == kTextColumn)
             return !window_.mnu_AvailFields.at(i).checked;
     return true;
 }

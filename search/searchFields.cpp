@@ -1,15 +1,13 @@
 #include "search/searchFields.h"
 
 #include "store/catalogue.h"
+#include "store/snippetTable.h"
 #include "text/decimal.h"
 
 #include <algorithm>
 
 namespace vellums {
 namespace {
-
-constexpr std::size_t kSnippetColumns = 7;
-const std::vector<std::u16string> kOldColumns = {u"ID", u"VLHEAD", u"VLTEXT", u"VLTYPE", u"VLDATE"};
 
 std::vector<std::u16string> columnsOf(Connection& connection, const std::u16string& table)
 {
@@ -22,11 +20,11 @@ void setField(const Notebook& notebook, WindowPorts& window, std::size_t index, 
     MenuItem item = index < fields.size() ? fields.at(index) : MenuItem();
     item.visible = false;
     item.tag = column;
-    if (column == u"VLHEAD" || column == u"VLLINK")
+    const SnippetColumn* const known = snippetColumn(column);
+    if (known != nullptr && known->searched)
         item.checked = true;
-    if (column == u"VLTEXT") {
+    if (column == kTextColumn) {
         item.caption = notebook.say(u"Full Text Search", u"全文搜索");
-        item.checked = true;
         item.visible = true;
     }
     fields.set(index, item);
@@ -44,28 +42,28 @@ void setFields(const Notebook& notebook, WindowPorts& window, const std::vector<
     }
 }
 
-// Adds VLLINK and VLMD5 to a table of an old version; any other table is left as it is. True: columns
-// were added.
+// Adds what a table of an old version lacks; any other table is left as it is. True: columns were added.
 bool upgradeTable(const Notebook& notebook, WindowPorts& window, Connection& connection,
     const std::vector<std::u16string>& columns)
 {
-    std::vector<std::u16string> withLink = kOldColumns;
-    withLink.push_back(u"VLLINK");
-    if (columns != kOldColumns && columns != withLink) {
+    int version = kSnippetVersion - 1;
+    while (version > 0 && columns != snippetColumnNames(version))
+        --version;
+    if (version == 0) {
         notebook.status.done(
             notebook.say(u"The table " + notebook.dbTable + u" is no snippet table; it is left as it is.",
                 u"数据表 " + notebook.dbTable + u" 不是摘录表, 未作修改"));
         return false;
     }
-    const auto add = [&](const std::u16string& column) {
+    for (const SnippetColumn& column : kSnippetColumns) {
+        if (column.since <= version)
+            continue;
+        const std::u16string name(column.name);
         if (const std::int32_t number = addSnippetColumn(connection, notebook.dbTable, column); number != 0)
-            throw ProviderError(notebook.say(u"The field " + column + u" could not be added to the table.",
-                                    u"无法为数据表添加字段 " + column),
+            throw ProviderError(notebook.say(u"The field " + name + u" could not be added to the table.",
+                                    u"无法为数据表添加字段 " + name),
                 number);
-    };
-    if (columns == kOldColumns)
-        add(u"VLLINK");
-    add(u"VLMD5");
+    }
     window.lstHeads.setTag(u"1");
     return true;
 }
@@ -78,7 +76,8 @@ bool rebuildSearchFields(const Notebook& notebook, WindowPorts& window)
         const std::unique_ptr<Connection> connection = notebook.connect();
         const std::vector<std::u16string> columns = columnsOf(*connection, notebook.dbTable);
         setFields(notebook, window, columns);
-        if (columns.size() < kSnippetColumns && upgradeTable(notebook, window, *connection, columns))
+        if (columns.size() < std::size(kSnippetColumns) &&
+            upgradeTable(notebook, window, *connection, columns))
             setFields(notebook, window, columnsOf(*connection, notebook.dbTable));
         return true;
     } catch (const ProviderError& e) {

@@ -8,7 +8,13 @@
 namespace vellums {
 namespace {
 
-constexpr std::u16string_view kSnippetColumns = u"IDVLHEADVLTEXTVLTYPEVLDATEVLLINKVLMD5";
+std::u16string joined(const std::vector<std::u16string>& names, std::u16string_view separator = u"")
+{
+    std::u16string all;
+    for (const std::u16string& name : names)
+        all.append(all.empty() ? u"" : separator).append(name);
+    return all;
+}
 
 std::vector<std::u16string> ordinaryTables(Connection& connection)
 {
@@ -28,10 +34,7 @@ std::vector<std::u16string> columnNames(Connection& connection, const std::u16st
 
 bool isSnippetTable(Connection& connection, const std::u16string& table)
 {
-    std::u16string joined;
-    for (const std::u16string& name : columnNames(connection, table))
-        joined += name;
-    return joined == kSnippetColumns;
+    return joined(columnNames(connection, table)) == joined(snippetColumnNames());
 }
 
 bool isSnippetTable(
@@ -56,22 +59,16 @@ std::u16string getFirstTable(const Notebook& notebook, const std::u16string& con
 
 std::u16string getTables(const Notebook& notebook, const std::u16string& file)
 {
-    std::u16string joined;
     try {
-        for (const auto& name : ordinaryTables(*notebook.connect(connectionStringFor(notebook, file))))
-            joined += (joined.empty() ? u"" : u"|") + name;
+        return joined(ordinaryTables(*notebook.connect(connectionStringFor(notebook, file))), u"|");
     } catch (const ProviderError&) {
         return {};
     }
-    return joined;
 }
 
 std::u16string getDataBaseList(const Notebook& notebook, const std::u16string& folder)
 {
-    std::u16string joined;
-    for (const auto& name : platform::databaseNames(folder.empty() ? notebook.dbParent : folder))
-        joined += (joined.empty() ? u"" : u"\r\n") + name;
-    return joined;
+    return joined(platform::databaseNames(folder.empty() ? notebook.dbParent : folder), u"\r\n");
 }
 
 std::vector<std::u16string> snippetTables(Connection& connection)
@@ -94,12 +91,10 @@ std::u16string firstSnippetTable(Connection& connection)
 }
 
 std::int32_t addSnippetColumn(
-    Connection& connection, const std::u16string& table, const std::u16string& column)
+    Connection& connection, const std::u16string& table, const SnippetColumn& column)
 {
     try {
-        const std::u16string length = column == u"VLMD5" ? u"32" : u"255";
-        connection.execute(
-            u"ALTER TABLE [" + table + u"] ADD COLUMN " + column + u" VARCHAR(" + length + u")");
+        connection.execute(u"ALTER TABLE [" + table + u"] ADD COLUMN " + columnDefinition(column));
         return 0;
     } catch (const ProviderError& e) {
         return e.number;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "store/notebook.h"
+#include "store/snippetTable.h"
 
 #include <string>
 #include <vector>
@@ -33,8 +34,8 @@ std::vector<std::u16string> snippetTables(Connection& connection);
 // Column names of a table as the database reports them. Throws ProviderError.
 std::vector<std::u16string> columnNames(Connection& connection, const std::u16string& table);
 
-// Adds the text column VLLINK or VLMD5 (32 characters). 0: it was added; else the provider's number.
+// Adds a column that a table of an old version lacks. 0: it was added; else the provider's number.
 std::int32_t addSnippetColumn(
-    Connection& connection, const std::u16string& table, const std::u16string& column);
+    Connection& connection, const std::u16string& table, const SnippetColumn& column);
 
 } // namespace vellums

@@ -2,6 +2,7 @@
 
 #include "platform/clock.h"
 #include "platform/files.h"
+#include "store/snippetTable.h"
 #include "store/sqlText.h"
 #include "text/clsMD5.h"
 #include "text/decimal.h"
@@ -20,7 +21,6 @@ using text::decimal;
 using text::replaceAll;
 
 constexpr std::u16string_view kLineEnd = u"\r\n";
-constexpr std::u16string_view kColumns = u"VLHEAD, VLTEXT, VLTYPE, VLDATE, VLLINK, VLMD5";
 
 std::u16string errorLine(std::u16string_view label, const ProviderError& error)
 {
@@ -44,6 +44,19 @@ bool reporting(const Notebook& notebook, std::u16string_view label, Work&& work)
         notebook.status.failed(errorLine(label, e));
         return false;
     }
+}
+
+// All columns that a new record is given, in their order.
+const std::u16string& columnList()
+{
+    static const std::u16string list = [] {
+        std::u16string names;
+        for (const SnippetColumn& column : kSnippetColumns)
+            if (column.kind != SnippetKind::Counter)
+                names.append(names.empty() ? u"" : u", ").append(column.name);
+        return names;
+    }();
+    return list;
 }
 
 std::u16string whereId(std::int32_t id)
@@ -118,7 +131,7 @@ void unstick(Connection& connection, const std::u16string& table, std::int32_t i
 bool copyRecord(
     Connection& connection, const std::u16string& source, const std::u16string& target, std::int32_t id)
 {
-    const std::u16string columns(kColumns);
+    const std::u16string columns = columnList();
     const std::int32_t count = connection.execute(u"INSERT INTO [" + target + u"] (" + columns +
         u") SELECT " + columns + u" FROM [" + source + u"]" + whereId(id));
     if (count == 0)
@@ -148,10 +161,9 @@ AddedRecord addRecord(Connection& connection, const std::u16string& table, const
     std::u16string title = record.title.value_or(u"");
     if (title.empty())
         title = sqlQuoted(text::titleOf(record.text));
-    connection.execute(u"INSERT INTO [" + table +
-        u"] (VLHEAD, VLTEXT, VLTYPE, VLDATE, VLLINK, VLMD5) VALUES ('" + title + u"', '" + sqlQuoted(body) +
-        u"','', '" + sqlNow() + u"', '" + sqlQuoted(record.link) + u"', '" + text::clsMD5().MD5(body) +
-        u"')");
+    connection.execute(u"INSERT INTO [" + table + u"] (" + columnList() + u") VALUES ('" + title + u"', '" +
+        sqlQuoted(body) + u"','', '" + sqlNow() + u"', '" + sqlQuoted(record.link) + u"', '" +
+        text::clsMD5().MD5(body) + u"')");
     return {lastIdentity(connection), replaceAll(title, u"''", u"'")};
 }
 
@@ -183,8 +195,8 @@ Saved modRecord(const Notebook& notebook, std::int32_t id, const std::u16string&
 bool dupRecord(const Notebook& notebook, std::int32_t id)
 {
     return reporting(notebook, labelWithId(u"dupRecord", id), [&](Connection& connection) {
-        connection.execute(u"INSERT INTO [" + notebook.dbTable + u"] SELECT " + std::u16string(kColumns) +
-            u" FROM [" + notebook.dbTable + u"]" + whereId(id));
+        connection.execute(u"INSERT INTO [" + notebook.dbTable + u"] SELECT " + columnList() + u" FROM [" +
+            notebook.dbTable + u"]" + whereId(id));
     });
 }
 
@@ -229,17 +241,17 @@ std::optional<SnippetRecord> getRecText(Connection& connection, const std::u16st
     for (std::size_t i = 0; i < rows->columns().size(); ++i) {
         const std::u16string& column = rows->columns()[i];
         const Value& value = rows->value(i);
-        if (column == u"VLHEAD")
+        if (column == kHeadColumn)
             record.head = textOf(value);
-        else if (column == u"VLTEXT")
+        else if (column == kTextColumn)
             record.text = textOf(value);
-        else if (column == u"VLTYPE")
+        else if (column == kTypeColumn)
             record.type = textOf(value);
-        else if (column == u"VLLINK")
+        else if (column == kLinkColumn)
             record.link = textOf(value);
-        else if (column == u"VLMD5")
+        else if (column == kMd5Column)
             record.md5 = textOf(value);
-        else if (const auto* date = std::get_if<jet::Date>(&value); date != nullptr && column == u"VLDATE")
+        else if (const auto* date = std::get_if<jet::Date>(&value); date != nullptr && column == kDateColumn)
             record.date = date->days;
     }
     return record;

@@ -2,6 +2,7 @@
 
 #include "jet/catalogue/objectName.h"
 #include "jet/file/error.h"
+#include "store/snippetTable.h"
 #include "text/decimal.h"
 #include "text/letterCase.h"
 
@@ -112,9 +113,10 @@ bool newTable(const Notebook& notebook, const std::u16string& name)
 
 void newSnippetTable(Connection& connection, const std::u16string& name)
 {
-    connection.execute(u"CREATE TABLE [" + name +
-        u"] (ID COUNTER CONSTRAINT VLIDX UNIQUE, VLHEAD VARCHAR(255), VLTEXT MEMO, VLTYPE VARCHAR(255), "
-        u"VLDATE DATETIME NOT NULL, VLLINK VARCHAR(255), VLMD5 VARCHAR(32))");
+    std::u16string columns;
+    for (const SnippetColumn& column : kSnippetColumns)
+        columns += (columns.empty() ? u"" : u", ") + columnDefinition(column);
+    connection.execute(u"CREATE TABLE [" + name + u"] (" + columns + u")");
 }
 
 bool newSnippetTable(const Notebook& notebook, const std::u16string& name)

@@ -10,9 +10,11 @@
 
 namespace vellums::text {
 
+inline constexpr int kMd5Digits = 32;
+
 class clsMD5 {
 public:
-    // 32 lower-case hexadecimal digits.
+    // kMd5Digits lower-case hexadecimal digits.
     std::u16string MD5(std::u16string_view text) const;
 };
 

@@ -4,6 +4,7 @@
 #include "store/ado/adoState.h"
 #include "store/ado/sourceValue.h"
 #include "store/ado/throughCom.h"
+#include "store/snippetTable.h"
 
 namespace vellums {
 namespace {
@@ -17,21 +18,20 @@ constexpr std::int32_t kText = 202;
 constexpr std::int32_t kMemo = 203;
 constexpr std::int32_t kFixedNullable = 3;
 
-struct SnippetColumn {
-    const char16_t* name;
-    std::int32_t type;
-    std::int32_t size; // 0: the provider's default
-};
-
-// Those behind ID.
-constexpr SnippetColumn kColumns[] = {
-    {u"VLHEAD", kText, 0},
-    {u"VLTEXT", kMemo, 0},
-    {u"VLTYPE", kText, 0},
-    {u"VLDATE", kDate, 0},
-    {u"VLLINK", kText, 0},
-    {u"VLMD5", kText, 32},
-};
+std::int32_t typeOf(SnippetKind kind)
+{
+    switch (kind) {
+    case SnippetKind::Counter:
+        return kInteger;
+    case SnippetKind::Text:
+        return kText;
+    case SnippetKind::Memo:
+        return kMemo;
+    case SnippetKind::Date:
+        return kDate;
+    }
+    return kText;
+}
 
 std::u16string creationString(std::u16string_view providerId, const std::u16string& path)
 {
@@ -65,11 +65,11 @@ private:
 };
 
 // The provider's own properties are there only once the column knows its catalogue.
-void appendId(const ComObject& catalogue, const ComObject& columns)
+void appendCounter(const ComObject& catalogue, const ComObject& columns, const SnippetColumn& column)
 {
     const ComObject id = ComObject::create(u"ADOX.Column");
-    id.put(u"Name", u"ID");
-    id.put(u"Type", kInteger);
+    id.put(u"Name", column.name);
+    id.put(u"Type", typeOf(column.kind));
     id.putRef(u"ParentCatalog", catalogue);
     id.getObject(u"Properties").item(u"Autoincrement").put(u"Value", true);
     columns.call(u"Append", {id});
@@ -78,20 +78,21 @@ void appendId(const ComObject& catalogue, const ComObject& columns)
 void appendIndex(const ComObject& table)
 {
     const ComObject index = ComObject::create(u"ADOX.Index");
-    index.put(u"Name", u"VLIDX");
+    index.put(u"Name", kSnippetIndex);
     index.put(u"Unique", true);
-    index.getObject(u"Columns").call(u"Append", {u"ID"});
+    index.getObject(u"Columns").call(u"Append", {kIdColumn});
     table.getObject(u"Indexes").call(u"Append", {index});
 }
 
-// VLDATE keeps its attributes: it is made without the nullable flag.
+// What is not nullable keeps its attributes: it is made without that flag.
 void appendColumn(const ComObject& columns, const SnippetColumn& column)
 {
-    if (column.size == 0)
-        columns.call(u"Append", {column.name, column.type});
+    const std::int32_t type = typeOf(column.kind);
+    if (column.length == 0 || column.length == kLongestText) // the provider's own
+        columns.call(u"Append", {column.name, type});
     else
-        columns.call(u"Append", {column.name, column.type, column.size});
-    if (column.type == kText || column.type == kMemo)
+        columns.call(u"Append", {column.name, type, column.length});
+    if (column.nullable)
         columns.item(column.name).put(u"Attributes", kFixedNullable);
 }
 
@@ -101,10 +102,14 @@ void appendTable(const ComObject& catalogue, const std::u16string& name)
     table.put(u"Name", name);
     table.putRef(u"ParentCatalog", catalogue);
     const ComObject columns = table.getObject(u"Columns");
-    appendId(catalogue, columns);
-    appendIndex(table);
-    for (const SnippetColumn& column : kColumns)
-        appendColumn(columns, column);
+    for (const SnippetColumn& column : kSnippetColumns) {
+        if (column.kind == SnippetKind::Counter) {
+            appendCounter(catalogue, columns, column);
+            appendIndex(table);
+        } else {
+            appendColumn(columns, column);
+        }
+    }
     catalogue.getObject(u"Tables").call(u"Append", {table});
 }
 

@@ -4,40 +4,44 @@
 #include "platform/files.h"
 #include "store/connectionString.h"
 #include "store/embedded/embeddedConnection.h"
+#include "store/snippetTable.h"
 #include "text/letterCase.h"
 #include "text/path.h"
 
 namespace vellums {
 namespace {
 
+jet::ColumnType typeOf(SnippetKind kind)
+{
+    switch (kind) {
+    case SnippetKind::Counter:
+        return jet::ColumnType::Long;
+    case SnippetKind::Text:
+        return jet::ColumnType::Text;
+    case SnippetKind::Memo:
+        return jet::ColumnType::Memo;
+    case SnippetKind::Date:
+        return jet::ColumnType::Date;
+    }
+    return jet::ColumnType::Text;
+}
+
 jet::TableSpec snippetTable(const std::u16string& name)
 {
-    using jet::ColumnSpec;
-    using jet::ColumnType;
-    constexpr std::uint16_t kDefaultLength = 255;
-    const auto column = [](std::u16string columnName, ColumnType type, std::uint16_t length) {
-        ColumnSpec spec;
-        spec.name = std::move(columnName);
-        spec.type = type;
-        spec.length = length;
-        return spec;
-    };
     jet::TableSpec table;
     table.name = name;
-    table.columns = {
-        column(u"ID", ColumnType::Long, 0),
-        column(u"VLHEAD", ColumnType::Text, kDefaultLength),
-        column(u"VLTEXT", ColumnType::Memo, 0),
-        column(u"VLTYPE", ColumnType::Text, kDefaultLength),
-        column(u"VLDATE", ColumnType::Date, 0),
-        column(u"VLLINK", ColumnType::Text, kDefaultLength),
-        column(u"VLMD5", ColumnType::Text, 32),
-    };
-    table.columns[0].autoNumber = true;
-    table.columns[4].required = true; // it is made without the nullable flag
+    for (const SnippetColumn& column : kSnippetColumns) {
+        jet::ColumnSpec spec;
+        spec.name = column.name;
+        spec.type = typeOf(column.kind);
+        spec.length = static_cast<std::uint16_t>(column.length);
+        spec.autoNumber = column.kind == SnippetKind::Counter;
+        spec.required = !column.nullable && !spec.autoNumber;
+        table.columns.push_back(std::move(spec));
+    }
     jet::IndexSpec index;
-    index.name = u"VLIDX";
-    index.columns = {{u"ID", true}};
+    index.name = kSnippetIndex;
+    index.columns = {{std::u16string(kIdColumn), true}};
     index.unique = true;
     table.indexes = {index};
     return table;

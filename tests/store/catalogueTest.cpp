@@ -62,9 +62,9 @@ TEST(Catalogue, AddsTheColumnsOfLaterVersions)
         u"CREATE TABLE [Old] (ID COUNTER, VLHEAD TEXT(255), VLTEXT MEMO, VLTYPE TEXT(255), VLDATE DATETIME)");
     notes.run(u"INSERT INTO [Old] (VLHEAD) VALUES ('x')");
     const auto connection = notes->connect();
-    EXPECT_EQ(addSnippetColumn(*connection, u"Old", u"VLLINK"), 0);
-    EXPECT_EQ(addSnippetColumn(*connection, u"Old", u"VLMD5"), 0);
-    EXPECT_NE(addSnippetColumn(*connection, u"Old", u"VLMD5"), 0);
+    EXPECT_EQ(addSnippetColumn(*connection, u"Old", *snippetColumn(kLinkColumn)), 0);
+    EXPECT_EQ(addSnippetColumn(*connection, u"Old", *snippetColumn(kMd5Column)), 0);
+    EXPECT_NE(addSnippetColumn(*connection, u"Old", *snippetColumn(kMd5Column)), 0);
     EXPECT_TRUE(isSnippetTable(*connection, u"Old"));
     EXPECT_THAT(notes.rows(u"SELECT VLHEAD, VLLINK, VLMD5 FROM [Old]"), ElementsAre(u"x|NULL|NULL"));
 }
