@@ -30,7 +30,7 @@ EngineChoice chooseEngine(std::u16string_view wish, const std::u16string& detect
 
 void Engines::serve(Notebook& notebook)
 {
-    const std::u16string wish = getPrefValue(notebook.settingsFile, kOptionsSection, u"engine", u"auto");
+    const std::u16string wish = readSetting(notebook.settingsFile, kEngineSetting);
     // The view of this program's own bitness, which is the one that creates objects in it.
     const platform::RegistryText registered =
         platform::readRegistry(platform::RegistryRoot::LocalMachine, kAceClassKey, u"");

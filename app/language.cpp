@@ -17,10 +17,10 @@ std::u16string languageValue(std::u16string_view name)
 } // namespace
 
 Language decideLanguage(
-    std::u16string_view installLanguage, std::u16string_view defaultLanguage, std::u16string_view uiChinese)
+    std::u16string_view installLanguage, std::u16string_view defaultLanguage, bool uiChinese)
 {
     Language language;
-    language.chinese = installLanguage == kSimplifiedChinese || uiChinese == u"1";
+    language.chinese = installLanguage == kSimplifiedChinese || uiChinese;
     language.chineseDefault = defaultLanguage == kSimplifiedChinese;
     return language;
 }
@@ -28,7 +28,7 @@ Language decideLanguage(
 Language systemLanguage(const std::u16string& settingsFile)
 {
     return decideLanguage(languageValue(u"InstallLanguage"), languageValue(u"Default"),
-        getPrefValue(settingsFile, kOptionsSection, u"uiChinese", u""));
+        readSetting(settingsFile, kChineseSetting));
 }
 
 } // namespace vellums

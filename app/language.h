@@ -14,7 +14,7 @@ struct Language {
 // Chinese when the system was installed in Simplified Chinese or the settings file says uiChinese=1; it
 // can only be switched on there, never off.
 Language decideLanguage(
-    std::u16string_view installLanguage, std::u16string_view defaultLanguage, std::u16string_view uiChinese);
+    std::u16string_view installLanguage, std::u16string_view defaultLanguage, bool uiChinese);
 
 // Reads what it needs from the registry and the settings file.
 Language systemLanguage(const std::u16string& settingsFile);

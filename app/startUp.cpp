@@ -12,11 +12,6 @@
 namespace vellums {
 namespace {
 
-std::u16string preference(const Notebook& notebook, std::u16string_view key, std::u16string_view defaultValue)
-{
-    return getPrefValue(notebook.settingsFile, kOptionsSection, key, defaultValue);
-}
-
 std::u16string inFolder(const std::u16string& folder, std::u16string_view name)
 {
     std::u16string path = folder;
@@ -43,12 +38,13 @@ std::u16string withoutEnd(std::u16string folder)
 // A bare name is looked for in the data folder, then beside the program.
 bool useStoredDatabase(Notebook& notebook)
 {
-    const std::u16string stored = preference(notebook, u"dbConn", u"");
+    const std::u16string stored = readSetting(notebook.settingsFile, kDbConnSetting);
     if (stored.empty())
         return false;
     notebook.dbConn = stored;
     const bool isRelative = namesRelativeFile(stored);
-    const std::u16string folders[] = {withoutEnd(preference(notebook, u"dbParent", u"")), notebook.appDir};
+    const std::u16string folders[] = {
+        withoutEnd(readSetting(notebook.settingsFile, kDbParentSetting)), notebook.appDir};
     for (const std::u16string& folder : folders) {
         if (folder.empty() && isRelative) // the current folder never matters
             continue;
@@ -86,12 +82,13 @@ bool startUp(Notebook& notebook, const std::u16string& appDir, const std::u16str
     notebook.exeName = exeName;
     notebook.settingsFile = inFolder(notebook.appDir, exeName + u".ini");
     notebook.logFile = inFolder(notebook.appDir, exeName + u".log");
+    notebook.safetyCopies = readSetting(notebook.settingsFile, kBackupSetting);
     notebook.handOverFile = inFolder(notebook.appDir, u"snippet.tmp");
     if (chooseProvider)
         chooseProvider(notebook);
     notebook.chinese = systemLanguage(notebook.settingsFile).chinese;
     const bool created = !useStoredDatabase(notebook) && useDatabaseOfProgramFolder(notebook);
-    notebook.dbTable = preference(notebook, u"dbTable", u"");
+    notebook.dbTable = readSetting(notebook.settingsFile, kDbTableSetting);
     if (notebook.dbTable.empty())
         notebook.dbTable = getFirstTable(notebook, notebook.dbConn);
     return created;

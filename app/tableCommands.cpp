@@ -18,7 +18,6 @@ namespace {
 
 constexpr std::u16string_view kTableMarker = u"@2#";
 constexpr std::u16string_view kExtension = u".mdb";
-constexpr std::u16string_view kNoTable = u"-"; // what stands for a table where there is none
 
 std::u16string queryError(const ProviderError& error)
 {

@@ -1,5 +1,6 @@
 #include "cli/session.h"
 
+#include "app/settings.h"
 #include "cli/output.h"
 #include "platform/files.h"
 #include "platform/programPath.h"
@@ -30,6 +31,7 @@ Session::Session(const std::u16string& file)
     const std::u16string own = notebook_.appDir + platform::separator() + notebook_.exeName;
     notebook_.settingsFile = own + u".ini";
     notebook_.logFile = own + u".log";
+    notebook_.safetyCopies = readSetting(notebook_.settingsFile, kBackupSetting);
     notebook_.provider = &provider_;
     notebook_.dbParent = file_.substr(0, text::lastSeparator(file_));
     notebook_.dbConn = u"Data Source=" + file_;

@@ -85,7 +85,7 @@ void SearchBoxes::toggleSortOnTitle()
 {
     CheckItem& item = window_.mnu_SortOnTitle;
     item.setChecked(!item.checked());
-    setPrefValue(notebook_.settingsFile, kOptionsSection, u"obTitle", item.checked() ? u"1" : u"0");
+    writeSetting(notebook_.settingsFile, kSortOnTitleSetting, item.checked());
     commands_.search();
 }
 

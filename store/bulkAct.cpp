@@ -16,7 +16,7 @@ bool needsCopy(const Notebook& notebook, SafetyCopy copy, std::size_t total, con
 {
     constexpr std::size_t kFew = 10;
     const bool many = copy == SafetyCopy::Always || (copy == SafetyCopy::OfMany && total > kFew);
-    return many && user.safetyCopy && safetyCopiesWanted(notebook);
+    return many && user.safetyCopy && notebook.safetyCopies;
 }
 
 // Counts what is done and what of it is lasting.

@@ -51,9 +51,9 @@ std::u16string getFirstTable(const Notebook& notebook, const std::u16string& con
 {
     try {
         const auto names = ordinaryTables(*notebook.connect(connectionString));
-        return names.empty() ? u"-" : names.front();
+        return names.empty() ? std::u16string(kNoTable) : names.front();
     } catch (const ProviderError&) {
-        return u"-";
+        return std::u16string(kNoTable);
     }
 }
 

@@ -11,6 +11,8 @@
 
 namespace vellums {
 
+inline constexpr std::u16string_view kNoTable = u"-";
+
 struct Notebook {
     explicit Notebook(StatusLine& line)
         : status(line)
@@ -29,7 +31,8 @@ struct Notebook {
     std::u16string providerId = u"104"; // number of the connection-string template
     std::u16string dbConn;              // current connection string
     std::u16string dbParent;            // data folder, no separator at the end unless it is a root
-    std::u16string dbTable;             // current table
+    std::u16string dbTable;             // current table; kNoTable where there is none
+    bool safetyCopies = true;           // before acts on many records; a setting
 
     // Who serves the databases; start-up chooses. Not owned.
     const Provider* provider = nullptr;

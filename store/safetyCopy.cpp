@@ -1,7 +1,6 @@
 #include "store/safetyCopy.h"
 
 #include "platform/files.h"
-#include "platform/profile.h"
 #include "store/connectionString.h"
 #include "store/fileReason.h"
 
@@ -26,11 +25,6 @@ void copyUnder(const std::u16string& file, const std::u16string& unfinished)
 std::u16string safetyCopyPath(const std::u16string& file)
 {
     return file + u".bak";
-}
-
-bool safetyCopiesWanted(const Notebook& notebook)
-{
-    return platform::readProfile(notebook.settingsFile, u"Options", u"backup", u"1") != u"0";
 }
 
 std::optional<std::u16string> makeSafetyCopy(const Notebook& notebook)

@@ -11,9 +11,6 @@ namespace vellums {
 // Where the copy of a database file lies: "notes.mdb.bak".
 std::u16string safetyCopyPath(const std::u16string& file);
 
-// False: the settings file says backup=0.
-bool safetyCopiesWanted(const Notebook& notebook);
-
 // Copies the file of the current database; an earlier copy is replaced, whole or not at all. Gives the
 // reason, in the language of the interface, when there is no copy: no room, no right to write, the
 // database is being changed or is no file. The caller holds no connection to it.

@@ -203,23 +203,45 @@ TEST(CommandLine, IsReadAsItIsTyped)
 TEST(LanguageOfTheInterface, CanOnlyBeSwitchedToChinese)
 {
     const struct {
-        std::u16string install, standard, setting;
-        bool chinese, chineseDefault;
+        std::u16string install, standard;
+        bool setting, chinese, chineseDefault;
     } cases[] = {
-        {u"0409", u"0409", u"", false, false},
-        {u"0409", u"0804", u"", false, true},
-        {u"0804", u"0409", u"0", true, false},
-        {u"0804", u"0804", u"", true, true},
-        {u"0409", u"0409", u"1", true, false},
-        {u"0409", u"0409", u"true", false, false},
-        {u"0404", u"0404", u"", false, false},
-        {u"", u"", u"", false, false},
+        {u"0409", u"0409", false, false, false},
+        {u"0409", u"0804", false, false, true},
+        {u"0804", u"0409", false, true, false},
+        {u"0804", u"0804", false, true, true},
+        {u"0409", u"0409", true, true, false},
+        {u"0404", u"0404", false, false, false},
+        {u"", u"", false, false, false},
     };
     for (const auto& c : cases) {
         const Language language = decideLanguage(c.install, c.standard, c.setting);
-        EXPECT_EQ(language.chinese, c.chinese) << text::toUtf8(c.install + u" " + c.setting);
+        EXPECT_EQ(language.chinese, c.chinese) << text::toUtf8(c.install) << c.setting;
         EXPECT_EQ(language.chineseDefault, c.chineseDefault);
     }
+}
+
+TEST(Settings, TakeWhatCannotBeUsedAsMissing)
+{
+    const tests::TemporaryFolder folder;
+    const std::u16string file = folder.file(u"Vellums.ini");
+    EXPECT_EQ(readSetting(file, kFontSizeSetting), 3u) << "there is no file yet";
+    EXPECT_TRUE(readSetting(file, kBackupSetting));
+    EXPECT_FALSE(readSetting(file, kChineseSetting));
+    for (const char16_t* value : {u"24", u"-1", u"7x", u" 7", u"99999999999", u"", u"true"}) {
+        setPrefValue(file, kOptionsSection, kFontSizeSetting.key, value);
+        setPrefValue(file, kOptionsSection, kChineseSetting.key, value);
+        setPrefValue(file, kOptionsSection, kBackupSetting.key, value);
+        SCOPED_TRACE(text::toUtf8(value));
+        EXPECT_TRUE(readSetting(file, kFontSizeSetting) == 3 || std::u16string_view(value) == u" 7");
+        EXPECT_FALSE(readSetting(file, kChineseSetting));
+        EXPECT_TRUE(readSetting(file, kBackupSetting));
+    }
+    EXPECT_TRUE(writeSetting(file, kFontSizeSetting, 23) && writeSetting(file, kChineseSetting, true) &&
+        writeSetting(file, kBackupSetting, false));
+    EXPECT_EQ(readSetting(file, kFontSizeSetting), 23u);
+    EXPECT_TRUE(readSetting(file, kChineseSetting));
+    EXPECT_FALSE(readSetting(file, kBackupSetting));
 }
 
 TEST(Settings, KeepValuesUpTo255Characters)

@@ -71,7 +71,7 @@ TEST_F(Duplicate, RemovalCopiesTheDatabaseFirst)
 
     platform::removeFile(safetyCopyPath(notes_.file()));
     add(2012, u"a");
-    EXPECT_TRUE(setPrefValue(notes_->settingsFile, kOptionsSection, u"backup", u"0"));
+    notes_->safetyCopies = false;
     EXPECT_TRUE(delDupRec(*notes_).done);
     EXPECT_FALSE(platform::fileExists(safetyCopyPath(notes_.file())));
 }

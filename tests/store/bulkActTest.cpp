@@ -1,7 +1,6 @@
 #include "store/bulkAct.h"
 
 #include "platform/files.h"
-#include "platform/profile.h"
 #include "store/connectionString.h"
 #include "store/records.h"
 #include "store/safetyCopy.h"
@@ -76,7 +75,7 @@ TEST_F(BulkActs, CopyTheDatabaseFirstWhenManyRecordsAreAtStake)
 
     addMany(11);
     notes_.folder().write(u"notes.mdb.bak", "old");
-    platform::writeProfile(notes_->settingsFile, u"Options", u"backup", u"0");
+    notes_->safetyCopies = false;
     EXPECT_TRUE(setStickyRecs(*notes_, addMany(11)).whole());
     EXPECT_EQ(copy(), "old");
     EXPECT_NE(before, tests::bytesOf(notes_.file()));

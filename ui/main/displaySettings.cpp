@@ -44,22 +44,6 @@ std::vector<std::u16string> installedFonts()
     return names;
 }
 
-// Digits alone, nothing around them; anything else gives the default.
-std::uint32_t numberIn(const std::u16string& text, std::uint32_t otherwise, std::uint32_t most)
-{
-    const std::string digits(text.begin(), text.end());
-    std::uint32_t number = 0;
-    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-    return error == std::errc() && end == digits.data() + digits.size() && number <= most ? number
-                                                                                          : otherwise;
-}
-
-std::u16string decimal(std::uint32_t number)
-{
-    const std::string digits = std::to_string(number);
-    return {digits.begin(), digits.end()};
-}
-
 HWND createUnseenList(HWND parent, int id)
 {
     return CreateWindowExW(0, L"LISTBOX", nullptr, WS_CHILD | LBS_NOTIFY | LBS_HASSTRINGS, 0, 0, 0, 0, parent,
@@ -121,10 +105,8 @@ void DisplaySettings::create(HWND parent, int dpi)
     fillFonts();
     fillSizes();
     readColours();
-    selectFont(getPrefValue(settingsFile_, kOptionsSection, u"fontName", defaultFontName()));
-    const auto last = static_cast<std::uint32_t>(fontSizeTexts().size() - 1);
-    SendMessageW(lstFontSizes_, LB_SETCURSEL,
-        numberIn(getPrefValue(settingsFile_, kOptionsSection, u"fontSize", u""), kDefaultSizeEntry, last), 0);
+    selectFont(readSetting(settingsFile_, kFontNameSetting));
+    SendMessageW(lstFontSizes_, LB_SETCURSEL, readSetting(settingsFile_, kFontSizeSetting), 0);
     if (selectedIn(lstFontNames_) >= 0)
         mnu_fonts_.checkOnly(static_cast<std::size_t>(selectedIn(lstFontNames_)));
     selectSize(selectedIn(lstFontSizes_));
@@ -167,12 +149,9 @@ void DisplaySettings::selectFont(const std::u16string& name)
 
 void DisplaySettings::readColours()
 {
-    constexpr std::uint32_t kMostColor = 0xFFFFFF;
-    const std::u16string fore = getPrefValue(settingsFile_, kOptionsSection, u"foreColor", u"");
-    const std::u16string back = getPrefValue(settingsFile_, kOptionsSection, u"backColor", u"");
-    foreColor_ = numberIn(fore, kDefaultForeColor, kMostColor);
-    backColor_ = numberIn(back, kDefaultBackColor, kMostColor);
-    coloursChosen_ = foreColor_ != kDefaultForeColor || backColor_ != kDefaultBackColor;
+    foreColor_ = readSetting(settingsFile_, kForeColorSetting);
+    backColor_ = readSetting(settingsFile_, kBackColorSetting);
+    coloursChosen_ = foreColor_ != kForeColorSetting.otherwise || backColor_ != kBackColorSetting.otherwise;
     makeBrush();
 }
 
@@ -231,7 +210,7 @@ void DisplaySettings::onFontSelected()
     if (index < 0)
         return;
     mnu_fonts_.checkOnly(static_cast<std::size_t>(index));
-    setPrefValue(settingsFile_, kOptionsSection, u"fontName", selectedText(lstFontNames_));
+    writeSetting(settingsFile_, kFontNameSetting, selectedText(lstFontNames_));
     applyFont();
 }
 
@@ -241,7 +220,7 @@ void DisplaySettings::onSizeSelected()
     if (index < 0)
         return;
     selectSize(index);
-    setPrefValue(settingsFile_, kOptionsSection, u"fontSize", decimal(static_cast<std::uint32_t>(index)));
+    writeSetting(settingsFile_, kFontSizeSetting, static_cast<std::uint32_t>(index));
     applyFont();
 }
 
@@ -292,10 +271,10 @@ void DisplaySettings::reset()
         return;
     selectFont(defaultFontName());
     onFontSelected();
-    SendMessageW(lstFontSizes_, LB_SETCURSEL, kDefaultSizeEntry, 0);
+    SendMessageW(lstFontSizes_, LB_SETCURSEL, kFontSizeSetting.otherwise, 0);
     onSizeSelected();
-    setPrefValue(settingsFile_, kOptionsSection, u"foreColor", decimal(kDefaultForeColor));
-    setPrefValue(settingsFile_, kOptionsSection, u"backColor", decimal(kDefaultBackColor));
+    writeSetting(settingsFile_, kForeColorSetting, kForeColorSetting.otherwise);
+    writeSetting(settingsFile_, kBackColorSetting, kBackColorSetting.otherwise);
     readColours();
 }
 

@@ -1,6 +1,7 @@
 // Font, size and colours of the record text: the lists to choose from, their menus, the settings file.
 #pragma once
 
+#include "app/settings.h"
 #include "ui/controls/recordText.h"
 #include "ui/main/menus.h"
 
@@ -10,10 +11,6 @@
 #include <vector>
 
 namespace vellums::ui {
-
-inline constexpr std::uint32_t kDefaultForeColor = 0;
-inline constexpr std::uint32_t kDefaultBackColor = 12046022; // red 198, green 206, blue 183
-inline constexpr int kDefaultSizeEntry = 3;                  // 8 points
 
 // The sizes in points, as they stand in the list.
 const std::vector<std::u16string>& fontSizeTexts();
@@ -71,8 +68,8 @@ private:
     MenuArray mnu_fonts_;
     MenuArray mnu_sizes_; // the sizes alone, behind the commands
     int dpi_ = 96;
-    std::uint32_t foreColor_ = kDefaultForeColor;
-    std::uint32_t backColor_ = kDefaultBackColor;
+    std::uint32_t foreColor_ = kForeColorSetting.otherwise;
+    std::uint32_t backColor_ = kBackColorSetting.otherwise;
     bool coloursChosen_ = false; // the user has others than those of the program
     OwnedBrush brush_;
 };

@@ -31,8 +31,7 @@ void frmMain::prepareMenus()
     mnu_avtables_.attach(
         menus_->popUpOf(ID_mnu_moverec), ID_mnu_avtables, kMostTables, MenuArray::Captions::Names);
     menus_->setChecked(ID_mnu_chkwrap, true);
-    mnu_SortOnTitle_.setChecked(
-        getPrefValue(notebook_.settingsFile, kOptionsSection, u"obTitle", u"") == u"1");
+    mnu_SortOnTitle_.setChecked(readSetting(notebook_.settingsFile, kSortOnTitleSetting));
 }
 
 bool frmMain::onCommand(int id, int notification)
