@@ -13,14 +13,6 @@ namespace {
 
 constexpr std::u16string_view kBetween = u" - "; // file and table in a caption
 
-std::u16string pathInDataFolder(const Notebook& notebook, std::u16string_view name)
-{
-    std::u16string path = notebook.dbParent;
-    if (path.empty() || text::lastSeparator(path) != path.size() - 1)
-        path += platform::separator();
-    return path.append(name);
-}
-
 std::u16string nameOf(const std::u16string& path)
 {
     return path.substr(text::lastSeparator(path) + 1);
@@ -69,7 +61,7 @@ void buildDatabaseMenu(const Notebook& notebook, MenuItems& mnu_availdb, Switcha
 {
     std::vector<MenuItem> items;
     for (const std::u16string& name : text::split(getDataBaseList(notebook, {}), u"\r\n")) {
-        const std::u16string path = pathInDataFolder(notebook, name);
+        const std::u16string path = platform::inFolder(notebook.dbParent, name);
         if (name.empty() || !looksLikeAccessFile(path) || !canBeNamed(notebook, path))
             continue;
         for (const auto& table : snippetTablesOf(notebook, connectionStringFor(notebook, path))) {

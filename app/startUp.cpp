@@ -12,14 +12,6 @@
 namespace vellums {
 namespace {
 
-std::u16string inFolder(const std::u16string& folder, std::u16string_view name)
-{
-    std::u16string path = folder;
-    if (path.empty() || text::lastSeparator(path) != path.size() - 1)
-        path += platform::separator();
-    return path.append(name);
-}
-
 // The folder of a path, its separator included.
 std::u16string folderOf(const std::u16string& path)
 {
@@ -64,7 +56,7 @@ bool useDatabaseOfProgramFolder(Notebook& notebook)
 {
     notebook.dbParent = notebook.appDir;
     for (const std::u16string& name : platform::databaseNames(notebook.appDir)) {
-        if (looksLikeAccessFile(inFolder(notebook.appDir, name))) {
+        if (looksLikeAccessFile(platform::inFolder(notebook.appDir, name))) {
             notebook.dbConn = connectionStringFor(notebook, name);
             return false;
         }
@@ -80,10 +72,10 @@ bool startUp(Notebook& notebook, const std::u16string& appDir, const std::u16str
 {
     notebook.appDir = withoutEnd(appDir);
     notebook.exeName = exeName;
-    notebook.settingsFile = inFolder(notebook.appDir, exeName + u".ini");
-    notebook.logFile = inFolder(notebook.appDir, exeName + u".log");
+    notebook.settingsFile = platform::inFolder(notebook.appDir, exeName + u".ini");
+    notebook.logFile = platform::inFolder(notebook.appDir, exeName + u".log");
     notebook.safetyCopies = readSetting(notebook.settingsFile, kBackupSetting);
-    notebook.handOverFile = inFolder(notebook.appDir, u"snippet.tmp");
+    notebook.handOverFile = platform::inFolder(notebook.appDir, u"snippet.tmp");
     if (chooseProvider)
         chooseProvider(notebook);
     notebook.chinese = systemLanguage(notebook.settingsFile).chinese;

@@ -28,7 +28,7 @@ Session::Session(const std::u16string& file)
 {
     notebook_.appDir = platform::programFolder();
     notebook_.exeName = platform::programName();
-    const std::u16string own = notebook_.appDir + platform::separator() + notebook_.exeName;
+    const std::u16string own = platform::inFolder(notebook_.appDir, notebook_.exeName);
     notebook_.settingsFile = own + u".ini";
     notebook_.logFile = own + u".log";
     notebook_.safetyCopies = readSetting(notebook_.settingsFile, kBackupSetting);

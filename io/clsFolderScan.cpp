@@ -2,16 +2,14 @@
 
 #include "platform/events.h"
 #include "platform/files.h"
-#include "text/path.h"
 #include "text/pieces.h"
 
 namespace vellums::io {
 
 void clsFolderScan::ScanFolder(std::u16string_view folderPath)
 {
-    root_ = folderPath;
-    if (root_.empty() || text::lastSeparator(root_) != root_.size() - 1)
-        root_ += platform::separator();
+    root_ =
+        folderPath.empty() ? std::u16string(1, platform::separator()) : platform::withSeparator(folderPath);
     folders_.clear();
     files_.clear();
     unlisted_.clear();

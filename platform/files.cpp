@@ -53,6 +53,19 @@ void copyFile(const std::u16string& from, const std::u16string& to)
     }
 }
 
+std::u16string withSeparator(std::u16string_view folder)
+{
+    std::u16string path(folder);
+    if (!path.empty() && text::lastSeparator(path) != path.size() - 1)
+        path += separator();
+    return path;
+}
+
+std::u16string inFolder(std::u16string_view folder, std::u16string_view name)
+{
+    return withSeparator(folder).append(name);
+}
+
 std::u16string unusedPath(std::u16string_view start, std::u16string_view ending)
 {
     std::u16string path = std::u16string(start).append(ending);

@@ -112,5 +112,8 @@ std::u16string absolutePath(const std::u16string& path);
 
 // What stands between the parts of a path: "\" on Windows, "/" elsewhere.
 char16_t separator();
+// The folder with a separator at its end, and a name in it; an empty folder adds none.
+std::u16string withSeparator(std::u16string_view folder);
+std::u16string inFolder(std::u16string_view folder, std::u16string_view name);
 
 } // namespace vellums::platform

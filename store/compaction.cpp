@@ -5,7 +5,6 @@
 #include "store/fileReason.h"
 #include "text/decimal.h"
 #include "text/letterCase.h"
-#include "text/path.h"
 
 namespace vellums {
 namespace {
@@ -41,14 +40,6 @@ struct NotCompacted {
     std::u16string reason;
 };
 
-std::u16string inProgramFolder(const Notebook& notebook, std::u16string_view name)
-{
-    std::u16string path = notebook.appDir;
-    if (!path.empty() && text::lastSeparator(path) != path.size() - 1)
-        path += platform::separator();
-    return path.append(name);
-}
-
 // The replacement is put beside the database, so that it takes its place in one step. While it is
 // copied nobody can change the database behind its back.
 void replaceDatabase(const std::u16string& file, const std::u16string& compacted)
@@ -74,7 +65,7 @@ Sizes compact(const Notebook& notebook, const std::u16string& file)
     if (!before)
         throw platform::FileError{platform::FileFault::NotFound, 0};
     platform::clearAttributes(file);
-    const PassingFile compacted(inProgramFolder(notebook, u"temp.cdb"));
+    const PassingFile compacted(platform::inFolder(notebook.appDir, u"temp.cdb"));
     notebook.provider->compact(file, compacted.path());
     const auto after = platform::fileSize(compacted.path());
     if (!after || !looksLikeAccessFile(compacted.path()))

@@ -42,14 +42,6 @@ std::optional<Reference> findReference(std::u16string_view connectionString)
     return Reference{start, std::min(rest.find(u';'), rest.size()), false};
 }
 
-std::u16string folderWithSeparator(const Notebook& notebook)
-{
-    std::u16string folder = notebook.dbParent;
-    if (!folder.empty() && text::lastSeparator(folder) != folder.size() - 1)
-        folder += platform::separator();
-    return folder;
-}
-
 // From a drive or a root on; any other path counts from the data folder, folders in it or not.
 bool isAbsolute(std::u16string_view path)
 {
@@ -94,7 +86,7 @@ std::u16string connectionStringFor(const Notebook& notebook, std::u16string_view
 std::u16string connPart(const Notebook& notebook, const std::u16string& connectionString, ConnPart part)
 {
     const std::optional<Reference> reference = findReference(connectionString);
-    const std::u16string folder = folderWithSeparator(notebook);
+    const std::u16string folder = platform::withSeparator(notebook.dbParent);
     if (part == ConnPart::WithBareName)
         return folder.empty() ? connectionString : text::replaceAllNoCase(connectionString, folder, u"");
     if (!reference)

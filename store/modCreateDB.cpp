@@ -4,7 +4,6 @@
 #include "store/tableChanges.h"
 #include "text/decimal.h"
 #include "text/letterCase.h"
-#include "text/path.h"
 
 #include <algorithm>
 
@@ -53,10 +52,8 @@ std::u16string newTableName(std::u16string_view fileName, bool chinese)
 std::u16string dbCreateNew(const Notebook& notebook, const std::u16string& fileName)
 {
     const std::u16string table = newTableName(fileName, notebook.chinese);
-    std::u16string path = notebook.dbParent;
-    if (!path.empty() && text::lastSeparator(path) != path.size() - 1)
-        path += platform::separator();
-    path += fileName.empty() ? u"Vellums.mdb" : fileName;
+    const std::u16string path =
+        platform::inFolder(notebook.dbParent, fileName.empty() ? u"Vellums.mdb" : fileName);
     try {
         if (!fileName.empty())
             refuseBadFileName(fileName);

@@ -1,13 +1,13 @@
 // Makes the pages of a new table: its definition, its usage maps, the roots of its indexes.
 #pragma once
 
+#include "jet/file/usageMap.h"
 #include "jet/table/tableDefinition.h"
 
 #include <vector>
 
 namespace vellums::jet {
 
-inline constexpr std::size_t kMapRowBytes = 69;  // of a fresh inline map
 inline constexpr std::size_t kMapsOnPage = 57;   // that many fit on a page
 inline constexpr std::uint8_t kUserTable = 0x4E; // table types
 inline constexpr std::uint8_t kSystemTable = 0x53;

@@ -23,10 +23,7 @@ void layOut(PageFile& file, TableDefinition& definition)
 {
     FreePages free(file);
     encodeDefinition(definition); // for its length; places do not change it
-    std::size_t pages = 1;
-    for (std::size_t room = kPageSize; room < definition.joined.size(); room += kPageSize - 8)
-        ++pages;
-    for (std::size_t i = 0; i < pages; ++i)
+    for (std::size_t i = definitionPageCount(definition.joined.size()); i > 0; --i)
         definition.pages.push_back(free.allocate());
     definition.page = definition.pages[0];
     std::vector<PageNo> mapPages((mapCount(definition) + kMapsOnPage - 1) / kMapsOnPage);

@@ -8,7 +8,6 @@ namespace vellums::jet {
 namespace {
 
 constexpr std::size_t kInlineHeader = 5; // form, start page
-constexpr std::size_t kFreshRow = 69;
 constexpr std::size_t kBitmapHeader = 4;
 constexpr std::uint32_t kSpan = (kPageSize - kBitmapHeader) * 8; // pages on one page of kind 0x05
 constexpr RowRef kGlobalMap = {1, 0};
@@ -330,7 +329,7 @@ void makeGlobalReference(PageFile& file)
     const Bytes bits(old.bits().begin(), old.bits().end());
     const PageNo pagesBefore = file.pageCount();
 
-    Bytes row(kFreshRow, std::byte{0});
+    Bytes row(kMapRowBytes, std::byte{0});
     row[0] = std::byte{1};
     replaceMapRow(file, kGlobalMap, row);
     for (std::size_t span = 0; span <= file.pageCount() / kSpan; ++span)

@@ -12,6 +12,9 @@
 
 namespace vellums::jet {
 
+// Bytes of the row of a fresh inline map: its form, its start and the bits of 512 pages.
+inline constexpr std::size_t kMapRowBytes = 69;
+
 class FreePages;
 
 // One usage map, read through the file at each call (nothing is cached).

@@ -16,21 +16,6 @@ constexpr std::uint32_t kLengthMask = 0x3FFFFFFF;
 constexpr std::uint32_t kInlineBit = 0x80000000;
 constexpr std::uint32_t kSingleBit = 0x40000000;
 
-struct Reference {
-    std::size_t length;
-    bool inlined;
-    bool single;
-    RowRef first;
-
-    explicit Reference(ByteView bytes)
-        : length(load<std::uint32_t>(bytes, 0) & kLengthMask)
-        , inlined((load<std::uint32_t>(bytes, 0) & kInlineBit) != 0)
-        , single(!inlined && (load<std::uint32_t>(bytes, 0) & kSingleBit) != 0)
-        , first(rowRefOf(load<std::uint32_t>(bytes, 4)))
-    {
-    }
-};
-
 PageView longValueRow(const PageFile& file, RowRef at)
 {
     const DataPage page(file.read(at.page));
@@ -41,7 +26,7 @@ PageView longValueRow(const PageFile& file, RowRef at)
 
 // Calls back with the place and the chunk of each row of a chain.
 template <typename Callback>
-void eachChunk(const PageFile& file, const Reference& reference, Callback&& callback)
+void eachChunk(const PageFile& file, const LongValueReference& reference, Callback&& callback)
 {
     std::size_t length = 0;
     std::size_t hops = 0;
@@ -79,12 +64,20 @@ Bytes makeReference(std::uint32_t lengthAndForm, RowRef first)
 
 } // namespace
 
+LongValueReference::LongValueReference(ByteView bytes)
+    : length(load<std::uint32_t>(bytes, 0) & kLengthMask)
+    , inlined((load<std::uint32_t>(bytes, 0) & kInlineBit) != 0)
+    , single(!inlined && (load<std::uint32_t>(bytes, 0) & kSingleBit) != 0)
+    , first(rowRefOf(load<std::uint32_t>(bytes, 4)))
+{
+}
+
 ByteView readLongValue(const PageFile& file, ByteView reference, Bytes& scratch)
 {
     if (reference.empty())
         return {};
     const ByteView head = slice(reference, 0, kLongValueHeader);
-    const Reference value(head);
+    const LongValueReference value(head);
     if (value.inlined)
         return slice(reference, kLongValueHeader, value.length);
     if (value.single) {
@@ -103,7 +96,7 @@ ByteView readLongValue(const PageFile& file, ByteView reference, Bytes& scratch)
 
 bool isInline(ByteView reference)
 {
-    return reference.size() < kLongValueHeader || Reference(reference).inlined;
+    return reference.size() < kLongValueHeader || LongValueReference(reference).inlined;
 }
 
 Bytes inlineReference(ByteView value)
@@ -144,7 +137,7 @@ void freeLongValue(PageFile& file, const Column& column, ByteView reference)
 {
     if (isInline(reference))
         return;
-    const Reference value(reference);
+    const LongValueReference value(reference);
     const PageOwner owner = ownerOf(column);
     std::vector<RowRef> places;
     if (value.single)

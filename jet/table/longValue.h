@@ -19,6 +19,16 @@ inline constexpr std::size_t kMaxSingleBytes = 4076;
 inline constexpr std::size_t kChunkBytes = 4072;
 inline constexpr std::size_t kMaxLongValue = (std::size_t{1} << 30) - 1;
 
+// The first eight bytes of what lies in the row, taken apart. Throws (damaged file) where they are fewer.
+struct LongValueReference {
+    std::size_t length;
+    bool inlined; // the value follows in the row
+    bool single;  // it is one row; else, when not inlined, a chain
+    RowRef first;
+
+    explicit LongValueReference(ByteView bytes);
+};
+
 // The bytes of a value. Where they do not lie together, or would not stay, they are put into `scratch`.
 // Throws (damaged file) for circles, values that end too early and pointers to other pages.
 ByteView readLongValue(const PageFile& file, ByteView reference, Bytes& scratch);

@@ -9,7 +9,6 @@ namespace vellums::jet {
 namespace {
 
 constexpr std::size_t kMaxColumnSlots = 255;
-constexpr std::size_t kMapRow = 69;
 
 void insertBytes(Bytes& bytes, std::size_t at, ByteView more)
 {
@@ -30,12 +29,12 @@ void makeLongValueMaps(PageFile& file, const TableDefinition& definition, Column
 {
     PageNo page = definition.ownedMap.page;
     const DataPage maps(file.read(page));
-    if (maps.owner() != 0 || maps.freeBytes() < static_cast<int>(2 * (kMapRow + 2)) ||
+    if (maps.owner() != 0 || maps.freeBytes() < static_cast<int>(2 * (kMapRowBytes + 2)) ||
         maps.rowCount() > kMaxRowsOnPage - 2) {
         page = FreePages(file).allocate();
         initDataPage(file.writeNew(page), 0);
     }
-    const Bytes empty(kMapRow);
+    const Bytes empty(kMapRowBytes);
     column.ownedMap = {page, appendRow(file.write(page), empty, 0)};
     column.freeMap = {page, appendRow(file.write(page), empty, 0)};
 }

@@ -252,13 +252,16 @@ TableDefinition readTableDefinition(const PageFile& file, PageNo page)
     return definition;
 }
 
+std::size_t definitionPageCount(std::size_t bytes)
+{
+    return bytes <= kPageSize ? 1 : 1 + (bytes - kPageSize + kContinuation - 1) / kContinuation;
+}
+
 void writeDefinitionBytes(PageFile& file, TableDefinition& definition)
 {
     Bytes& joined = definition.joined;
     store<std::uint32_t>(joined, 8, static_cast<std::uint32_t>(joined.size()));
-    std::size_t pagesNeeded = 1;
-    if (joined.size() > kPageSize)
-        pagesNeeded += (joined.size() - kPageSize + kContinuation - 1) / kContinuation;
+    const std::size_t pagesNeeded = definitionPageCount(joined.size());
     FreePages free(file);
     while (definition.pages.size() < pagesNeeded)
         definition.pages.push_back(free.allocate());

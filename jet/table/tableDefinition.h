@@ -87,6 +87,9 @@ std::size_t fixedSize(const Column& column);
 void appendColumnRecord(Bytes& bytes, const Column& column);
 void appendName(Bytes& bytes, std::u16string_view name);
 
+// Pages that a definition of so many bytes takes.
+std::size_t definitionPageCount(std::size_t bytes);
+
 // Throws (damaged file) when any part breaks a rule of the format.
 TableDefinition readTableDefinition(const PageFile& file, PageNo page);
 

@@ -15,10 +15,6 @@
 namespace vellums::jet {
 namespace {
 
-constexpr std::uint32_t kLengthMask = 0x3FFFFFFF;
-constexpr std::uint32_t kSingleForm = 0x40000000;
-constexpr std::uint32_t kInlineForm = 0x80000000;
-
 class TableChecker {
 public:
     TableChecker(PageLedger& ledger, PageNo definitionPage, const std::u16string& name)
@@ -146,12 +142,12 @@ private:
 
     void noteLongValue(std::size_t column, RowRef home, ByteView reference)
     {
-        const auto head = load<std::uint32_t>(reference, 0);
-        if ((head & kInlineForm) != 0)
+        const LongValueReference value(reference);
+        if (value.inlined)
             return;
-        RowRef at = rowRefOf(load<std::uint32_t>(reference, 4));
-        if ((head & kSingleForm) != 0) {
-            if (useLongValue(column, home, at) && chunk(at).size() != (head & kLengthMask))
+        RowRef at = value.first;
+        if (value.single) {
+            if (useLongValue(column, home, at) && chunk(at).size() != value.length)
                 fault(placeText(home) + u" has a long value of another length");
             return;
         }
@@ -162,7 +158,7 @@ private:
             length += bytes.size() - std::min<std::size_t>(bytes.size(), 4);
             at = rowRefOf(load<std::uint32_t>(bytes, 0));
         }
-        if (length != (head & kLengthMask))
+        if (length != value.length)
             fault(placeText(home) + u" has a long value of another length");
     }
 
