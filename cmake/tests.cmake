@@ -100,7 +100,7 @@ endif()
 if(WIN32 AND TARGET Vellums)
   file(GLOB window_tests CONFIGURE_DEPENDS tests/windows/*Test.cpp)
   add_executable(windows_tests ${window_tests} tests/windows/driver.cpp tests/windows/windowProbe.cpp
-    tests/windows/windowThread.cpp tests/search/regExpReference.cpp)
+    tests/windows/windowThread.cpp)
   target_link_libraries(windows_tests PRIVATE ui ntdll GTest::gmock_main)
   add_dependencies(windows_tests Vellums)
   add_test(NAME windows COMMAND windows_tests)
