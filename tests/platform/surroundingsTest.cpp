@@ -1,5 +1,4 @@
 #include "platform/clipboard.h"
-#include "platform/events.h"
 #include "platform/files.h"
 #include "platform/process.h"
 #include "platform/programPath.h"
@@ -42,17 +41,6 @@ TEST(Surroundings, OnlyOneInstanceIsTheFirst)
         EXPECT_TRUE(SingleInstance(other).first());
     }
     EXPECT_TRUE(SingleInstance(program).first());
-}
-
-TEST(Surroundings, YieldCallsWhatTheProgramChose)
-{
-    int calls = 0;
-    yieldToEvents();
-    setEventYield([&calls] { ++calls; });
-    yieldToEvents();
-    setEventYield({});
-    yieldToEvents();
-    EXPECT_EQ(calls, 1);
 }
 
 TEST(Surroundings, MissingRegistryKeysAreMissing)
