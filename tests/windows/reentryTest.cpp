@@ -168,10 +168,10 @@ TEST_P(ReentryTest, ATimerRefillsNothingBelowAQuestion)
     EXPECT_EQ(program.count(ID_lstHeads), shown);
     program.answer(IDYES);
     ASSERT_TRUE(eventually([&] { return bodies().size() == 2u; }));
-    EXPECT_TRUE(eventually([&] { return program.count(ID_lstHeads) == 1; }))
-        << "then the search has its turn";
     if (shown == 3) { // the question came before the timer
         EXPECT_EQ(bodies(), (Rows{u"one", u"two"}));
+        EXPECT_TRUE(eventually([&] { return program.count(ID_lstHeads) == 1; }))
+            << "then the search has its turn";
     }
     EXPECT_EQ(program.close(), 0u);
 }
