@@ -1,12 +1,9 @@
 #include "store/ado/adoConnection.h"
-
 #include "jet/database.h"
-#include "platform/files.h"
 #include "store/connectionString.h"
 #include "store/records.h"
 #include "tests/ado/adoFixture.h"
 #include "text/decimal.h"
-#include "text/pieces.h"
 #include "text/unicode.h"
 
 namespace vellums::tests::ado {
@@ -50,19 +47,6 @@ TEST_F(AdoConnections, AskInTheDocumentedWay)
     EXPECT_THAT(
         callsOf([&] { notes.rows(u"SELECT VLTEXT FROM [Notes]"); }), Contains("Recordset.GetRows/1(50)"))
         << "rows with memos come in smaller blocks";
-}
-
-TEST_F(AdoConnections, KnowTheIdentityThatTheyHaveGiven)
-{
-    fill(4);
-    const auto connection = notes->connect();
-    EXPECT_EQ(connection->execute(u"INSERT INTO [Notes] (VLDATE) VALUES (1)"), 1);
-    const auto rows = connection->query(u"SELECT @@IDENTITY");
-    ASSERT_TRUE(rows->next());
-    EXPECT_EQ(rows->value(0), Value(std::int32_t{5}));
-    EXPECT_EQ(world().connections(), 1);
-    EXPECT_EQ(connection->execute(u"DELETE FROM [Notes] WHERE ID > 1"), 4);
-    EXPECT_EQ(connection->execute(u"CREATE TABLE [Other] (A INTEGER)"), 0);
 }
 
 TEST_F(AdoConnections, GiveEveryRowOnceWhateverTheBlocks)
@@ -110,15 +94,6 @@ TEST_F(AdoConnections, ReadWhatTheEmbeddedClientReads)
     }
 }
 
-TEST_F(AdoConnections, CarryTextsOfMegabytes)
-{
-    std::u16string text;
-    for (int i = 0; text.size() < 3000000; ++i)
-        text += u"line " + text::decimal(i) + u" 中文 ''\r\n";
-    notes.run(u"INSERT INTO [Notes] (VLDATE, VLTEXT) VALUES (1, '" + text + u"')");
-    EXPECT_EQ(notes.rows(u"SELECT VLTEXT FROM [Notes]").at(0), text::replaceAll(text, u"''", u"'"));
-}
-
 struct BadString {
     const char16_t* connection;
     const char* number;
@@ -151,55 +126,12 @@ TEST_F(AdoConnections, ThatFailToOpenLeaveOneLineAndNothingElse)
     EXPECT_EQ(getRecText(*notes, 6)->text, u"text");
 }
 
-TEST_F(AdoConnections, TellWhatTheyCannotRead)
-{
-    fill(1);
-    notes->dbTable = u"Gone";
-    EXPECT_FALSE(getRecText(*notes, 1));
-    notes->dbTable = u"Notes";
-    {
-        const platform::File held(notes.file(), platform::Access::Write);
-        EXPECT_FALSE(getRecText(*notes, 1));
-    }
-    EXPECT_TRUE(getRecText(*notes, 1));
-    ASSERT_EQ(notes.shown().size(), 2u);
-    EXPECT_THAT(text::toUtf8(notes.shown()[0]),
-        AllOf(HasSubstr("getRecText - 1 > "), HasSubstr("'Gone'"), HasSubstr("(-2147217865)")));
-    EXPECT_THAT(text::toUtf8(notes.shown()[1]), HasSubstr("(-2147467259)"));
-}
-
 TEST_F(AdoConnections, FindAFileWhoseNameHoldsASeparator)
 {
     notes.folder().makeFolder(u"a;b");
     provider.createDatabase(notes.folder().file(u"a;b/c.mdb"), u"T");
     notes->dbConn = connectionStringFor(*notes, notes.folder().file(u"a;b/c.mdb"));
     EXPECT_THAT(notes.rows(u"SELECT COUNT(*) FROM [T]"), ElementsAre(u"0"));
-}
-
-// The doubles must be able to catch these mistakes.
-TEST_F(AdoConnections, WouldLoseTheIdentityThroughAPlainPut)
-{
-    using platform::ComObject;
-    const ComObject connection = ComObject::create(u"ADODB.Connection");
-    connection.call(u"Open", {expandedConnection(*notes, notes->dbConn)});
-    const ComObject command = ComObject::create(u"ADODB.Command");
-    const auto identityAfterInsert = [&] {
-        command.put(u"CommandText", u"INSERT INTO [Notes] (VLDATE) VALUES (1)");
-        command.call(u"Execute");
-        const ComObject select = ComObject::create(u"ADODB.Command");
-        select.putRef(u"ActiveConnection", connection);
-        select.put(u"CommandText", u"SELECT @@IDENTITY");
-        const ComObject rows = select.call(u"Execute").toObject();
-        const platform::Variant block = rows.call(u"GetRows", {1});
-        EXPECT_THROW(rows.call(u"GetRows", {1}), platform::ComError) << "there is no row left";
-        return static_cast<VARIANT*>(block.raw().parray->pvData)->lVal;
-    };
-    command.put(u"ActiveConnection", connection);
-    EXPECT_EQ(world().connections(), 2);
-    EXPECT_EQ(identityAfterInsert(), 0);
-    command.putRef(u"ActiveConnection", connection);
-    EXPECT_EQ(world().connections(), 1);
-    EXPECT_EQ(identityAfterInsert(), 2);
 }
 
 } // namespace

@@ -126,7 +126,6 @@ ConnectionDouble::ConnectionDouble()
             refuse(3705, u"Operation is not allowed when the object is open.");
         connectionString_ = call.text(0);
     });
-    getter(L"ConnectionString", [this](const Call& call) { call.give(Variant(connectionString_)); });
     getter(L"State", [this](const Call& call) { call.give(Variant(open_ ? 1 : 0)); });
     method(L"Open", 0, 4, [this](const Call& call) { open(call.has(0) ? call.text(0) : connectionString_); });
     method(L"Close", 0, 0, [this](const Call&) {
@@ -152,7 +151,6 @@ void ConnectionDouble::open(const std::u16string& connectionString)
     if (text::equalNoCase(provider, u"SQLOLEDB.1"))
         refuse(kFail, u"[DBNETLIB][ConnectionOpen (Connect()).]SQL Server does not exist or access denied.");
     database_ = std::make_unique<jet::Database>(source);
-    connectionString_ = connectionString;
     place_ = text::lowerCase(source);
     ++world().open[place_];
     open_ = true;
@@ -184,15 +182,6 @@ CommandDouble::CommandDouble()
 {
     refSetter(L"ActiveConnection", [this](const Call& call) {
         connection_ = Ref<ConnectionDouble>::shared(call.object<ConnectionDouble>(0));
-    });
-    // The plain value of a connection is its connection string: another connection is opened.
-    setter(L"ActiveConnection", [this](const Call& call) {
-        const std::u16string text = call.arguments[0]->vt == VT_DISPATCH
-            ? call.object<ConnectionDouble>(0).connectionString()
-            : call.text(0);
-        Ref<ConnectionDouble> second(new ConnectionDouble);
-        second->open(text);
-        connection_ = std::move(second);
     });
     setter(L"CommandText", [this](const Call& call) { text_ = call.text(0); });
     setter(L"CommandType", [](const Call& call) {

@@ -24,7 +24,6 @@ public:
     void open(const std::u16string& connectionString);
     void close(); // its recordsets, too
     bool isOpen() const { return open_; }
-    const std::u16string& connectionString() const { return connectionString_; }
     jet::Database& database() { return *database_; } // of an open one
 
 private:

@@ -73,7 +73,6 @@ private:
 class ColumnDouble : public Double {
 public:
     ColumnDouble();
-    void freeze() { appended_ = true; } // its table is in the catalogue
 
     std::u16string name;
     std::int32_t type = 202;
@@ -82,7 +81,6 @@ public:
     bool autoIncrement = false;
 
 private:
-    bool appended_ = false;
     Ref<CatalogDouble> parent_;
 };
 
@@ -96,7 +94,6 @@ class TableDouble : public Double {
 public:
     TableDouble();
     jet::TableSpec spec() const;
-    void freeze();
 
 private:
     std::u16string name_;
@@ -123,9 +120,7 @@ CatalogDouble::CatalogDouble()
         call.give(new CollectionDouble(
             "Tables", Ref<Double>::shared(*this),
             [this](const Call& append) {
-                auto& table = append.object<TableDouble>(0);
-                connection().database().createTable(table.spec());
-                table.freeze();
+                connection().database().createTable(append.object<TableDouble>(0).spec());
             },
             nullptr));
     });
@@ -157,11 +152,7 @@ ColumnDouble::ColumnDouble()
 {
     setter(L"Name", [this](const Call& call) { name = call.text(0); });
     setter(L"Type", [this](const Call& call) { type = call.number(0); });
-    setter(L"Attributes", [this](const Call& call) {
-        if (appended_)
-            refuse(3219, u"Operation is not allowed in this context.");
-        attributes = call.number(0);
-    });
+    setter(L"Attributes", [this](const Call& call) { attributes = call.number(0); });
     refSetter(L"ParentCatalog",
         [this](const Call& call) { parent_ = Ref<CatalogDouble>::shared(call.object<CatalogDouble>(0)); });
     getter(L"Properties", [this](const Call& call) {
@@ -233,12 +224,6 @@ void TableDouble::giveColumn(const Call& call)
         if (column->name == call.text(0))
             return call.give(column.counted());
     refuseItem();
-}
-
-void TableDouble::freeze()
-{
-    for (const auto& column : columns_)
-        column->freeze();
 }
 
 jet::TableSpec TableDouble::spec() const

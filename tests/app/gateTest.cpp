@@ -1,12 +1,10 @@
 // One command at a time: what comes while a question stands or long work runs.
 #include "app/gate.h"
 
-#include "app/recordCommands.h"
 #include "platform/clipboard.h"
 #include "platform/files.h"
 #include "tests/support/heldClipboard.h"
-#include "tests/support/memoryControls.h"
-#include "tests/support/testNotebook.h"
+#include "tests/support/windowNotebook.h"
 
 #include <gmock/gmock.h>
 
@@ -149,16 +147,14 @@ TEST_F(GateTest, WhatIsThrownEndsAsALine)
 }
 
 // Three notes, "cherry" shown; everything comes through a gate, and things happen while questions stand.
-class Reentered : public testing::Test {
+class Reentered : public testing::Test, protected tests::WindowNotebook {
 protected:
     Reentered()
     {
         platform::setClipboardText(u"");
-        for (const char16_t* const title : {u"apple", u"banana", u"cherry"})
-            EXPECT_TRUE(addRecord(*notes, {u"body of " + std::u16string(title), title, u""}));
-        for (const char16_t* const column : {u"VLHEAD", u"VLTEXT", u"VLLINK"})
-            window.mnu_AvailFields.set(window.mnu_AvailFields.size(), {u"", column, true, false});
-        commands.make(*notes, window.ports(), moments);
+        addFruits();
+        offerFields();
+        commands.make(*notes, ports, moments);
         run(&RecordCommands::start);
     }
     void run(void (RecordCommands::*command)())
@@ -167,11 +163,6 @@ protected:
     }
     Texts bodies() { return notes.rows(u"SELECT VLTEXT FROM [Notes] ORDER BY ID"); }
 
-    tests::TestNotebook notes;
-    tests::MemoryWindow window;
-    Moments moments;
-    std::u16string shown;
-    Gate gate{*notes, notes.collected(), {[this](const std::u16string& line) { shown = line; }, [] {}}};
     Gated<RecordCommands> commands;
 };
 
@@ -220,7 +211,7 @@ TEST_F(Reentered, DeleteTakesTheRecordsOfItsQuestion)
     };
     run(&RecordCommands::deleteSelected);
     EXPECT_THAT(bodies(), ElementsAre(u"body of apple", u"body of banana"));
-    EXPECT_EQ(shown, u"1 record(s) deleted.");
+    EXPECT_EQ(gateShown.back(), u"1 record(s) deleted.");
 }
 
 // No gives up what was there when the question was asked, not what came after.
@@ -285,9 +276,9 @@ TEST_F(Reentered, AClipboardThatIsHeldIsNotAnEmptyOne)
     {
         const tests::HeldClipboard held;
         for (const RecordCommand command : {&RecordCommands::pasteNew, &RecordCommands::capture}) {
-            shown.clear();
+            gateShown.clear();
             run(command);
-            EXPECT_EQ(shown, u"Another program holds the clipboard; please try again.");
+            EXPECT_THAT(gateShown, ElementsAre(u"Another program holds the clipboard; please try again."));
         }
     }
     EXPECT_EQ(bodies().size(), 3u);

@@ -93,7 +93,12 @@ TEST_F(StartUp, TakesTheFirstDatabaseOfItsFolder)
     folder_.write(u"app/Thumbs.db", "no Access file");
     folder_.write(u"app/a.accdb", "");
     makeDatabase(u"app/notes.accdb", u"First");
+    using namespace std::literals; // a settings file of garbage names none
+    folder_.write(u"app/Vellums.ini",
+        "[Options\r\ndbConn\0===[[\xFF\xFE\r\n[Options]\r\nuiChinese=yes\r\ndbTable"s +
+            std::string(3000, '\x80') + "\r\n=\r\nobTitle=2\r\n");
     const Notebook notebook = start();
+    EXPECT_FALSE(notebook.chinese);
     EXPECT_EQ(notebook.dbConn, connectionTo(u"notes.accdb"));
     EXPECT_EQ(notebook.dbTable, u"First");
     EXPECT_FALSE(platform::fileExists(folder_.file(u"app/Vellums.mdb")));

@@ -1,5 +1,4 @@
 #include "app/tableCommands.h"
-
 #include "app/settings.h"
 #include "platform/clipboard.h"
 #include "platform/codePage.h"
@@ -7,8 +6,7 @@
 #include "store/catalogue.h"
 #include "store/connectionString.h"
 #include "store/records.h"
-#include "tests/support/memoryControls.h"
-#include "tests/support/testNotebook.h"
+#include "tests/support/windowNotebook.h"
 #include "text/decimal.h"
 #include "text/unicode.h"
 
@@ -26,51 +24,39 @@ const std::u16string kYesNo = u" (Yes/No)";
 
 // notes.mdb with the tables Notes (records 1 "first", 2 "second") and Other (record 1 "in other"), open at
 // Notes. The parameter: the interface is Chinese.
-class TableCommandsTest : public testing::TestWithParam<bool> {
+class TableCommandsTest : public testing::TestWithParam<bool>, protected tests::WindowNotebook {
 protected:
     TableCommandsTest()
-        : records_(*notes_, window_.ports(), moments_)
-        , commands_(*notes_, window_.ports(), records_, {mnu_availdb_, mnu_switchto_, frmInput_})
+        : WindowNotebook(GetParam())
     {
-        notes_->chinese = GetParam();
-        notes_.run(u"SELECT * INTO [Other] FROM [Notes]");
-        notes_.run(u"CREATE TABLE [Plain] (ID COUNTER, A MEMO)");
+        notes.run(u"SELECT * INTO [Other] FROM [Notes]");
+        notes.run(u"CREATE TABLE [Plain] (ID COUNTER, A MEMO)");
         add(u"Notes", u"first");
         add(u"Notes", u"second");
         add(u"Other", u"in other");
-        moments_.tableOpened.add([this] {
+        moments.tableOpened.add([this] {
             ++opened_;
-            const char16_t* const columns[] = {u"VLHEAD", u"VLTEXT", u"VLLINK"};
-            for (std::size_t i = 0; i < std::size(columns); ++i)
-                window_.mnu_AvailFields.set(i, {u"", columns[i], true, false});
+            offerFields();
         });
-        moments_.listFilled.add([this] { ++filled_; });
-        records_.start();
+        moments.listFilled.add([this] { ++filled_; });
+        records.start();
         commands_.rebuildMenu();
     }
 
     void add(const std::u16string& table, const std::u16string& title)
     {
-        EXPECT_GT(addRecord(*notes_->connect(), table, {u"body of " + title, title, u""}).id, 0);
+        EXPECT_GT(addRecord(*notes->connect(), table, {u"body of " + title, title, u""}).id, 0);
     }
-    std::u16string say(std::u16string_view english, std::u16string_view chinese) const
-    {
-        return std::u16string(GetParam() ? chinese : english);
-    }
-    std::u16string saveQuestion() const
-    {
-        return say(u"Save changes to the current snippet?", u"是否保存当前记录所作修改?") + kYesNo;
-    }
+    std::u16string saveQuestion() const { return WindowNotebook::saveQuestion(kYesNo); }
     std::u16string dropQuestion(const std::u16string& table, const std::u16string& file = u"notes.mdb") const
     {
         return say(u"Are you sure to drop table " + table + u" from " + file + u"?",
                    u"确实要从数据库 " + file + u" 中删除表 " + table + u" 吗?") +
             kYesNo;
     }
-    std::u16string lastShown() const { return notes_.shown().empty() ? u"" : notes_.shown().back(); }
     std::u16string setting(std::u16string_view key) const
     {
-        return getPrefValue(notes_.folder().file(u"Vellums.ini"), kOptionsSection, key, u"(none)");
+        return getPrefValue(notes.folder().file(u"Vellums.ini"), kOptionsSection, key, u"(none)");
     }
     // The entries that are seen, the checked one with a "+" in front.
     Texts menu() const
@@ -90,11 +76,11 @@ protected:
     }
     void expectOpen(const std::u16string& file, const std::u16string& table, const Texts& titles)
     {
-        EXPECT_EQ(notes_->dbTable, table);
-        EXPECT_EQ(connPart(*notes_, notes_->dbConn, ConnPart::FileName), file);
-        EXPECT_EQ(window_.caption.text(), u"Vellums - <" + file + u" - " + table + u">");
-        EXPECT_EQ(window_.lstHeads.texts(), titles);
-        EXPECT_EQ(records_.current().id() > 0, !titles.empty());
+        EXPECT_EQ(notes->dbTable, table);
+        EXPECT_EQ(connPart(*notes, notes->dbConn, ConnPart::FileName), file);
+        EXPECT_EQ(window.caption.text(), u"Vellums - <" + file + u" - " + table + u">");
+        EXPECT_EQ(window.lstHeads.texts(), titles);
+        EXPECT_EQ(records.current().id() > 0, !titles.empty());
     }
     std::u16string found(int count, const std::u16string& file, const std::u16string& table) const
     {
@@ -104,14 +90,10 @@ protected:
             u"搜索到 " + number + u" 条记录 (" + file + u" - " + table + u")");
     }
 
-    tests::TestNotebook notes_;
-    tests::MemoryWindow window_;
     tests::MemoryMenuItems mnu_availdb_;
     tests::MemorySwitch mnu_switchto_;
     tests::MemoryNameDialog frmInput_;
-    Moments moments_;
-    RecordCommands records_;
-    TableCommands commands_;
+    TableCommands commands_{*notes, ports, records, {mnu_availdb_, mnu_switchto_, frmInput_}};
     int opened_ = 0; // moments that happened
     int filled_ = 0;
 };
@@ -122,14 +104,14 @@ INSTANTIATE_TEST_SUITE_P(Languages, TableCommandsTest, testing::Bool(),
 TEST_P(TableCommandsTest, TheMenuOffersSnippetTablesOfAccessFiles)
 {
     EXPECT_THAT(menu(), ElementsAre(u"+notes.mdb - Notes", u"notes.mdb - Other"));
-    EXPECT_EQ(mnu_availdb_.at(0).tag, notes_.file());
+    EXPECT_EQ(mnu_availdb_.at(0).tag, notes.file());
     EXPECT_TRUE(mnu_availdb_.at(0).enabled);
     EXPECT_TRUE(mnu_switchto_.enabled());
 
-    notes_.folder().write(u"Thumbs.db", "no database");
-    notes_.folder().write(u"broken.mdb", tests::bytesOf(notes_.file()).substr(0, 5000));
-    notes_.folder().write(u"copy.xdb", tests::bytesOf(notes_.file()));
-    notes_->provider->createDatabase(notes_.folder().file(u"日记 - 1.accdb"), u"a - b");
+    notes.folder().write(u"Thumbs.db", "no database");
+    notes.folder().write(u"broken.mdb", tests::bytesOf(notes.file()).substr(0, 5000));
+    notes.folder().write(u"copy.xdb", tests::bytesOf(notes.file()));
+    notes->provider->createDatabase(notes.folder().file(u"日记 - 1.accdb"), u"a - b");
     commands_.rebuildMenu();
     EXPECT_THAT(
         menu(), UnorderedElementsAre(u"+notes.mdb - Notes", u"notes.mdb - Other", u"日记 - 1.accdb - a - b"));
@@ -137,14 +119,14 @@ TEST_P(TableCommandsTest, TheMenuOffersSnippetTablesOfAccessFiles)
     expectOpen(u"日记 - 1.accdb", u"a - b", {});
 
     const tests::TemporaryFolder empty;
-    notes_->dbParent = empty.path();
+    notes->dbParent = empty.path();
     commands_.rebuildMenu();
     EXPECT_FALSE(mnu_switchto_.enabled());
 }
 
 TEST_P(TableCommandsTest, SwitchingOpensTheTableAndStoresIt)
 {
-    notes_->provider->createDatabase(notes_.folder().file(u"more.accdb"), u"More");
+    notes->provider->createDatabase(notes.folder().file(u"more.accdb"), u"More");
     commands_.rebuildMenu();
     pick(u"notes.mdb - Notes"); // it is open
     EXPECT_EQ(opened_, 1);
@@ -152,7 +134,7 @@ TEST_P(TableCommandsTest, SwitchingOpensTheTableAndStoresIt)
 
     pick(u"notes.mdb - Other");
     expectOpen(u"notes.mdb", u"Other", {u"in other"});
-    EXPECT_EQ(window_.txtShowWrap.text(), u"body of in other");
+    EXPECT_EQ(window.txtShowWrap.text(), u"body of in other");
     EXPECT_EQ(lastShown(), found(1, u"notes.mdb", u"Other"));
     EXPECT_THAT(menu(), testing::Contains(u"+notes.mdb - Other"));
     EXPECT_EQ(opened_, 2);
@@ -160,50 +142,50 @@ TEST_P(TableCommandsTest, SwitchingOpensTheTableAndStoresIt)
 
     pick(u"more.accdb - More");
     expectOpen(u"more.accdb", u"More", {});
-    EXPECT_EQ(window_.txtShowWrap.text(), u"");
+    EXPECT_EQ(window.txtShowWrap.text(), u"");
     EXPECT_EQ(setting(u"dbTable"), u"More");
-    EXPECT_EQ(setting(u"dbParent"), notes_->dbParent);
-    EXPECT_EQ(setting(u"dbConn"), connectionStringFor(*notes_, u"more.accdb")) << "the bare name";
+    EXPECT_EQ(setting(u"dbParent"), notes->dbParent);
+    EXPECT_EQ(setting(u"dbConn"), connectionStringFor(*notes, u"more.accdb")) << "the bare name";
     EXPECT_THAT(menu(), testing::Contains(u"+more.accdb - More"));
     EXPECT_THAT(menu(), testing::Contains(u"notes.mdb - Other"));
 }
 
 TEST_P(TableCommandsTest, SwitchingAsksBeforeAnythingChanges)
 {
-    window_.txtShowWrap.type(u"changed");
-    window_.dialogs.answerNext(Answer::No);
+    window.txtShowWrap.type(u"changed");
+    window.dialogs.answerNext(Answer::No);
     pick(u"notes.mdb - Other");
-    EXPECT_THAT(window_.dialogs.asked(), ElementsAre(saveQuestion()));
+    EXPECT_THAT(window.dialogs.asked(), ElementsAre(saveQuestion()));
     expectOpen(u"notes.mdb", u"Other", {u"in other"});
-    EXPECT_THAT(notes_.rows(u"SELECT ID FROM [Notes] WHERE VLTEXT='changed'"), IsEmpty());
+    EXPECT_THAT(notes.rows(u"SELECT ID FROM [Notes] WHERE VLTEXT='changed'"), IsEmpty());
 
-    window_.txtShowWrap.type(u"changed in other");
-    window_.dialogs.answerNext(Answer::Yes);
+    window.txtShowWrap.type(u"changed in other");
+    window.dialogs.answerNext(Answer::Yes);
     pick(u"notes.mdb - Notes");
-    EXPECT_THAT(notes_.rows(u"SELECT VLTEXT FROM [Other]"), ElementsAre(u"changed in other"));
+    EXPECT_THAT(notes.rows(u"SELECT VLTEXT FROM [Other]"), ElementsAre(u"changed in other"));
     expectOpen(u"notes.mdb", u"Notes", {u"second", u"first"});
 
-    window_.txtType.type(std::u16string(256, u'x')); // cannot be saved
-    window_.dialogs.answerNext(Answer::Yes);
+    window.txtType.type(std::u16string(256, u'x')); // cannot be saved
+    window.dialogs.answerNext(Answer::Yes);
     pick(u"notes.mdb - Other");
-    EXPECT_EQ(notes_->dbTable, u"Notes");
+    EXPECT_EQ(notes->dbTable, u"Notes");
     EXPECT_EQ(setting(u"dbTable"), u"Notes");
-    EXPECT_EQ(window_.txtType.text().size(), 256u);
+    EXPECT_EQ(window.txtType.text().size(), 256u);
     EXPECT_EQ(lastShown().substr(0, 12), u"modRecord - ");
 }
 
 TEST_P(TableCommandsTest, WhatVanishedMeanwhileIsSaidAndTheRestStays)
 {
-    notes_->provider->createDatabase(notes_.folder().file(u"more.mdb"), u"More");
+    notes->provider->createDatabase(notes.folder().file(u"more.mdb"), u"More");
     commands_.rebuildMenu();
-    platform::removeFile(notes_.folder().file(u"more.mdb"));
+    platform::removeFile(notes.folder().file(u"more.mdb"));
     pick(u"more.mdb - More");
     EXPECT_EQ(lastShown().substr(0, 9), u"dbQuery: ");
     expectOpen(u"notes.mdb", u"Notes", {u"second", u"first"});
     EXPECT_THAT(menu(), ElementsAre(u"+notes.mdb - Notes", u"notes.mdb - Other"));
     EXPECT_EQ(setting(u"dbConn"), u"(none)");
 
-    notes_.run(u"DROP TABLE [Other]");
+    notes.run(u"DROP TABLE [Other]");
     pick(u"notes.mdb - Other");
     EXPECT_EQ(lastShown().substr(0, 9), u"dbQuery: ");
     expectOpen(u"notes.mdb", u"Notes", {u"second", u"first"});
@@ -212,7 +194,7 @@ TEST_P(TableCommandsTest, WhatVanishedMeanwhileIsSaidAndTheRestStays)
 
 TEST_P(TableCommandsTest, SearchFieldsOfAWiderTableAreNotSearched)
 {
-    window_.mnu_AvailFields.set(3, {u"", u"ELSEWHERE", true, false}); // no column of Other
+    window.mnu_AvailFields.set(3, {u"", u"ELSEWHERE", true, false}); // no column of Other
     pick(u"notes.mdb - Other");
     expectOpen(u"notes.mdb", u"Other", {u"in other"});
 }
@@ -236,7 +218,7 @@ TEST_P(TableCommandsTest, TheFormAsksInItsLanguage)
         EXPECT_EQ(form.text.size(), 10u);
         EXPECT_EQ(form.text.find_first_not_of(u"0123456789"), std::u16string::npos);
     }
-    EXPECT_EQ(notes_.shown().size(), 1u) << "cancelled";
+    EXPECT_EQ(notes.shown().size(), 1u) << "cancelled";
 }
 
 TEST_P(TableCommandsTest, ANewDatabaseIsOpened)
@@ -255,7 +237,7 @@ TEST_P(TableCommandsTest, ANewDatabaseIsOpened)
         expectOpen(c.file, c.table, {});
         EXPECT_EQ(lastShown(), created + c.file);
         EXPECT_THAT(menu(), testing::Contains(u"+" + c.file + u" - " + c.table));
-        EXPECT_EQ(setting(u"dbConn"), connectionStringFor(*notes_, c.file));
+        EXPECT_EQ(setting(u"dbConn"), connectionStringFor(*notes, c.file));
         EXPECT_EQ(setting(u"dbTable"), platform::throughAnsi(c.table)); // the file is in the ANSI code page
         add(c.table, u"works");
     }
@@ -271,25 +253,25 @@ TEST_P(TableCommandsTest, ANewDatabaseThatCannotBeLeavesEverything)
         expectOpen(u"notes.mdb", u"Notes", {u"second", u"first"});
     }
     EXPECT_EQ(menu(), before);
-    EXPECT_EQ(notes_.rows(u"SELECT ID FROM [Notes]").size(), 2u);
+    EXPECT_EQ(notes.rows(u"SELECT ID FROM [Notes]").size(), 2u);
 
     frmInput_.answerNext(u"fine");
-    window_.txtType.type(std::u16string(256, u'x')); // cannot be saved
-    window_.dialogs.answerNext(Answer::Yes);
+    window.txtType.type(std::u16string(256, u'x')); // cannot be saved
+    window.dialogs.answerNext(Answer::Yes);
     commands_.newDatabase();
-    EXPECT_FALSE(platform::fileExists(notes_.folder().file(u"fine.mdb")));
+    EXPECT_FALSE(platform::fileExists(notes.folder().file(u"fine.mdb")));
     EXPECT_EQ(lastShown().substr(0, 12), u"modRecord - ");
 }
 
 TEST_P(TableCommandsTest, ANewTableIsOffered)
 {
     frmInput_.answerNext(u"Third");
-    window_.txtShowWrap.type(u"unsaved"); // it stays on the screen
+    window.txtShowWrap.type(u"unsaved"); // it stays on the screen
     commands_.newTable();
     EXPECT_EQ(lastShown(), say(u"New table created: Third", u"数据表新建成功: Third"));
     EXPECT_THAT(menu(), ElementsAre(u"+notes.mdb - Notes", u"notes.mdb - Other", u"notes.mdb - Third"));
-    EXPECT_EQ(window_.txtShowWrap.text(), u"unsaved");
-    EXPECT_THAT(notes_.rows(u"SELECT ID FROM [Third]"), IsEmpty());
+    EXPECT_EQ(window.txtShowWrap.text(), u"unsaved");
+    EXPECT_THAT(notes.rows(u"SELECT ID FROM [Third]"), IsEmpty());
 
     const std::u16string failed = say(u"Failed to create new table: ", u"新增数据表失败, ");
     for (const char16_t* const name : {u"third", u"Plain", u"Notes"}) {
@@ -306,12 +288,12 @@ TEST_P(TableCommandsTest, ANewTableIsOffered)
 TEST_P(TableCommandsTest, ARenamedTableStaysOpenUnderItsNewName)
 {
     frmInput_.answerNext(u"Diary");
-    window_.txtShowWrap.type(u"saved before");
-    window_.dialogs.answerNext(Answer::Yes);
+    window.txtShowWrap.type(u"saved before");
+    window.dialogs.answerNext(Answer::Yes);
     commands_.renameTable();
-    EXPECT_THAT(window_.dialogs.asked(), ElementsAre(saveQuestion()));
+    EXPECT_THAT(window.dialogs.asked(), ElementsAre(saveQuestion()));
     expectOpen(u"notes.mdb", u"Diary", {u"second", u"first"});
-    EXPECT_EQ(window_.txtShowWrap.text(), u"saved before");
+    EXPECT_EQ(window.txtShowWrap.text(), u"saved before");
     EXPECT_EQ(setting(u"dbTable"), u"Diary");
     EXPECT_THAT(menu(), UnorderedElementsAre(u"+notes.mdb - Diary", u"notes.mdb - Other"));
 
@@ -324,25 +306,25 @@ TEST_P(TableCommandsTest, ARenamedTableStaysOpenUnderItsNewName)
     expectOpen(u"notes.mdb", u"Diary", {u"second", u"first"});
 
     frmInput_.answerNext(u"Fine");
-    window_.txtType.type(std::u16string(256, u'x')); // cannot be saved
-    window_.dialogs.answerNext(Answer::Yes);
+    window.txtType.type(std::u16string(256, u'x')); // cannot be saved
+    window.dialogs.answerNext(Answer::Yes);
     commands_.renameTable();
-    EXPECT_EQ(notes_->dbTable, u"Diary");
+    EXPECT_EQ(notes->dbTable, u"Diary");
     EXPECT_THAT(menu(), UnorderedElementsAre(u"+notes.mdb - Diary", u"notes.mdb - Other"));
 }
 
 TEST_P(TableCommandsTest, DroppingOpensTheFirstTableThatIsLeft)
 {
-    window_.dialogs.answerNext(Answer::No);
+    window.dialogs.answerNext(Answer::No);
     commands_.dropTable();
-    EXPECT_THAT(window_.dialogs.asked(), ElementsAre(dropQuestion(u"Notes")));
+    EXPECT_THAT(window.dialogs.asked(), ElementsAre(dropQuestion(u"Notes")));
     expectOpen(u"notes.mdb", u"Notes", {u"second", u"first"});
 
-    window_.txtShowWrap.type(u"unsaved");
-    window_.dialogs.answerNext(Answer::Yes);
-    window_.dialogs.answerNext(Answer::No);
+    window.txtShowWrap.type(u"unsaved");
+    window.dialogs.answerNext(Answer::Yes);
+    window.dialogs.answerNext(Answer::No);
     commands_.dropTable();
-    EXPECT_THAT(window_.dialogs.asked(), ElementsAre(dropQuestion(u"Notes"), saveQuestion()));
+    EXPECT_THAT(window.dialogs.asked(), ElementsAre(dropQuestion(u"Notes"), saveQuestion()));
     expectOpen(u"notes.mdb", u"Other", {u"in other"});
     EXPECT_EQ(lastShown(), found(1, u"notes.mdb", u"Other"));
     EXPECT_EQ(setting(u"dbTable"), u"Other");
@@ -351,15 +333,15 @@ TEST_P(TableCommandsTest, DroppingOpensTheFirstTableThatIsLeft)
 
 TEST_P(TableCommandsTest, AfterTheLastTableAFreshOneIsOffered)
 {
-    notes_.run(u"DROP TABLE [Other]");
+    notes.run(u"DROP TABLE [Other]");
     const std::u16string fresh = say(u"Memo", u"笔记");
     const std::u16string left =
         say(u"No snippet table is left in notes.mdb.", u"数据库 notes.mdb 中已没有摘录表");
     const std::u16string offer = left + say(u" Create the new table Memo?", u", 是否新建表 笔记?") + kYesNo;
-    window_.dialogs.answerNext(Answer::Yes);
-    window_.dialogs.answerNext(Answer::No);
+    window.dialogs.answerNext(Answer::Yes);
+    window.dialogs.answerNext(Answer::No);
     commands_.dropTable();
-    EXPECT_THAT(window_.dialogs.asked(), ElementsAre(dropQuestion(u"Notes"), offer));
+    EXPECT_THAT(window.dialogs.asked(), ElementsAre(dropQuestion(u"Notes"), offer));
     EXPECT_EQ(lastShown(), left);
     expectOpen(u"notes.mdb", u"-", {});
     EXPECT_EQ(setting(u"dbTable"), u"") << "the first table there is serves at the next start";
@@ -371,31 +353,31 @@ TEST_P(TableCommandsTest, AfterTheLastTableAFreshOneIsOffered)
     expectOpen(u"notes.mdb", u"Again", {});
     EXPECT_THAT(menu(), ElementsAre(u"+notes.mdb - Again"));
 
-    notes_.run(u"CREATE TABLE [" + fresh + u"] (A MEMO)"); // no snippet table
-    window_.dialogs.answerNext(Answer::Yes);
-    window_.dialogs.answerNext(Answer::Yes);
+    notes.run(u"CREATE TABLE [" + fresh + u"] (A MEMO)"); // no snippet table
+    window.dialogs.answerNext(Answer::Yes);
+    window.dialogs.answerNext(Answer::Yes);
     commands_.dropTable();
     expectOpen(u"notes.mdb", fresh + u"2", {});
-    EXPECT_TRUE(isSnippetTable(*notes_, notes_->dbConn, fresh + u"2"));
+    EXPECT_TRUE(isSnippetTable(*notes, notes->dbConn, fresh + u"2"));
     EXPECT_THAT(menu(), ElementsAre(u"+notes.mdb - " + fresh + u"2"));
 }
 
 TEST_P(TableCommandsTest, ATableThatCannotBeDroppedStays)
 {
     const Texts before = menu();
-    notes_.folder().setReadOnly(u"notes.mdb", true);
-    window_.dialogs.answerNext(Answer::Yes);
+    notes.folder().setReadOnly(u"notes.mdb", true);
+    window.dialogs.answerNext(Answer::Yes);
     commands_.dropTable();
-    notes_.folder().setReadOnly(u"notes.mdb", false);
+    notes.folder().setReadOnly(u"notes.mdb", false);
     EXPECT_EQ(lastShown().substr(0, 12), u"dropTable - ");
     expectOpen(u"notes.mdb", u"Notes", {u"second", u"first"});
     EXPECT_EQ(menu(), before);
 
-    window_.txtType.type(std::u16string(256, u'x')); // cannot be saved
-    window_.dialogs.answerNext(Answer::Yes);
-    window_.dialogs.answerNext(Answer::Yes);
+    window.txtType.type(std::u16string(256, u'x')); // cannot be saved
+    window.dialogs.answerNext(Answer::Yes);
+    window.dialogs.answerNext(Answer::Yes);
     commands_.dropTable();
-    EXPECT_EQ(notes_.rows(u"SELECT ID FROM [Notes]").size(), 2u);
+    EXPECT_EQ(notes.rows(u"SELECT ID FROM [Notes]").size(), 2u);
 }
 
 } // namespace

@@ -1,10 +1,8 @@
 // Text that the end of a session had cut off comes back: none is lost, and none overwrites another.
 #include "app/unsavedText.h"
 
-#include "app/recordCommands.h"
 #include "platform/files.h"
-#include "tests/support/memoryControls.h"
-#include "tests/support/testNotebook.h"
+#include "tests/support/windowNotebook.h"
 
 #include <gmock/gmock.h>
 
@@ -14,12 +12,12 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class UnsavedTextTest : public testing::Test {
+class UnsavedTextTest : public testing::Test, protected tests::WindowNotebook {
 protected:
     UnsavedTextTest()
     {
         first = addRecord(*notes, {u"first body", u"first", u""})->id;
-        window.mnu_AvailFields.set(0, {u"", u"VLHEAD", true, false});
+        offerFields();
         records.start();
     }
     // The session ends with this in the boxes.
@@ -33,7 +31,7 @@ protected:
     void startAgain(Answer answer)
     {
         window.dialogs.answerNext(answer);
-        RecordCommands next(*notes, window.ports(), moments);
+        RecordCommands next(*notes, ports, moments);
         next.start();
         next.offerUnsavedTexts();
     }
@@ -42,11 +40,7 @@ protected:
         return notes.rows(u"SELECT VLHEAD, VLTEXT, VLLINK FROM [Notes] ORDER BY ID");
     }
 
-    tests::TestNotebook notes;
     std::int32_t first = 0;
-    tests::MemoryWindow window;
-    Moments moments;
-    RecordCommands records{*notes, window.ports(), moments};
 };
 
 TEST_F(UnsavedTextTest, KeepsEveryUnitInAFileOfItsOwn)

@@ -120,19 +120,5 @@ TEST(WriteTextFile, WritesMarksOnlyIntoNewFiles)
     EXPECT_EQ(bytesOf(folder.file(u"new.txt")), "\xEF\xBB\xBFx");
 }
 
-TEST(Encoding, MarksAreFoundAgain)
-{
-    for (int code = 1; code <= 5; ++code) {
-        const Mark mark = markOf(static_cast<Encoding>(code));
-        const std::uint32_t first = mark.value | (mark.length < 4 ? 0x61000000u : 0u);
-        EXPECT_EQ(detectMark(first).encoding, static_cast<Encoding>(code));
-        EXPECT_EQ(detectMark(first).markLength, mark.length);
-    }
-    EXPECT_EQ(detectMark(0x6161FEFF).encoding, Encoding::Utf16Le);
-    EXPECT_EQ(detectMark(0x0000BBEF).encoding, Encoding::Ansi);
-    EXPECT_EQ(markOf(Encoding::Ansi).length, 0);
-    EXPECT_EQ(markOf(static_cast<Encoding>(9)).length, 0);
-}
-
 } // namespace
 } // namespace vellums::formats

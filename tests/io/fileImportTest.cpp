@@ -3,6 +3,7 @@
 #include "formats/charCleaner.h"
 #include "platform/files.h"
 #include "tests/support/failingProvider.h"
+#include "tests/support/memoryControls.h"
 #include "tests/support/testNotebook.h"
 #include "text/unicode.h"
 
@@ -18,23 +19,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
-
-class AnsweringDialogs : public Dialogs {
-public:
-    Answer answer = Answer::Yes;
-    std::vector<std::u16string> asked;
-
-    Answer askYesNo(const std::u16string& question, QuestionIcon icon) override
-    {
-        EXPECT_EQ(icon, QuestionIcon::Information);
-        asked.push_back(question);
-        return answer;
-    }
-    Answer askNoYes(const std::u16string&) override { return Answer::No; }
-    Answer askYesNoCancel(const std::u16string&) override { return Answer::Cancel; }
-    void tell(const std::u16string&, bool) override { }
-    std::u16string chooseFolder(const std::u16string&) override { return {}; }
-};
 
 struct KindCase {
     const char16_t* path;
@@ -96,7 +80,7 @@ protected:
     std::string log() { return tests::bytesOf(notes_->logFile); }
 
     tests::TestNotebook notes_;
-    AnsweringDialogs dialogs_;
+    tests::MemoryDialogs dialogs_;
     std::vector<std::u16string> added_;
     std::vector<std::u16string> logged_;
     std::size_t stored_ = 0;
@@ -140,17 +124,17 @@ TEST_F(Import, AsksAboutLargeFilesOrLogsThem)
     EXPECT_THAT(logged_, ElementsAre(u"Over Sized:\t" + large));
 
     FileImport asking(*notes_, &dialogs_, events());
-    dialogs_.answer = Answer::No;
+    dialogs_.answerNext(Answer::No);
     EXPECT_TRUE(asking.importFiles({fits, large}));
-    EXPECT_THAT(dialogs_.asked,
-        ElementsAre(
-            u"Are you sure you want to load this large file?\r\n\r\n\r\n" + large + u" (3,794.00KB)"));
+    EXPECT_THAT(dialogs_.asked(),
+        ElementsAre(u"Are you sure you want to load this large file?\r\n\r\n\r\n" + large +
+            u" (3,794.00KB) (Yes/No, information)"));
     EXPECT_THAT(added_, SizeIs(2));
     EXPECT_THAT(logged_, SizeIs(2));
-    dialogs_.answer = Answer::Yes;
+    dialogs_.answerNext(Answer::Yes);
     notes_->chinese = true;
     EXPECT_TRUE(asking.importFile(large));
-    EXPECT_TRUE(dialogs_.asked.back().starts_with(u"文件过大，请确认是否继续导入?\r\n"));
+    EXPECT_TRUE(dialogs_.asked().back().starts_with(u"文件过大，请确认是否继续导入?\r\n"));
     EXPECT_THAT(added_, SizeIs(3));
 }
 
@@ -170,7 +154,7 @@ TEST_F(Import, OfAFolderEndsWithTheRemovalOfDuplicates)
     EXPECT_THAT(titles(), SizeIs(2));
     EXPECT_EQ(refreshed, 1);
     EXPECT_THAT(notes_.shown(), ElementsAre(u"1 duplicate removed from total 3 records (33.33%)."));
-    EXPECT_THAT(dialogs_.asked, IsEmpty());
+    EXPECT_THAT(dialogs_.asked(), IsEmpty());
 }
 
 TEST_F(Import, LogsWhatTheTableRefusesAndTakesTheRest)

@@ -1,9 +1,7 @@
 // Imports as the window starts them: through the gate, with progress, stopped by a close.
 #include "io/importCommands.h"
 
-#include "app/gate.h"
-#include "tests/support/memoryControls.h"
-#include "tests/support/testNotebook.h"
+#include "tests/support/windowNotebook.h"
 
 #include <gmock/gmock.h>
 
@@ -13,13 +11,13 @@ namespace {
 using testing::ElementsAre;
 using Texts = std::vector<std::u16string>;
 
-class ImportCommandsTest : public testing::Test {
+class ImportCommandsTest : public testing::Test, protected tests::WindowNotebook {
 protected:
     ImportCommandsTest()
     {
         for (const char16_t* const name : {u"in/a.txt", u"in/b.txt", u"in/c.txt"})
             notes.folder().write(name, std::string(1, static_cast<char>(name[3])));
-        window.mnu_AvailFields.set(0, {u"", u"VLHEAD", true, false});
+        offerFields();
         records.start();
     }
     void import(const Texts& paths)
@@ -29,21 +27,16 @@ protected:
     std::u16string in(const char16_t* name) { return notes.folder().file(u"in/" + std::u16string(name)); }
     Texts titles() { return notes.rows(u"SELECT VLHEAD FROM [Notes] ORDER BY ID"); }
 
-    tests::TestNotebook notes;
-    tests::MemoryWindow window;
-    Moments moments;
-    RecordCommands records{*notes, window.ports(), moments};
-    ImportCommands commands{*notes, window.ports(), records};
-    std::u16string shown;
-    Gate gate{*notes, notes.collected(), {[this](const std::u16string& line) { shown = line; }, [] {}}};
+    ImportCommands commands{*notes, ports, records};
 };
 
 TEST_F(ImportCommandsTest, TakeFilesAndFoldersAndShowThem)
 {
+    notes.folder().write(u"in/large.txt", std::string(524289, 'x')); // passed over without a question
     import({in(u"c.txt"), in(u"missing.txt"), notes.folder().file(u"in")});
     EXPECT_EQ(titles().size(), 3u) << "the duplicate of c goes";
     EXPECT_EQ(window.lstHeads.count(), 3);
-    EXPECT_EQ(shown, u"1 duplicate removed from total 4 records (25.00%).");
+    EXPECT_EQ(gateShown.back(), u"1 duplicate removed from total 4 records (25.00%).");
     EXPECT_THAT(window.progress.works(), ElementsAre(u"Importing"));
 }
 
@@ -64,7 +57,7 @@ TEST_F(ImportCommandsTest, ACloseThatIsCancelledLeavesTheNextImportToBegin)
     import({in(u"a.txt"), in(u"b.txt")});
     EXPECT_TRUE(closed);
     EXPECT_THAT(titles(), ElementsAre(u"a"));
-    EXPECT_EQ(shown, u"1 record imported.");
+    EXPECT_EQ(gateShown.back(), u"1 record imported.");
 
     window.dialogs.answerNext(Answer::Cancel);
     gate.serve();
@@ -74,7 +67,7 @@ TEST_F(ImportCommandsTest, ACloseThatIsCancelledLeavesTheNextImportToBegin)
     window.progress.stopAt(0);
     window.dialogs.answerNext(Answer::Yes);
     import({in(u"b.txt"), in(u"c.txt")});
-    EXPECT_EQ(shown, u"2 records imported.");
+    EXPECT_EQ(gateShown.back(), u"2 records imported.");
     EXPECT_THAT(notes.rows(u"SELECT VLTEXT FROM [Notes] ORDER BY ID"),
         ElementsAre(u"a", u"typed meanwhile", u"b", u"c"));
     EXPECT_EQ(window.lstHeads.count(), 4);
@@ -88,7 +81,7 @@ TEST_F(ImportCommandsTest, BeginNothingWhereUnsavedTextCannotBeSaved)
     import({in(u"a.txt")});
     EXPECT_THAT(titles(), testing::IsEmpty());
     EXPECT_EQ(window.txtType.text().size(), 300u);
-    EXPECT_NE(shown, u"");
+    EXPECT_EQ(gateShown.size(), 1u);
 }
 
 TEST_F(ImportCommandsTest, OfAFolderAreAskedAbout)

@@ -1,10 +1,8 @@
 // Maintenance as the window starts it: through the gate.
 #include "maint/maintenanceCommands.h"
 
-#include "app/gate.h"
 #include "store/records.h"
-#include "tests/support/memoryControls.h"
-#include "tests/support/testNotebook.h"
+#include "tests/support/windowNotebook.h"
 
 #include <gmock/gmock.h>
 
@@ -13,14 +11,14 @@ namespace {
 
 using testing::ElementsAre;
 
-class MaintenanceCommandsTest : public testing::Test {
+class MaintenanceCommandsTest : public testing::Test, protected tests::WindowNotebook {
 protected:
     MaintenanceCommandsTest()
     {
         for (int i = 0; i < 3; ++i)
             EXPECT_TRUE(addRecord(*notes, {u"the same body", u"title", u""}));
         notes.run(u"UPDATE [Notes] SET VLDATE='2001-1-1' WHERE ID=2");
-        window.mnu_AvailFields.set(0, {u"", u"VLHEAD", true, false});
+        offerFields();
         records.start();
     }
     void removeDuplicates()
@@ -29,20 +27,14 @@ protected:
     }
     std::vector<std::u16string> bodies() { return notes.rows(u"SELECT ID, VLTEXT FROM [Notes] ORDER BY ID"); }
 
-    tests::TestNotebook notes;
-    tests::MemoryWindow window;
-    Moments moments;
-    RecordCommands records{*notes, window.ports(), moments};
-    MaintenanceCommands commands{*notes, window.ports(), records};
-    std::u16string shown;
-    Gate gate{*notes, notes.collected(), {[this](const std::u16string& line) { shown = line; }, [] {}}};
+    MaintenanceCommands commands{*notes, ports, records};
 };
 
 TEST_F(MaintenanceCommandsTest, RemoveDuplicatesAndShowWhatIsLeft)
 {
     removeDuplicates();
     EXPECT_THAT(bodies(), ElementsAre(u"2|the same body"));
-    EXPECT_EQ(shown, u"2 duplicates removed from total 3 records (66.67%).");
+    EXPECT_EQ(gateShown.back(), u"2 duplicates removed from total 3 records (66.67%).");
     EXPECT_THAT(window.lstHeads.data(), ElementsAre(2));
     EXPECT_EQ(records.current().id(), 2);
 }

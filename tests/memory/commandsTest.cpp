@@ -1,6 +1,5 @@
 // Every command, with each of its allocations refused in turn. Afterwards each thing that the user sees or
 // keeps is as before or as after the whole command, never half; where memory was refused, one line says so.
-#include "app/gate.h"
 #include "app/listCommands.h"
 #include "app/tableCommands.h"
 #include "app/unsavedText.h"
@@ -14,8 +13,7 @@
 #include "store/records.h"
 #include "store/tableChanges.h"
 #include "tests/memory/failingMemory.h"
-#include "tests/support/memoryControls.h"
-#include "tests/support/testNotebook.h"
+#include "tests/support/windowNotebook.h"
 #include "text/decimal.h"
 #include "text/pieces.h"
 
@@ -51,7 +49,7 @@ std::string sampleFile()
 }
 
 // The program around a window in memory, at the table Notes.
-struct Program {
+struct Program : tests::WindowNotebook {
     Program()
     {
         static const std::string sample = sampleFile();
@@ -70,16 +68,11 @@ struct Program {
         records.selectHeading();
     }
 
-    tests::TestNotebook notes;
-    tests::MemoryWindow window;
-    WindowPorts ports = window.ports();
-    Moments moments;
     tests::MemoryMenuItems mnu_avtables, mnu_availdb;
     tests::MemorySwitch mnu_moverec, mnu_switchto;
     tests::MemoryCheckItem mnu_switchCase;
     tests::MemoryNameDialog frmInput;
     tests::MemoryPostponed pause;
-    RecordCommands records{*notes, ports, moments};
     ListCommands lists{*notes, ports, records, {mnu_avtables, mnu_moverec}};
     TableCommands tables{*notes, ports, records, {mnu_availdb, mnu_switchto, frmInput}};
     io::ImportCommands imports{*notes, ports, records};
@@ -87,9 +80,6 @@ struct Program {
     InstantSearch instant{ports, pause, [this] { return records.current().hasUnsavedChanges(); }};
     SearchBoxes boxes{*notes, ports, records, instant};
     TextCommands texts{*notes, ports, boxes, mnu_switchCase};
-    Texts shown;
-    Gate gate{
-        *notes, notes.collected(), {[this](const std::u16string& line) { shown.push_back(line); }, [] {}}};
 };
 
 // What must be whole, each thing for itself.
@@ -427,7 +417,7 @@ TEST_P(Memory, RefusedLeavesEachThingAsBeforeOrAsAfter)
             EXPECT_TRUE(listIsOfItsTable(now, whole)) << testing::PrintToString(now.list);
             EXPECT_FALSE(program.gate.isBusy());
             EXPECT_FALSE(program.window.progress.isRunning());
-            EXPECT_TRUE(now == whole[1] || program.shown.size() == 1);
+            EXPECT_TRUE(now == whole[1] || program.gateShown.size() == 1);
         }
 }
 

@@ -50,14 +50,6 @@ TEST(Profile, TakesTheFirstSectionOfAName)
     EXPECT_EQ(readProfile(folder.file(u"none.ini"), u"A", u"x", u"none"), u"none");
 }
 
-TEST(Profile, CutsValuesAt255Characters)
-{
-    const TemporaryFolder folder;
-    const std::u16string path = folder.file(u"a.ini");
-    EXPECT_TRUE(writeProfile(path, u"Options", u"long", std::u16string(300, u'x')));
-    EXPECT_EQ(readProfile(path, u"Options", u"long", u""), std::u16string(255, u'x'));
-}
-
 TEST(Profile, WrittenValuesReadBackUnchanged)
 {
     const TemporaryFolder folder;

@@ -1,13 +1,10 @@
 #include "platform/clipboard.h"
-#include "platform/clock.h"
-#include "platform/events.h"
 #include "platform/files.h"
 #include "platform/process.h"
 #include "platform/programPath.h"
 #include "platform/registry.h"
 #include "platform/shell.h"
 #include "tests/support/temporaryFolder.h"
-#include "text/oleDate.h"
 
 #include <gtest/gtest.h>
 
@@ -46,29 +43,10 @@ TEST(Surroundings, OnlyOneInstanceIsTheFirst)
     EXPECT_TRUE(SingleInstance(program).first());
 }
 
-TEST(Surroundings, YieldCallsWhatTheProgramChose)
-{
-    int calls = 0;
-    yieldToEvents();
-    setEventYield([&calls] { ++calls; });
-    yieldToEvents();
-    setEventYield({});
-    yieldToEvents();
-    EXPECT_EQ(calls, 1);
-}
-
 TEST(Surroundings, MissingRegistryKeysAreMissing)
 {
     EXPECT_EQ(readRegistry(RegistryRoot::LocalMachine, u"SOFTWARE\\No such key at all", u"").code, 2);
     EXPECT_TRUE(folderExists(specialFolder(SpecialFolder::Documents)));
-}
-
-TEST(Clock, NowSurvivesTheRoundTrip)
-{
-    const double now = oleNow();
-    ASSERT_TRUE(text::localTime(now));
-    EXPECT_EQ(text::oleDate(*text::localTime(now)), now);
-    EXPECT_GT(now, 45000);
 }
 
 } // namespace

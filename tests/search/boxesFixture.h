@@ -3,14 +3,13 @@
 
 #include "search/searchBoxes.h"
 #include "search/searchFields.h"
-#include "tests/support/memoryControls.h"
-#include "tests/support/testNotebook.h"
+#include "tests/support/windowNotebook.h"
 
 #include <gtest/gtest.h>
 
 namespace vellums::tests {
 
-class BoxesFixture : public testing::Test {
+class BoxesFixture : public testing::Test, protected WindowNotebook {
 protected:
     BoxesFixture()
     {
@@ -22,11 +21,6 @@ protected:
             u"INSERT INTO Notes (VLHEAD,VLTEXT,VLDATE) VALUES ('" + title + u"','" + text + u"',#2020-1-1#)");
     }
 
-    TestNotebook notes;
-    MemoryWindow window;
-    Moments moments;
-    WindowPorts ports = window.ports();
-    RecordCommands records{*notes, ports, moments};
     MemoryPostponed instantSearch;
     InstantSearch instant{ports, instantSearch, [this] { return records.current().hasUnsavedChanges(); }};
     SearchBoxes boxes{*notes, ports, records, instant};

@@ -1,9 +1,9 @@
 // The disk stops at every operation of acts on many records, each record a batch of its own.
-#include "jet/file/diskFile.h"
 #include "maint/delDupRec.h"
 #include "store/batches.h"
 #include "store/embedded/embeddedProvider.h"
 #include "store/records.h"
+#include "tests/support/crashingDisk.h"
 #include "tests/support/testNotebook.h"
 #include "text/decimal.h"
 #include "text/unicode.h"
@@ -12,42 +12,13 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 
 namespace vellums {
 namespace {
 
 using Ids = std::vector<std::int32_t>;
 using Texts = std::vector<std::u16string>;
-
-struct DiskStopped { };
-
-// Lets that many disk operations happen; everything after them is lost.
-class StoppingDisk {
-public:
-    explicit StoppingDisk(int operations)
-        : left_(operations)
-    {
-        jet::DiskFile::beforeOperation = [this](const jet::DiskOperation&) {
-            if (left_-- > 0)
-                return;
-            stopped_ = true;
-            throw DiskStopped();
-        };
-        Batches::lastsMs = 0;
-    }
-    ~StoppingDisk()
-    {
-        jet::DiskFile::beforeOperation = nullptr;
-        Batches::lastsMs = lastedMs_;
-    }
-
-    bool hasStopped() const { return stopped_; }
-
-private:
-    int left_;
-    bool stopped_ = false;
-    std::uint64_t lastedMs_ = Batches::lastsMs;
-};
 
 struct Act {
     const char* name;
@@ -100,12 +71,15 @@ public:
             isSecondPart_ = isSecondPart_ || (!lasting_.empty() && done <= lasting_.back());
             lasting_.push_back(done);
         };
-        const StoppingDisk disk(operations);
+        const auto lastsMs = std::exchange(Batches::lastsMs, 0);
+        tests::CrashingDisk disk(notes_.file());
+        disk.stopAfter(operations);
         try {
             act_.carryOut(*notes_, ids_, user);
-        } catch (const DiskStopped&) { // where the engine could not make a report of it
+        } catch (const tests::DiskStopped&) { // where the engine could not make a report of it
         }
-        return !disk.hasStopped();
+        Batches::lastsMs = lastsMs;
+        return !disk.struck;
     }
 
     // After the file has been opened again: no record is half, none is lost, and what was reported is there.

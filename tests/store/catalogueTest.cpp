@@ -122,16 +122,6 @@ TEST(CreateDatabase, LeavesForeignFilesAlone)
     EXPECT_EQ(tests::bytesOf(notes.folder().file(u"other.mdb.new.new")), "foreign too");
 }
 
-TEST(CreateDatabase, RefusesTheNamesOfSystemTables)
-{
-    tests::TestNotebook notes;
-    for (const char16_t* const name : {u"usysNotes.mdb", u"MSysX.mdb"}) {
-        EXPECT_EQ(dbCreateNew(*notes, name), u"");
-        EXPECT_FALSE(platform::fileExists(notes.folder().file(name)));
-        EXPECT_TRUE(notes.outcome().starts_with(u"dbCreateNew: "));
-    }
-}
-
 TEST(ConnectionString, ARelativePathCountsFromTheDataFolder)
 {
     tests::TestNotebook notes;

@@ -95,7 +95,7 @@ TEST_P(Records, KeepTextsOfMegabytes)
         text += u"line " + std::u16string(static_cast<std::size_t>(i % 40), u'文') + u"'\r\n";
     const auto record = getRecText(*notes_, add(text));
     ASSERT_TRUE(record);
-    EXPECT_EQ(record->text, text.substr(0, text.size() - 2));
+    EXPECT_TRUE(record->text == text.substr(0, text.size() - 2)); // not to be printed
 }
 
 TEST_P(Records, AreSavedWithoutTouchingTheLink)

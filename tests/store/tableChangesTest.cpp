@@ -147,6 +147,7 @@ TEST_P(TableChanges, WhatIsMissingOrLockedIsSaid)
     notes_.folder().setReadOnly(GetParam().file, true);
     EXPECT_FALSE(newTable(*notes_, u"New"));
     EXPECT_FALSE(dropTable(*notes_, u"Notes"));
+    EXPECT_TRUE(lastShown().starts_with(u"dropTable - Operation must use an updateable query. ("));
     notes_.folder().setReadOnly(GetParam().file, false);
     EXPECT_THAT(tables(), ElementsAre(u"Notes"));
     EXPECT_THAT(notes_.rows(u"SELECT VLHEAD FROM [Notes]"), ElementsAre(u"one"));
@@ -159,7 +160,7 @@ TEST_P(TableChanges, FileNamesThatNoSystemTakesMakeNoDatabase)
     const std::u16string names[] = {u"a/b.mdb", u"a\\b.mdb", u"..", u"c:x.mdb", u"a?.mdb", u"a*.mdb",
         u"a\".mdb", u"a<b>.mdb", u"a|b.mdb", u"a\nb.mdb", u"   ", u"x.mdb ", u"x.mdb.", u"NUL.mdb",
         u"com1.mdb", std::u16string(300, u'n') + u".mdb", std::u16string(100, u'n') + u".mdb", u"[a].mdb",
-        u"   .mdb"};
+        u"   .mdb", u"usysNotes.mdb", u"MSysX.mdb"};
     for (const std::u16string& name : names) {
         EXPECT_EQ(dbCreateNew(*notes_, name), u"");
         EXPECT_EQ(lastShown().substr(0, 14), u"dbCreateNew: '") << lastShown().size();

@@ -10,29 +10,20 @@ namespace vellums::tests {
 
 class ShownLines : public StatusLine {
 public:
-    void failed(const std::u16string& line) override
-    {
-        outcome.failed(line);
-        lines.push_back(line);
-    }
-    void noticed(const std::u16string& line) override
-    {
-        outcome.noticed(line);
-        lines.push_back(line);
-    }
-    void done(const std::u16string& line) override
-    {
-        outcome.done(line);
-        lines.push_back(line);
-    }
-    void found(const std::u16string& line) override
-    {
-        outcome.found(line);
-        lines.push_back(line);
-    }
+    void failed(const std::u16string& line) override { keep(&Outcome::failed, line); }
+    void noticed(const std::u16string& line) override { keep(&Outcome::noticed, line); }
+    void done(const std::u16string& line) override { keep(&Outcome::done, line); }
+    void found(const std::u16string& line) override { keep(&Outcome::found, line); }
 
     std::vector<std::u16string> lines;
     Outcome outcome; // what a window would show of all of them
+
+private:
+    void keep(void (Outcome::*kind)(const std::u16string&), const std::u16string& line)
+    {
+        (outcome.*kind)(line);
+        lines.push_back(line);
+    }
 };
 
 } // namespace vellums::tests

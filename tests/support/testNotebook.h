@@ -23,6 +23,7 @@ public:
 
     Notebook& operator*() { return notebook_; }
     Notebook* operator->() { return &notebook_; }
+    const Notebook* operator->() const { return &notebook_; }
 
     const TemporaryFolder& folder() const { return folder_; }
     const std::u16string& file() const { return file_; }

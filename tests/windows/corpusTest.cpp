@@ -1,11 +1,12 @@
 // A folder of real texts, imported by the window and searched in it. What it finds is written down and
 // held against an independent search by tests/corpus/search.py.
-#include "tests/windows/builtProgram.h"
 #include "tests/windows/driver.h"
+#include "text/unicode.h"
 #include "ui/ids.h"
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
 
 namespace vellums::tests {
@@ -17,27 +18,18 @@ std::wstring environment(const wchar_t* name)
     return {value, GetEnvironmentVariableW(name, value, MAX_PATH)};
 }
 
-std::string narrowPath(const std::wstring& path)
-{
-    std::string bytes(path.size() * 4 + 1, '\0');
-    const int length = WideCharToMultiByte(CP_ACP, 0, path.c_str(), static_cast<int>(path.size()),
-        bytes.data(), static_cast<int>(bytes.size()), nullptr, nullptr);
-    bytes.resize(static_cast<std::size_t>(length));
-    return bytes;
-}
-
 TEST(Corpus, IsImportedAndSearchedInTheWindow)
 {
     const std::wstring place = environment(L"VELLUMS_CORPUS");
-    std::ifstream patterns(narrowPath(place + L"\\corpus-patterns.txt"));
+    std::ifstream patterns(std::filesystem::path(place + L"\\corpus-patterns.txt"));
     if (place.empty() || !patterns)
         GTEST_SKIP() << "VELLUMS_CORPUS names no folder with corpus-patterns.txt";
-    const ProgramFolder folder(builtProgram());
+    const ProgramFolder folder;
     Program program(folder.executable(), L"\"" + place + L"\\corpus\"");
     ASSERT_TRUE(eventually([&] { return program.count(ID_lstHeads) >= 1000; }, 120000))
         << program.count(ID_lstHeads) << " records";
 
-    std::ofstream found(narrowPath(place + L"\\corpus-window.tsv"), std::ios::binary);
+    std::ofstream found(std::filesystem::path(place + L"\\corpus-window.tsv"), std::ios::binary);
     std::string line;
     int searched = 0;
     while (std::getline(patterns, line)) {
@@ -46,7 +38,7 @@ TEST(Corpus, IsImportedAndSearchedInTheWindow)
         program.setText(ID_ucStatusLeft, u"");
         const HWND label = GetWindow(program.control(ID_ucStatusLeft), GW_CHILD);
         SendMessageW(label, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(L""));
-        program.setText(ID_txtKey, utf16(line.c_str()));
+        program.setText(ID_txtKey, text::fromUtf8(line));
         program.press(ID_txtKey, VK_RETURN);
         ASSERT_TRUE(eventually([&] { return !program.text(ID_ucStatusLeft).empty(); }, 30000)) << line;
         const HWND list = program.control(ID_lstHeads);

@@ -31,32 +31,26 @@ std::u16string textOf(HWND window)
     return narrow(text);
 }
 
-struct Search {
-    DWORD process;
-    bool dialog;
-    HWND found;
-};
-
-HWND topWindow(DWORD process, bool dialog)
+// The main window of a process, or its dialogs.
+std::vector<HWND> topWindows(DWORD process, bool dialogs)
 {
-    Search search{process, dialog, nullptr};
+    std::vector<HWND> all;
     EnumWindows(
-        [](HWND window, LPARAM parameter) CALLBACK -> BOOL {
-            auto* wanted = reinterpret_cast<Search*>(parameter);
-            DWORD owner = 0;
-            GetWindowThreadProcessId(window, &owner);
-            wchar_t name[64] = {};
-            GetClassNameW(window, name, 64);
-            const bool isDialog = std::wstring(name) == L"#32770";
-            const bool isMain = (GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_APPWINDOW) != 0;
-            if (owner != wanted->process || !IsWindowVisible(window) ||
-                (wanted->dialog ? !isDialog : !isMain))
-                return TRUE;
-            wanted->found = window;
-            return FALSE;
+        [](HWND window, LPARAM into) CALLBACK -> BOOL {
+            reinterpret_cast<std::vector<HWND>*>(into)->push_back(window);
+            return TRUE;
         },
-        reinterpret_cast<LPARAM>(&search));
-    return search.found;
+        reinterpret_cast<LPARAM>(&all));
+    std::erase_if(all, [&](HWND window) {
+        DWORD owner = 0;
+        GetWindowThreadProcessId(window, &owner);
+        wchar_t name[64] = {};
+        GetClassNameW(window, name, 64);
+        const bool wanted = dialogs ? std::wstring(name) == L"#32770"
+                                    : (GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_APPWINDOW) != 0;
+        return owner != process || !IsWindowVisible(window) || !wanted;
+    });
+    return all;
 }
 
 } // namespace
@@ -98,7 +92,13 @@ Program::Program(const std::wstring& executable, const std::wstring& arguments, 
         return;
     AssignProcessToJobObject(job_, process_.hProcess);
     WaitForInputIdle(process_.hProcess, 500); // one that imports at once is not idle for long
-    eventually([this] { return (window_ = topWindow(process_.dwProcessId, false)) != nullptr; }, 20000);
+    eventually(
+        [this] {
+            const std::vector<HWND> windows = topWindows(process_.dwProcessId, false);
+            window_ = windows.empty() ? nullptr : windows.front();
+            return window_ != nullptr;
+        },
+        20000);
 }
 
 Program::~Program()
@@ -239,10 +239,7 @@ void Program::select(int id, int start, int end) const
 
 RECT Program::place(int id) const
 {
-    RECT rect{};
-    GetWindowRect(control(id), &rect);
-    MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&rect), 2);
-    return rect;
+    return placeOf(window_, id);
 }
 
 bool Program::isShown(int id) const
@@ -275,13 +272,27 @@ void Program::addToSelection(int listId, int index) const
     PostMessageW(window_, WM_COMMAND, MAKEWPARAM(listId, LBN_SELCHANGE), reinterpret_cast<LPARAM>(list));
 }
 
+bool Program::paste(const std::u16string& text) const
+{
+    const int before = count(ID_lstHeads);
+    if (!setClipboard(text))
+        return false;
+    command(ID_mnu_top_PasteNew);
+    return eventually([&] { return count(ID_lstHeads) == before + 1; });
+}
+
 HWND Program::findBox() const
 {
-    return topWindow(process_.dwProcessId, true);
+    const std::vector<HWND> boxes = topWindows(process_.dwProcessId, true);
+    return boxes.empty() ? nullptr : boxes.front();
 }
 bool Program::boxIsOpen() const
 {
-    return findBox() != nullptr;
+    return questionsOpen() > 0;
+}
+int Program::questionsOpen() const
+{
+    return static_cast<int>(topWindows(process_.dwProcessId, true).size());
 }
 
 std::vector<int> Program::buttons() const
@@ -400,15 +411,6 @@ std::u16string clipboard()
     return narrow(text);
 }
 
-std::u16string utf16(const char* utf8)
-{
-    const int length = MultiByteToWideChar(CP_UTF8, 0, utf8, -1, nullptr, 0);
-    std::wstring text(static_cast<std::size_t>(length), L'\0');
-    MultiByteToWideChar(CP_UTF8, 0, utf8, -1, text.data(), length);
-    text.pop_back();
-    return narrow(text);
-}
-
 std::wstring wideOf(const std::u16string& text)
 {
     return {text.begin(), text.end()};
@@ -418,54 +420,98 @@ std::u16string narrow(const std::wstring& text)
     return {text.begin(), text.end()};
 }
 
+RECT placeOf(HWND window, int id)
+{
+    RECT rect{};
+    GetWindowRect(GetDlgItem(window, id), &rect);
+    MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&rect), 2);
+    return rect;
+}
+
+namespace {
+
+BITMAPINFOHEADER pictureHeader(const RECT& screen)
+{
+    BITMAPINFOHEADER header{};
+    header.biSize = sizeof header;
+    header.biWidth = screen.right - screen.left;
+    header.biHeight = screen.top - screen.bottom; // negative: the upper row first
+    header.biPlanes = 1;
+    header.biBitCount = 32;
+    return header;
+}
+
+// The pixels as a picture keeps them: blue in the lowest byte.
+std::vector<DWORD> pictureOf(const RECT& screen)
+{
+    const int width = screen.right - screen.left;
+    const int height = screen.bottom - screen.top;
+    BITMAPINFO info{};
+    info.bmiHeader = pictureHeader(screen);
+    const HDC dc = GetDC(nullptr);
+    const HDC memory = CreateCompatibleDC(dc);
+    void* bits = nullptr;
+    const HBITMAP bitmap = CreateDIBSection(memory, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+    const HGDIOBJ before = SelectObject(memory, bitmap);
+    BitBlt(memory, 0, 0, width, height, dc, screen.left, screen.top, SRCCOPY);
+    GdiFlush();
+    const auto* first = static_cast<const DWORD*>(bits);
+    std::vector<DWORD> pixels(first, first + static_cast<std::size_t>(width) * height);
+    SelectObject(memory, before);
+    DeleteObject(bitmap);
+    DeleteDC(memory);
+    ReleaseDC(nullptr, dc);
+    return pixels;
+}
+
+bool writeFile(const std::wstring& path, std::string_view bytes)
+{
+    const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
+    DWORD written = 0;
+    WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+    CloseHandle(file);
+    return written == bytes.size();
+}
+
+} // namespace
+
+std::vector<COLORREF> pixelsOf(const RECT& screen)
+{
+    std::vector<COLORREF> pixels;
+    for (const DWORD pixel : pictureOf(screen))
+        pixels.push_back(RGB((pixel >> 16) & 0xFF, (pixel >> 8) & 0xFF, pixel & 0xFF));
+    return pixels;
+}
+
 bool savePicture(HWND window, const std::wstring& path)
 {
     RECT rect{};
     GetWindowRect(window, &rect);
-    const int width = rect.right - rect.left;
-    const int height = rect.bottom - rect.top;
-    BITMAPINFO info{};
-    info.bmiHeader.biSize = sizeof info.bmiHeader;
-    info.bmiHeader.biWidth = width;
-    info.bmiHeader.biHeight = height;
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
-    const HDC screen = GetDC(nullptr);
-    const HDC memory = CreateCompatibleDC(screen);
-    void* bits = nullptr;
-    const HBITMAP bitmap = CreateDIBSection(memory, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-    const HGDIOBJ before = SelectObject(memory, bitmap);
-    BitBlt(memory, 0, 0, width, height, screen, rect.left, rect.top, SRCCOPY);
-    GdiFlush();
-    const DWORD size = static_cast<DWORD>(width) * static_cast<DWORD>(height) * 4;
+    const std::vector<DWORD> pixels = pictureOf(rect);
+    const BITMAPINFOHEADER info = pictureHeader(rect);
     BITMAPFILEHEADER header{};
     header.bfType = 0x4D42;
-    header.bfOffBits = sizeof header + sizeof info.bmiHeader;
-    header.bfSize = header.bfOffBits + size;
-    const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-    DWORD written = 0;
-    if (file != INVALID_HANDLE_VALUE) {
-        WriteFile(file, &header, sizeof header, &written, nullptr);
-        WriteFile(file, &info.bmiHeader, sizeof info.bmiHeader, &written, nullptr);
-        WriteFile(file, bits, size, &written, nullptr);
-        CloseHandle(file);
-    }
-    SelectObject(memory, before);
-    DeleteObject(bitmap);
-    DeleteDC(memory);
-    ReleaseDC(nullptr, screen);
-    return written == size;
+    header.bfOffBits = sizeof header + sizeof info;
+    header.bfSize = header.bfOffBits + static_cast<DWORD>(pixels.size() * sizeof(DWORD));
+    std::string bytes(reinterpret_cast<const char*>(&header), sizeof header);
+    bytes.append(reinterpret_cast<const char*>(&info), sizeof info);
+    bytes.append(reinterpret_cast<const char*>(pixels.data()), pixels.size() * sizeof(DWORD));
+    return writeFile(path, bytes);
 }
 
-ProgramFolder::ProgramFolder(const std::wstring& executable)
+ProgramFolder::ProgramFolder()
 {
     static int number = 0;
+    wchar_t self[MAX_PATH] = {};
+    GetModuleFileNameW(nullptr, self, MAX_PATH);
+    const std::wstring tests = self;
     wchar_t temporary[MAX_PATH] = {};
     GetTempPathW(MAX_PATH, temporary);
     path_ = std::wstring(temporary) + L"vellums-" + std::to_wstring(GetCurrentProcessId()) + L"-" +
         std::to_wstring(++number);
     CreateDirectoryW(path_.c_str(), nullptr);
-    CopyFileW(executable.c_str(), this->executable().c_str(), FALSE);
+    CopyFileW(
+        (tests.substr(0, tests.rfind(L'\\') + 1) + L"Vellums.exe").c_str(), executable().c_str(), FALSE);
 }
 
 namespace {
@@ -500,10 +546,7 @@ ProgramFolder::~ProgramFolder()
 std::wstring ProgramFolder::write(const std::wstring& name, const std::string& bytes) const
 {
     const std::wstring target = file(name);
-    const HANDLE handle = CreateFileW(target.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
-    DWORD written = 0;
-    WriteFile(handle, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-    CloseHandle(handle);
+    writeFile(target, bytes);
     return target;
 }
 

@@ -56,12 +56,15 @@ public:
     // Selects entries and tells the window, as a click does.
     void selectEntry(int listId, int index) const;
     void addToSelection(int listId, int index) const;
+    // Makes a record of this text by way of the clipboard, and waits for its heading.
+    bool paste(const std::u16string& text) const;
 
     // Waits for a message box of the program and gives its text.
     std::u16string waitForBox() const;
     // Presses a button of the message box (IDYES, IDNO, IDCANCEL) and waits until it is gone.
     bool answer(int button) const;
     bool boxIsOpen() const;
+    int questionsOpen() const; // how many dialogs there are at the moment
     // Which of IDOK, IDCANCEL, IDYES and IDNO the open box offers, the one that Enter presses first.
     std::vector<int> buttons() const;
     bool menuIsOpen() const; // a context menu
@@ -91,17 +94,22 @@ bool setClipboard(const std::u16string& text);
 void emptyClipboard();
 std::u16string clipboard(); // its text; empty while others hold it
 
-std::u16string utf16(const char* utf8);
 std::wstring wideOf(const std::u16string& text);
 std::u16string narrow(const std::wstring& text);
+
+// Where a control stands in its window, in pixels.
+RECT placeOf(HWND window, int id);
+
+// The colours of a rectangle of the screen, row by row.
+std::vector<COLORREF> pixelsOf(const RECT& screen);
 
 // Saves a picture of a window as it stands on the screen, as .bmp.
 bool savePicture(HWND window, const std::wstring& path);
 
-// A folder of its own with a copy of the program in it; removed at the end.
+// A folder of its own with a copy of the program that was built beside the tests; removed at the end.
 class ProgramFolder {
 public:
-    explicit ProgramFolder(const std::wstring& executable);
+    ProgramFolder();
     ProgramFolder(const ProgramFolder&) = delete;
     ProgramFolder& operator=(const ProgramFolder&) = delete;
     ~ProgramFolder();

@@ -1,5 +1,4 @@
 // The real program where the settings file asks for a provider that is not there.
-#include "tests/windows/builtProgram.h"
 #include "tests/windows/driver.h"
 #include "ui/ids.h"
 
@@ -15,7 +14,7 @@ TEST(ForcedEngine, ShowsItsErrorsAndLeavesTheProgramUsable)
     CLSID id{};
     if (SUCCEEDED(CLSIDFromProgID(L"Microsoft.ACE.OLEDB.12.0", &id)))
         GTEST_SKIP() << "a provider is installed";
-    const ProgramFolder folder(builtProgram());
+    const ProgramFolder folder;
     folder.write(L"Vellums.ini", "[Options]\r\nengine=ado\r\nuiChinese=0\r\n");
     {
         Program program(folder.executable());

@@ -188,7 +188,7 @@ TEST_P(HandlesTest, AreTheSameInNumberAfterManyRounds)
     EXPECT_GT(before.windows, 10u);
     for (int i = 0; i < rounds; ++i)
         round(program, i);
-    EXPECT_EQ(questionsOpen(program), 0);
+    EXPECT_EQ(program.questionsOpen(), 0);
     EXPECT_EQ(program.count(ID_lstHeads), records) << "each round did what it should";
     const Held after = heldAtRest(program);
     EXPECT_EQ(before, after) << "rounds: " << rounds;

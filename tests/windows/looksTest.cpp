@@ -1,10 +1,8 @@
 // How the real window looks: what stands where in its boxes and lists, and in what colours.
-#include "tests/windows/builtProgram.h"
+#include "tests/windows/programTest.h"
 #include "tests/windows/windowThread.h"
 #include "ui/ids.h"
 #include "ui/windows/systemLook.h"
-
-#include <gtest/gtest.h>
 
 namespace vellums::tests {
 namespace {
@@ -54,23 +52,9 @@ void setDpi(const WindowThread& program, UINT dpi)
     SendMessageW(program.window(), WM_DPICHANGED, MAKEWPARAM(dpi, dpi), reinterpret_cast<LPARAM>(&suggested));
 }
 
-class LooksTest : public testing::TestWithParam<bool> {
+class LooksTest : public ProgramTest {
 protected:
-    LooksTest()
-        : folder(builtProgram())
-    {
-        if (GetParam())
-            folder.write(L"Vellums.ini", "[Options]\r\nuiChinese=1\r\n");
-        // Many headings, and matches of "line".
-        std::string text;
-        for (int i = 0; i < 60; ++i)
-            text += "line " + std::to_string(i) + "\r\n";
-        file = folder.write(L"text.txt", text);
-    }
-    std::u16string say(const char16_t* english, const char16_t* chinese) const
-    {
-        return GetParam() ? chinese : english;
-    }
+    // Many headings, and matches of "line".
     void fillLists(const WindowThread& program) const
     {
         for (int i = 0; i < 90; ++i)
@@ -80,9 +64,6 @@ protected:
         program.ask(ID_txtInline, WM_KEYDOWN, VK_RETURN, 1);
         ASSERT_TRUE(IsWindowVisible(program.control(ID_lstInLineSrch)));
     }
-
-    ProgramFolder folder;
-    std::wstring file;
 };
 
 // What is drawn while the size changes is what a fresh drawing shows: nothing is left of before.
@@ -228,8 +209,7 @@ TEST_P(LooksTest, TheBoxWithTheFocusIsYellow)
     EXPECT_EQ(pixelAt(text.right - 30, text.bottom - 20), kPaper);
 }
 
-INSTANTIATE_TEST_SUITE_P(InBothLanguages, LooksTest, testing::Bool(),
-    [](const testing::TestParamInfo<bool>& test) { return test.param ? "Chinese" : "English"; });
+INSTANTIATE_TEST_SUITE_P(InBothLanguages, LooksTest, testing::Bool(), languageOf);
 
 } // namespace
 } // namespace vellums::tests

@@ -1,5 +1,4 @@
 // How the real window looks and answers: places, splitter, fonts, wrapping, keys.
-#include "tests/windows/builtProgram.h"
 #include "tests/windows/driver.h"
 #include "ui/ids.h"
 
@@ -10,10 +9,6 @@ namespace {
 
 class MainWindowTest : public testing::Test {
 protected:
-    MainWindowTest()
-        : folder(builtProgram())
-    {
-    }
     std::u16string option(const wchar_t* key) const
     {
         wchar_t value[256] = {};

@@ -1,13 +1,11 @@
 // What screen readers are told. The service that keeps names of controls is stood in for: it writes down
 // what it was told, whether the system has one or not.
-#include "tests/windows/builtProgram.h"
+#include "tests/windows/programTest.h"
 #include "tests/windows/windowThread.h"
 #include "ui/ids.h"
 
-#include <gtest/gtest.h>
 #include <map>
 #include <mutex>
-#include <set>
 
 #include <oleacc.h>
 
@@ -117,22 +115,13 @@ private:
 
 #pragma GCC diagnostic pop
 
-class NamesTest : public testing::TestWithParam<bool> {
-protected:
-    NamesTest()
-        : folder(builtProgram())
-    {
-        if (GetParam())
-            folder.write(L"Vellums.ini", "[Options]\r\nuiChinese=1\r\n");
-        told().names.clear();
-    }
-    ProgramFolder folder;
-};
+class NamesTest : public ProgramTest { };
 
 // By the service, and for whoever goes by labels by the text right before the control; both say the same.
 TEST_P(NamesTest, EveryControlHasAName)
 {
     static NameServiceFactory factory;
+    told().names.clear();
     DWORD cookie = 0;
     WindowThread program(folder, [&] {
         CoRegisterClassObject(kServiceClass, &factory, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &cookie);
@@ -171,8 +160,7 @@ TEST_P(NamesTest, EveryControlHasAName)
     program.run([&] { CoRevokeClassObject(cookie); });
 }
 
-INSTANTIATE_TEST_SUITE_P(InBothLanguages, NamesTest, testing::Bool(),
-    [](const testing::TestParamInfo<bool>& test) { return test.param ? "Chinese" : "English"; });
+INSTANTIATE_TEST_SUITE_P(InBothLanguages, NamesTest, testing::Bool(), languageOf);
 
 } // namespace
 } // namespace vellums::tests

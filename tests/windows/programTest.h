@@ -1,7 +1,6 @@
 // A test that runs the real program in a folder of its own, in English or in Chinese.
 #pragma once
 
-#include "tests/windows/builtProgram.h"
 #include "tests/windows/driver.h"
 
 #include <gtest/gtest.h>
@@ -12,7 +11,6 @@ namespace vellums::tests {
 class ProgramTest : public testing::TestWithParam<bool> {
 protected:
     ProgramTest()
-        : folder(builtProgram())
     {
         if (GetParam())
             folder.write(L"Vellums.ini", "[Options]\r\nuiChinese=1\r\n");

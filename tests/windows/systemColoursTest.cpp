@@ -1,5 +1,4 @@
 // The window follows the colours of the system: after a change, and in high contrast.
-#include "tests/windows/builtProgram.h"
 #include "tests/windows/windowThread.h"
 #include "ui/ids.h"
 
@@ -57,10 +56,6 @@ private:
 
 class SystemColoursTest : public testing::Test {
 protected:
-    SystemColoursTest()
-        : folder(builtProgram())
-    {
-    }
     static COLORREF colourAt(const WindowThread& program, int id)
     {
         program.settle();

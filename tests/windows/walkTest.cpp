@@ -466,7 +466,7 @@ private:
             start(L"");
             return;
         }
-        EXPECT_LE(questionsOpen(*program_), 1) << where;
+        EXPECT_LE(program_->questionsOpen(), 1) << where;
         EXPECT_TRUE(answers) << where << told();
         checkAll(where);
         trace_.push_back("  " + std::to_string(step) + ": " + std::to_string(boxes().size()) + " shown, " +

@@ -60,14 +60,6 @@ std::u16string WindowThread::text(int id) const
     return narrow(text);
 }
 
-RECT WindowThread::place(int id) const
-{
-    RECT rect{};
-    GetWindowRect(control(id), &rect);
-    MapWindowPoints(nullptr, window_, reinterpret_cast<POINT*>(&rect), 2);
-    return rect;
-}
-
 std::vector<std::u16string> WindowThread::tooltips(int* mostWidth) const
 {
     std::vector<std::u16string> texts;
@@ -105,34 +97,6 @@ void WindowThread::settle() const
         RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
         GdiFlush();
     });
-}
-
-std::vector<COLORREF> pixelsOf(const RECT& screen)
-{
-    const int width = screen.right - screen.left;
-    const int height = screen.bottom - screen.top;
-    BITMAPINFO info{};
-    info.bmiHeader.biSize = sizeof info.bmiHeader;
-    info.bmiHeader.biWidth = width;
-    info.bmiHeader.biHeight = -height; // the upper row first
-    info.bmiHeader.biPlanes = 1;
-    info.bmiHeader.biBitCount = 32;
-    const HDC dc = GetDC(nullptr);
-    const HDC memory = CreateCompatibleDC(dc);
-    void* bits = nullptr;
-    const HBITMAP bitmap = CreateDIBSection(memory, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
-    const HGDIOBJ before = SelectObject(memory, bitmap);
-    BitBlt(memory, 0, 0, width, height, dc, screen.left, screen.top, SRCCOPY);
-    GdiFlush();
-    const auto* first = static_cast<const DWORD*>(bits);
-    std::vector<COLORREF> pixels(first, first + static_cast<std::size_t>(width) * height);
-    for (COLORREF& pixel : pixels) // blue comes first there
-        pixel = RGB((pixel >> 16) & 0xFF, (pixel >> 8) & 0xFF, pixel & 0xFF);
-    SelectObject(memory, before);
-    DeleteObject(bitmap);
-    DeleteDC(memory);
-    ReleaseDC(nullptr, dc);
-    return pixels;
 }
 
 } // namespace vellums::tests

@@ -28,7 +28,7 @@ public:
         return SendMessageW(control(id), message, wParam, lParam);
     }
     std::u16string text(int id) const;
-    RECT place(int id) const; // in the window
+    RECT place(int id) const { return placeOf(window_, id); }
     // The texts of the tooltips of this window, and the narrowest width at which one is wrapped.
     std::vector<std::u16string> tooltips(int* mostWidth = nullptr) const;
     // Runs something where the window runs: the focus belongs to a thread.
@@ -41,8 +41,5 @@ private:
     HWND window_ = nullptr;
     std::thread thread_;
 };
-
-// The colours of a rectangle of the screen, row by row.
-std::vector<COLORREF> pixelsOf(const RECT& screen);
 
 } // namespace vellums::tests

@@ -20,37 +20,6 @@ protected:
     std::u16string path = folder.file(u"pages.mdb");
 };
 
-TEST_F(PageFileTest, WhatWasNotCommittedNeverHappened)
-{
-    const Bytes before = tests::readBytes(path);
-    {
-        PageFile file(path, OpenMode::Write);
-        file.write(3)[0] = std::byte{0};
-        file.writeNew(20);
-    }
-    EXPECT_EQ(tests::readBytes(path), before);
-}
-
-TEST_F(PageFileTest, TheMarkTakesBackOneStatementOfABatch)
-{
-    {
-        PageFile file(path, OpenMode::Write);
-        file.mark();
-        file.write(3)[2000] = std::byte{1};
-        file.mark();
-        file.write(3)[2000] = std::byte{2};
-        file.write(4)[2000] = std::byte{2};
-        file.writeNew(9);
-        file.rollbackToMark();
-        EXPECT_EQ(file.read(3)[2000], std::byte{1});
-        EXPECT_EQ(file.read(4)[2000], std::byte{0});
-        EXPECT_EQ(file.pageCount(), 6u);
-        EXPECT_THROW(file.read(9), Error);
-        file.commit();
-    }
-    EXPECT_EQ(tests::readBytes(path)[3 * kPageSize + 2000], std::byte{1});
-}
-
 // Any sequence of changes, marks and ways back gives what copies in memory give, whatever is written
 // meanwhile.
 TEST_F(PageFileTest, AgreesWithCopiesInMemory)

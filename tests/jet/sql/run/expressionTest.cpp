@@ -38,7 +38,8 @@ struct ExpressionCase {
 };
 
 // clang-format off
-const ExpressionCase kOperators[] = {
+const ExpressionCase kExpressions[] = {
+    // Operators group and convert.
     {u"-2^2", u"-4d"},
     {u"2^3^2", u"64d"},
     {u"2^-1", u"0.5d"},
@@ -80,9 +81,7 @@ const ExpressionCase kOperators[] = {
     {u"- - 3", u"3"},
     {u"-'3'", u"-3d"},
     {u"'it''s' & \"say \"\"x\"\"\"", u"\"it'ssay \"x\"\""},
-};
-
-const ExpressionCase kLogic[] = {
+    // Logic has three values.
     {u"1 = 1", u"-1"},
     {u"1 = 1 = -1", u"-1"},
     {u"NOT 1 = 2", u"-1"},
@@ -121,9 +120,7 @@ const ExpressionCase kLogic[] = {
     {u"1=1 OR CDATE('x') = 1", u"-1"},
     {u"'1' AND TRUE", u"-1"},
     {u"'x' AND TRUE", u"error 3464"},
-};
-
-const ExpressionCase kFunctions[] = {
+    // Functions keep their rules.
     {u"LEFT('abc', 2)", u"\"ab\""},
     {u"LEFT('abc', 9)", u"\"abc\""},
     {u"LEFT('abc', -1)", u"error 5"},
@@ -172,21 +169,9 @@ const ExpressionCase kFunctions[] = {
 };
 // clang-format on
 
-TEST(Expression, OperatorsGroupAndConvert)
+TEST(Expression, HasTheValueThatAccessGivesIt)
 {
-    for (const ExpressionCase& c : kOperators)
-        EXPECT_EQ(evaluate(c.expression), c.value) << text::toUtf8(c.expression);
-}
-
-TEST(Expression, LogicHasThreeValues)
-{
-    for (const ExpressionCase& c : kLogic)
-        EXPECT_EQ(evaluate(c.expression), c.value) << text::toUtf8(c.expression);
-}
-
-TEST(Expression, FunctionsKeepTheirRules)
-{
-    for (const ExpressionCase& c : kFunctions)
+    for (const ExpressionCase& c : kExpressions)
         EXPECT_EQ(evaluate(c.expression), c.value) << text::toUtf8(c.expression);
 }
 
