@@ -1,3 +1,11 @@
+// A page of rows, as the file has it: the row table grows from the front, the rows from the back.
+//
+//   | header | entry 0 | entry 1 | ... | free bytes | ... | row 1 | row 0 |
+//
+// The constructor checks the whole row table once, so a row's place needs no check afterwards: starts never
+// rise from entry to entry, and the lowest is not inside the table. Changes keep the free bytes in one
+// piece, by moving the rows that lie lower; numbers of rows never change, because pointers from other pages
+// hold them. A row that is deleted here keeps its entry, with nothing between its start and its end.
 #include "jet/file/dataPage.h"
 
 #include <algorithm>
@@ -13,8 +21,9 @@ std::size_t entryOffset(int row)
     return kDataHeader + 2 * static_cast<std::size_t>(row);
 }
 
-// Moves the bytes of all rows from `row` on by `delta` towards the start of the page (negative:
-// towards the end) and corrects their entries. Their content below the row itself is kept.
+// Makes a row longer by `delta` bytes, or shorter, at its start; its end stays where it is. All rows that
+// lie below it, those with higher numbers, move by as much, whole, towards the start of the page or away
+// from it.
 void shiftRows(MutableBytes page, int row, std::ptrdiff_t delta)
 {
     const DataPage view(page);
@@ -66,6 +75,7 @@ DataPage::DataPage(PageView page)
 
 std::size_t DataPage::start(int row) const
 {
+    assert(row >= 0 && row < rowCount_);
     return load<std::uint16_t>(bytes_, entryOffset(row)) & kStartMask;
 }
 

@@ -11,7 +11,7 @@ constexpr std::size_t kMaskStart = 0x18;
 constexpr std::size_t kMaskLength = 128;
 constexpr std::array<std::uint8_t, 4> kMaskKey = {0xC7, 0xDA, 0x39, 0x6B};
 
-// The first 128 bytes of RC4 under the fixed key.
+// The first 128 bytes of RC4 under the fixed key. It hides nothing: the key is the same in every file.
 std::array<std::uint8_t, kMaskLength> keyStream()
 {
     std::array<std::uint8_t, 256> s{};
@@ -45,7 +45,8 @@ bool startsWith(ByteView page0, std::size_t offset, std::string_view text)
     throw Error(3343, kFail, u"Unrecognized database format '" + path + u"'" + reason + u".");
 }
 
-// The password field of Jet 4 carries the day of creation as a second mask.
+// The password field of Jet 4 carries the day of creation as a second mask: ten times the whole days, four
+// bytes each, are what is left of a file without a password.
 bool hasPassword(ByteView plain)
 {
     const auto created = load<double>(plain, 0x72);
@@ -70,6 +71,7 @@ Header parseHeader(ByteView page0, const std::u16string& path)
 {
     if (page0.size() < 0x800 || load<std::uint32_t>(page0, 0) != 0x100)
         throwUnrecognized(path, u"");
+    // Name and version must go together; the name of the file says nothing.
     const bool jetName = startsWith(page0, 4, std::string_view("Standard Jet DB\0", 16));
     const bool aceName = startsWith(page0, 4, std::string_view("Standard ACE DB\0", 16));
     const auto version = load<std::uint8_t>(page0, 0x14);

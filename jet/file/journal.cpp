@@ -6,6 +6,7 @@
 #include "jet/file/journal.h"
 
 #include <algorithm>
+#include <cassert>
 #include <string_view>
 
 namespace vellums::jet {
@@ -87,7 +88,8 @@ private:
     std::size_t at_ = 0;
 };
 
-// Reads one record and goes on with the sum of its segment. Nullopt: it was not written to its end.
+// Reads one record and goes on with the sum of its segment. Nullopt: it was not written to its end. What
+// `fixed` points to is gone with the next take(), so it is used up before; the image lasts until then too.
 std::optional<JournalRecord> readRecord(Stream& stream, const JournalHeader& header, std::uint64_t& sum)
 {
     const ByteView fixed = stream.take(kRecordBytes);
@@ -127,7 +129,7 @@ Bytes encoded(const JournalHeader& header)
     append<std::uint32_t>(bytes, 0);
     append<std::uint64_t>(bytes, header.identity);
     append<std::uint64_t>(bytes, checksum(slice(bytes, 8, 24), 0));
-    bytes.resize(kFirstSegment);
+    bytes.resize(kFirstSegment); // a sector of its own, so that marking it endangers no segment
     return bytes;
 }
 
@@ -140,10 +142,12 @@ std::u16string journalPath(const std::u16string& databasePath)
 
 std::uint64_t identityOf(ByteView page0)
 {
-    constexpr std::size_t kCommitMarks = 0xE00;
+    constexpr std::size_t kCommitMarks = 0xE00; // pairs of bytes that other programs count in
     return checksum(page0.first(std::min(kCommitMarks, page0.size())), 0);
 }
 
+// The number of the statement is part of every sum, and so is the place: neither a journal of another
+// statement nor the same bytes in another sector can explain what the file holds.
 std::uint64_t sectorSum(const JournalHeader& header, PageNo page, std::size_t sector, ByteView bytes)
 {
     constexpr std::uint64_t kSpread = 0xD6E8FEB86659FD93;
@@ -171,6 +175,7 @@ void JournalWriter::begin(std::size_t records, PageNo pagesAfter, bool last)
 
 std::uint64_t JournalWriter::add(PageNo page, ByteView after, ByteView image)
 {
+    assert(after.size() == kPageSize && (image.empty() || image.size() == kPageSize));
     std::size_t start = buffer_.size();
     append<std::uint32_t>(buffer_, page);
     append<std::uint32_t>(buffer_, image.empty() ? 0 : 1);
@@ -223,6 +228,8 @@ JournalReader::JournalReader(const DiskFile& file, const JournalHeader& header)
     : file_(&file)
     , header_(header)
 {
+    // A segment behind the last one, or one whose number does not continue the count, is a rest of a longer
+    // journal that this one was written over.
     std::uint64_t place = kFirstSegment;
     while (segments_.empty() || !segments_.back().last) {
         const auto segment = readSegment(place, segments_.size(), place, [](const JournalRecord&) {});
@@ -258,6 +265,7 @@ std::optional<JournalReader::Segment> JournalReader::readSegment(
 
 void JournalReader::forEachRecord(std::size_t segment, const Callback& callback) const
 {
+    assert(segment < segments_.size());
     std::uint64_t end = 0;
     if (!readSegment(segments_[segment].place, segment, end, callback)) // it was good a moment ago
         throw platform::FileError{platform::FileFault::Failed, 0};

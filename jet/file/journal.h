@@ -1,8 +1,7 @@
 // The rollback journal: how the pages looked before a statement changed them.
 //
-// It stands beside the database as "<file>-journal" and is only touched under the exclusive lock of
-// the database file. It grows in segments: a statement that has changed many pages seals one, and only
-// then writes these pages into the database.
+// It stands beside the database as "<file>-journal". It grows in segments: a statement that has changed many
+// pages seals one, and only then writes these pages into the database.
 //
 //   offset  size  holds
 //        0     8  the letters VELJRNL2; VELJDONE: its statement is over; zeros: the journal is idle
@@ -28,6 +27,37 @@
 // A record has an image when the page was in the file and the journal holds none of it yet. (Inside a
 // batch a page may get another one, of its state at the mark.) Images put back from the last to the
 // first give the file as it was before the statement.
+//
+// What makes a statement all or nothing (a thing is synced when it is on the disk for certain; of what was
+// written since the last sync a crash may keep any sectors, in any order):
+//
+// 1. Database and journal are changed under the exclusive lock of the database file only. Whoever holds
+//    it, and nobody else, rolls a journal back, sets it aside or removes it. A shared lock is enough to
+//    look at both.
+// 2. The entry of a new journal in its folder is synced before the first change of the database.
+// 3. A segment is synced before any of its pages is written into the database. So of each sector that may
+//    have changed the journal knows how it was and how it is going to be.
+// 4. A segment says whether it is the last. With that one sealed, the database alone tells whether the
+//    statement is done: when it has the size, and each changed sector the content, that is wanted last.
+// 5. The database is synced, with all changes or with none, before the journal is marked.
+// 6. The mark VELJDONE of a journal of several segments is synced before the zeros of an idle one are
+//    written. Without it the next statement, while it writes over the journal, could leave the header and
+//    the first segments of this one whole: these would pass for a statement that broke off. A journal of
+//    one segment needs no such care: half written over, it has no whole segment left.
+// 7. Taking back is writing images and cutting the file, so it may be interrupted and begun again.
+//
+// What the next one finds, by the step at which it ended, and what becomes of it (recovery.h):
+//
+//   first segment being written    no whole segment; the database is untouched       Idle or Over
+//   a further one being written    sectors as before, or as the ones sealed want     RollBack
+//   pages being written            sectors as before, or as they are going to be     RollBack
+//   last page written, no sync     the same; or, by chance, all as wanted            ... or Complete
+//   database synced                all as wanted; perhaps it was reported as done    Complete
+//   journal marked                 the mark, or the mark not yet                     Over, Idle or Complete
+//
+// A reader that meets a journal with work in it cannot settle it under its shared lock, since others may
+// look at the pages meanwhile. It gives its lock up, opens the file for writing, which settles the journal,
+// and begins again. It reads without that only what needs no settling (pageFile.cpp).
 #pragma once
 
 #include "jet/file/diskFile.h"

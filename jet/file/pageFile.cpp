@@ -1,3 +1,14 @@
+// Opening a file under its lock, and the pages as a statement sees them.
+//
+// The lock of the database file is taken first and is the only one that counts; the journal is opened under
+// it, so that no two processes change it at once. Nothing is read from the database before a left-over
+// journal has been settled. Locks are asked for again and again for about two seconds, since a statement of
+// another process holds them no longer than it runs.
+//
+// A page is either dirty, a copy in memory that belongs to this statement, or as the disk has it. read()
+// gives the first where there is one. dirtyPage() makes the copy and, inside a batch, notes before the first
+// change since the mark what the page was like: a copy if it was dirty, else null, which stands for what is
+// in the file.
 #include "jet/file/pageFile.h"
 
 #include "jet/file/recovery.h"
@@ -31,7 +42,9 @@ constexpr auto kRetryPause = std::chrono::milliseconds(5);
                 u"' is not a valid path. Make sure that the path name is spelled correctly and that you are "
                 u"connected to the server on which the file resides.");
     case FileFault::InUse:
-        if (platform::fileExists(journalPath(path))) // one of ours is writing
+        // Only programs of ours leave a journal: where one lies beside the file, one of them most likely
+        // writes.
+        if (platform::fileExists(journalPath(path)))
             throw Error(3218, kFail, u"Could not update; currently locked.");
         throw Error(3045, kFail, u"Could not use '" + path + u"'; file already in use.");
     case FileFault::ReadOnly:
@@ -138,8 +151,10 @@ void PageFile::open()
     checkFormat();
 }
 
-// Changing the file takes the exclusive lock. Where that cannot be had, in a folder that is read-only
-// perhaps, a file without parts of a statement is read all the same.
+// A journal with work in it is settled by opening the file for writing, and closing it again; between the
+// locks anything may happen, so the journal is looked at anew afterwards. Where the exclusive lock cannot be
+// had, in a folder that is read-only or while others read, the verdict decides: a file that holds parts of a
+// statement is refused, with the reason of the first attempt; any other is sound as it lies, and is read.
 void PageFile::openForReading()
 {
     const auto openShared = [this] {
@@ -164,7 +179,8 @@ void PageFile::openForReading()
     throwOpenError(path_, FileFault::InUse);
 }
 
-// Finishes or takes back what an interrupted statement left behind.
+// Finishes or takes back what an interrupted statement left behind. A complete one was perhaps never synced,
+// and must be before its journal goes; one that is over touched nothing that could still be missing.
 void PageFile::settleJournal()
 {
     switch (judgeJournal(*file_, *journal_)) {
@@ -246,6 +262,7 @@ MutableBytes PageFile::writeNew(PageNo page)
 {
     if (page >= kMaxPages)
         throw Error(3001, kFail, u"Invalid argument. The database has reached its largest size of 2 GB.");
+    // The pages in between become dirty too, so that nothing undefined stands inside the file.
     for (; pageCount_ <= page; ++pageCount_)
         dirtyPage(pageCount_, false);
     Page& fresh = dirtyPage(page, false);

@@ -1,16 +1,11 @@
 // How a statement of any size becomes all or nothing.
 //
-// Changed pages wait in memory. When they have become many, and at the end, they are written out: first
-// a segment of the journal, then the pages. These hold at any moment:
-//
-// 1. No page of the database is written before the segment with its record is on the disk; so of every
-//    sector that may have changed the journal knows how it was and how it is going to be.
-// 2. The journal is marked idle only when the database is on the disk: with all changes, or with none.
-// 3. A journal of several segments counts as idle only when the mark of its end is on the disk; else, half
-//    written over by the next statement, it could look like the first part of its own. (One of a single
-//    segment may count so at once: half written over it is not whole.)
-// 4. Whatever throws, what was written is put back from the journal. Where that fails too, the journal
-//    stays hot, and whoever opens the file next does it.
+// Changed pages wait in memory. When they have become many, and at the end, they are written out: first a
+// segment of the journal, then the pages. What must hold meanwhile is numbered in journal.h. Rule 3 is kept
+// by writeOut(), which seals before it writes; rule 5 by commit(), which syncs before finish() marks; rule 6
+// by finish(), and where it could not, by beginJournal() of the next statement; rule 7 by takeBack(), which
+// whatever throws comes to. Where that fails too, the journal stays as it is, and whoever opens the file
+// next does it.
 //
 // A small statement has one segment and costs two syncs, of the journal and of the database; its mark
 // needs none.
@@ -24,6 +19,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cassert>
 #include <chrono>
 
 namespace vellums::jet {
@@ -86,6 +82,8 @@ void PageFile::makeRoom()
         orTakeBack([this] { writeOut(false); });
 }
 
+// A batch may have written pages beyond the end that it went back to. They are cut off before the sync: a
+// crash in between leaves a file of a size that no record wants, and it is rolled back.
 void PageFile::commit()
 {
     if (lost_)
@@ -112,8 +110,10 @@ void PageFile::rollBack()
         throwNotTakenBack(mayBeDone);
 }
 
+// The header speaks of the file as it was opened, which is the state that a rollback goes back to.
 void PageFile::beginJournal()
 {
+    assert(journal_ && !touched_ && !whole_);
     if (notRetired_) {
         retire(*journal_);
         notRetired_ = false;
@@ -122,14 +122,18 @@ void PageFile::beginJournal()
     writer_.emplace(*journal_, JournalHeader{statementNumber(), source_.pages(), identityOf(page0)});
 }
 
-// Writes the changed pages: the segment, then the database. `last`: the statement ends with them.
+// Writes the changed pages: the segment, then the database. `last`: the statement ends with them. From the
+// seal on the statement counts as having touched the file, although nothing may have reached it yet. A state
+// at the mark that lay in the file lies in an image now, so its null goes from beforeMark_.
 void PageFile::writeOut(bool last)
 {
+    assert(mode_ == OpenMode::Write && !lost_ && !whole_);
     if (!writer_)
         beginJournal();
     const std::vector<PageNo> pages = changedPages();
     writer_->begin(pages.size(), pageCount_, last);
     for (const PageNo page : pages) {
+        assert(page < pageCount_);
         const bool wanted = needsImage(page);
         const PageView before = wanted ? source_.read(page) : PageView();
         const std::uint64_t place = writer_->add(page, dirty_.at(page)->bytes, before);
@@ -171,6 +175,8 @@ bool PageFile::isMarkInFile(PageNo page) const
         !hasImageSinceMark(page);
 }
 
+// An image is wanted of what the file holds where it is the state before the statement, which only the first
+// write destroys, or that at the mark. Pages added by the statement have no state before it.
 bool PageFile::needsImage(PageNo page) const
 {
     const bool known = page < images_.size() && images_[page] != 0;
@@ -185,6 +191,7 @@ bool PageFile::hasImageSinceMark(PageNo page) const
 
 void PageFile::noteImage(PageNo page, std::uint64_t place)
 {
+    assert(place != 0 && (place & kBeforeMark) == 0);
     if (page >= images_.size())
         images_.resize(page + std::size_t{1});
     images_[page] = marked_ && !isMarkInFile(page) ? place | kBeforeMark : place;
@@ -204,11 +211,13 @@ void PageFile::rollbackToMark()
 {
     if (lost_)
         return;
+    assert(marked_);
     orTakeBack([this] { putBackMark(); });
     mark();
 }
 
-// What was written out since the mark is read from the journal and written out again as any change is.
+// What was written out since the mark is read from the journal and written out again as any change is. The
+// journal is not shortened: its records tell in order what happened to the file, this included.
 void PageFile::putBackMark()
 {
     for (const auto& [page, before] : beforeMark_) {
@@ -235,6 +244,7 @@ void PageFile::putBackMark()
 // file can tell.
 void PageFile::finish()
 {
+    assert(writer_ && whole_);
     const bool several = writer_->sealed() > 1;
     writer_.reset();
     images_ = {};
@@ -246,7 +256,7 @@ void PageFile::finish()
             markIdle(*journal_);
         if (several && journal_->size() > kKeptJournal)
             journal_->resize(0);
-    } catch (const FileError&) {
+    } catch (const FileError&) { // the statement is done all the same; the next one tries again
         notRetired_ = true;
     }
     if (pageCount_ == source_.pages() && pageCount_ == fileEnd_)
@@ -258,7 +268,9 @@ void PageFile::finish()
     }
 }
 
-// Puts the file back. False: it could not be done; the journal is left as it is.
+// Puts the file back. False: it could not be done; the journal is left as it is. The map of the file is
+// given up first, because a file that is mapped cannot be cut everywhere. Before the first seal nothing of
+// the database was written, and dropping the pages in memory is all.
 bool PageFile::takeBack() noexcept
 {
     dirty_.clear();

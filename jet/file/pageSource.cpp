@@ -1,3 +1,7 @@
+// The map of the file serves without copies and without a lock; bytes that are written to the file later
+// show in it, so forget() has nothing to do there. For the rest a list holds the latest pages, the last used
+// in front, and a table finds a page's place in the list. Both are under one lock, which is not held while
+// the disk is read: two threads may read the same page, and the first to come back is kept.
 #include "jet/file/pageSource.h"
 
 #include <limits>
@@ -6,7 +10,7 @@ namespace vellums::jet {
 namespace {
 
 constexpr std::uint64_t kMegabyte = 1 << 20;
-constexpr bool kSmallAddresses = sizeof(void*) < 8;
+constexpr bool kSmallAddresses = sizeof(void*) < 8; // 32 bits: a file of 2 GB does not go into a map
 
 } // namespace
 

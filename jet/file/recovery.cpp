@@ -31,6 +31,8 @@ public:
             journal.forEachRecord(i, [this](const JournalRecord& record) { compare(record); });
     }
 
+    // The file is at least as long as it was, no longer than the records say, the same at the start of page
+    // 0, and each sector of a changed page is explained.
     bool belongs() const
     {
         const std::uint64_t least = std::uint64_t{journal_.header().pagesBefore} * kPageSize;
@@ -38,6 +40,7 @@ public:
             identityOf(database_.read(0, kPageSize)) == journal_.header().identity && allSet(explained_);
     }
 
+    // Pages beyond the final end count for nothing: a batch may have written them and given them back.
     bool isComplete() const
     {
         const JournalReader::Segment& end = journal_.segments().back();
@@ -52,6 +55,8 @@ private:
         return std::all_of(masks.begin(), masks.end(), [](std::uint8_t m) { return m == kAllSectors; });
     }
 
+    // Several segments may speak of one page. What any of them explains stays explained; what is final is
+    // told by the latest alone. A sector beyond the old end needs no explanation (see above).
     void compare(const JournalRecord& record)
     {
         if (record.page >= explained_.size()) {
@@ -110,6 +115,8 @@ JournalVerdict judgeJournal(const DiskFile& database, const DiskFile& journal)
 void putBack(DiskFile& database, const DiskFile& journal, std::size_t segments)
 {
     const std::optional<JournalReader> reader = JournalReader::open(journal);
+    // Fewer segments than were sealed: the disk no longer gives back what was synced. Putting back what is
+    // left would mix two states, so nothing is.
     if (!reader || reader->segments().size() < segments)
         throw platform::FileError{platform::FileFault::Failed, 0};
     for (std::size_t i = reader->segments().size(); i-- > 0;)

@@ -1,8 +1,26 @@
+// Maps of pages: reading them bit by bit, and keeping them in a form that holds their pages.
+//
+//   form 0   00 | start page, 4 bytes | bits: page start + i is bit i % 8 of byte i / 8
+//   form 1   01 | page of bits for pages 0 to 32735, 4 bytes | the same for the next 32736 | ...
+//
+// An inline map covers a window of pages. When a page outside is added, the window moves so that all pages
+// of the set are inside; where no window is large enough the row becomes a map of form 1, at its present
+// length, and the pages are added again. It never turns back.
+//
+// The map of free pages is different: a set bit means free, and what it does not cover, behind the end of
+// the file, is free as well. So it is lengthened instead of moved, by ones, while page 1 has room, and
+// turned into form 1 after that. Taking the lowest free page always ends: either a bit is found, or the map
+// is made to cover the first page behind it. Bits beyond the end of the file mean pages that do not exist
+// yet.
+//
+// Nothing is kept between calls, because a row of a map moves when another one on its page grows. All
+// numbers come from the file: a page beyond its end counts as none.
 #include "jet/file/usageMap.h"
 
 #include "jet/file/dataPage.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace vellums::jet {
 namespace {
@@ -19,11 +37,13 @@ bool bitAt(ByteView bits, std::size_t index)
 
 void setBit(MutableBytes bits, std::size_t index, bool on)
 {
+    assert(index / 8 < bits.size());
     const auto mask = static_cast<std::byte>(1u << (index % 8));
     bits[index / 8] = on ? bits[index / 8] | mask : bits[index / 8] & ~mask;
 }
 
-// Calls back with the index of every set bit, ascending; the callback returns false to stop.
+// Calls back with the index of every set bit, ascending; the callback returns false to stop. Eight bytes at
+// a time as one little-endian number, in which `word & (word - 1)` takes the lowest bit away.
 template <typename Callback>
 bool eachBit(ByteView bits, Callback&& callback)
 {
@@ -53,7 +73,8 @@ std::optional<std::size_t> highestBit(ByteView bits, std::size_t limit)
     return std::nullopt;
 }
 
-// The row of a map, taken apart.
+// The row of a map, taken apart. The page of the map of free pages names itself as its owner, all other
+// pages of maps name 0.
 struct MapRow {
     DataPage home; // the page it lies on
     ByteView bytes;
@@ -194,6 +215,7 @@ std::vector<PageNo> UsageMap::bitmapPages() const
 
 void UsageMap::add(PageNo page, FreePages& free)
 {
+    assert(page != 0);
     const MapRow row(file_, place_);
     if (row.form() == 1) {
         const std::size_t span = page / kSpan;
@@ -203,6 +225,7 @@ void UsageMap::add(PageNo page, FreePages& free)
         if (bitmap == 0) {
             bitmap = free.allocate();
             initBitmapPage(file_.writeNew(bitmap), std::byte{0});
+            // Read anew: where the map lies on page 1, allocate() has changed that page.
             const MapRow now(file_, place_);
             Bytes changed(now.bytes.begin(), now.bytes.end());
             store<std::uint32_t>(changed, 1 + 4 * span, bitmap);
@@ -220,8 +243,8 @@ void UsageMap::add(PageNo page, FreePages& free)
         if (!contains(page))
             set.push_back(page);
         const auto [least, most] = std::minmax_element(set.begin(), set.end());
-        const PageNo low = *least / 8 * 8;
-        // A start of 0 is kept as long as it serves.
+        const PageNo low = *least / 8 * 8; // a window starts at a whole byte of bits
+        // A start of 0 is kept as long as it serves, as in a fresh map.
         const PageNo newStart = *most < capacity ? 0 : low;
         if (*most - newStart < capacity) {
             std::fill(changed.begin() + 1, changed.end(), std::byte{0});
@@ -265,7 +288,8 @@ FreePages::FreePages(PageFile& file)
 
 namespace {
 
-// The lowest free page: of the map's bits, or the first page behind what an inline map covers.
+// The lowest free page: of the map's bits, or the first page behind what an inline map covers, or of a span
+// that has no page of bits yet. The last two are not `covered`: the map must grow before they are taken.
 struct Lowest {
     PageNo page = 0;
     bool covered = true; // the map has a bit for it
@@ -341,7 +365,8 @@ void makeGlobalReference(PageFile& file)
     }
 }
 
-// Makes the map cover a page behind its present range.
+// Makes the map cover a page behind its present range, 32 pages at a time as other programs do. New bits say
+// free, but for pages inside the file, of which nothing is known.
 void growGlobalMap(PageFile& file, PageNo page)
 {
     const MapRow row(file, kGlobalMap);
@@ -392,8 +417,10 @@ PageNo FreePages::allocate()
     return lowest.page;
 }
 
+// The content stays, but for the first byte: whoever still points here finds a page of another kind.
 void FreePages::release(PageNo page, std::uint8_t kind)
 {
+    assert(page != 0 && page < file_.pageCount());
     if (kind != 0)
         file_.write(page)[0] = static_cast<std::byte>(kind);
     setGlobalBit(file_, page, true);
