@@ -1,3 +1,7 @@
+// Looking things up in a tree. The way down leads to the one leaf where an entry stands or would stand; from
+// there on the chain of leaves gives all that follow, without the nodes. The smallest row pointer behind a
+// key gives its first entry. A leaf may be empty, so a walk goes on until the key is another one, not until
+// a leaf gives nothing. Leaves that were met are remembered: a chain that comes back is an error.
 #include "jet/index/bTree.h"
 
 #include "jet/index/treeWriter.h"
@@ -46,6 +50,7 @@ bool BTree::erase(ByteView key, RowRef row, FreePages& free)
     return TreeWriter(file_, place_, free).erase(leafEntry(key, row));
 }
 
+// For entries whose key cannot be made again, or was made by other rules: costs a walk over all leaves.
 bool BTree::eraseByRow(RowRef row, FreePages& free)
 {
     Bytes found;

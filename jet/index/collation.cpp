@@ -1,8 +1,23 @@
+// Texts as keys, and texts compared as their keys would be.
+//
+//   primary weights | 01 | diacritics | 01 01 | kana | FF | 01 | signs | 00
+//
+// A level says less than those in front of it, and what says nothing is left out: plain diacritics at the
+// end, the kana level where there are no kana (with the FF, which separates it from signs), the signs where
+// there are none (with their 01), and both together with the 01 01 in front. So `Note` is four weights, 01
+// and 00. Case, width and the kind of kana have no weight at all. Hyphens, apostrophes and control
+// characters are signs: they count last, by the number of weights in front of them.
+//
+// Descending keys are the complement of all that, 00 included, and have a 00 of their own behind it.
+//
+// A key of an index is bounded: 255 units, positions in two bytes, units without a place in the order
+// refused. Comparison knows no such bounds; its keys are wider and never go into a file.
 #include "jet/index/collation.h"
 
 #include "jet/index/textWeights.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace vellums::jet {
 namespace {
@@ -68,6 +83,7 @@ public:
         }
         if (!wide_)
             return false;
+        // Behind every other weight, in the order of the units themselves.
         const std::byte weight[] = {std::byte{0xFF}, std::byte{0xFF}, static_cast<std::byte>(unit >> 8),
             static_cast<std::byte>(unit & 0xFF)};
         append(primary_, ByteView(weight));
@@ -111,6 +127,8 @@ private:
         }
     }
 
+    // The position, 06 and the sign's value. Positions count weights, not units: an expansion such as that
+    // of a sharp s counts twice.
     void addSign(std::uint8_t value)
     {
         const auto place = static_cast<std::uint32_t>(7 + 4 * (diacritics_.size() - leading_));
@@ -121,12 +139,15 @@ private:
         signs_.push_back(std::byte{value});
     }
 
+    // Three flags of two bits to a byte, under a set top bit; small kana differ from plain ones (3), which
+    // are left out at the end. What follows is the same in every key.
     void appendKana(Bytes& key)
     {
         std::vector<std::uint8_t> flags = kana_;
         while (!flags.empty() && flags.back() == 3)
             flags.pop_back();
         for (std::size_t i = 0; i < flags.size(); i += 3) {
+            assert(flags[i] <= 3);
             unsigned packed = 0x80U | static_cast<unsigned>(flags[i]) << 4;
             if (i + 1 < flags.size())
                 packed |= static_cast<unsigned>(flags[i + 1]) << 2;
@@ -220,8 +241,9 @@ bool appendTextKey(Bytes& key, std::u16string_view text, SortOrder order, bool a
     return true;
 }
 
-// Most texts differ in a primary weight, so these are compared first, from the first code unit that
-// differs; the finer levels, which depend on the whole text, are looked at on a tie only.
+// Most texts differ in a primary weight, so these are compared first, from the first code unit that differs;
+// the finer levels, which depend on the whole text, are looked at on a tie only. That gives what whole keys
+// would give, since a unit's primary weights do not depend on its neighbours.
 std::strong_ordering compareTexts(std::u16string_view a, std::u16string_view b, SortOrder order)
 {
     a = withoutTrailingBlanks(a);

@@ -5,6 +5,7 @@
 #include "jet/index/indexPage.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace vellums::jet {
 namespace {
@@ -32,7 +33,8 @@ std::uint32_t bigEndian(ByteView bytes)
     return number;
 }
 
-// Where the entries end, by the mask.
+// Where the entries end, by the mask. It has seven bits more than the entry area has places; they must be
+// clear.
 std::vector<std::size_t> entryEnds(ByteView page)
 {
     std::vector<std::size_t> ends;
@@ -46,6 +48,7 @@ std::vector<std::size_t> entryEnds(ByteView page)
     return ends;
 }
 
+// The prefix must end before the row pointer of the first entry: it is a part of the key.
 void readEntries(IndexPage& out, ByteView page, std::size_t trailer)
 {
     const std::vector<std::size_t> ends = entryEnds(page);
@@ -97,6 +100,7 @@ PageNo EntryList::child(std::size_t entry) const
 
 void EntryList::insert(std::size_t before, ByteView entry)
 {
+    assert(before <= size() && entry.size() >= trailer_);
     const std::size_t place = start(before);
     bytes_.insert(bytes_.begin() + static_cast<std::ptrdiff_t>(place), entry.begin(), entry.end());
     ends_.insert(ends_.begin() + static_cast<std::ptrdiff_t>(before), place);
@@ -106,6 +110,7 @@ void EntryList::insert(std::size_t before, ByteView entry)
 
 void EntryList::erase(std::size_t entry)
 {
+    assert(entry < size());
     const std::size_t first = start(entry);
     const std::size_t length = ends_[entry] - first;
     const auto from = bytes_.begin() + static_cast<std::ptrdiff_t>(first);
@@ -117,6 +122,7 @@ void EntryList::erase(std::size_t entry)
 
 EntryList EntryList::part(std::size_t first, std::size_t last) const
 {
+    assert(first <= last && last <= size());
     EntryList list(trailer_);
     list.bytes_.assign(bytes_.begin() + static_cast<std::ptrdiff_t>(start(first)),
         bytes_.begin() + static_cast<std::ptrdiff_t>(start(last)));
@@ -125,6 +131,8 @@ EntryList EntryList::part(std::size_t first, std::size_t last) const
     return list;
 }
 
+// Entries are sorted, so what the first and the last begin with all of them begin with. Other programs use
+// no prefix until a page would overflow, and neither does this.
 std::size_t EntryList::prefix(std::size_t first, std::size_t last) const
 {
     if (last - first < 2 || bytes(first, last) <= kEntryAreaSize)
@@ -166,6 +174,7 @@ IndexPage readIndexPage(const PageFile& file, PageNo page, PageNo table)
 
 void writeIndexPage(MutableBytes bytes, const IndexPage& page, PageNo table)
 {
+    assert(bytes.size() == kPageSize && page.entries.fits());
     const EntryList& entries = page.entries;
     const std::size_t prefixLength = entries.prefix(0, entries.size());
     std::fill(bytes.begin(), bytes.end(), std::byte{});

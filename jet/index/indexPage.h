@@ -21,6 +21,7 @@
 
 #include "jet/file/pageFile.h"
 
+#include <cassert>
 #include <vector>
 
 namespace vellums::jet {
@@ -46,6 +47,7 @@ public:
     std::size_t start(std::size_t entry) const { return entry == 0 ? 0 : ends_[entry - 1]; }
     ByteView at(std::size_t entry) const
     {
+        assert(entry < ends_.size());
         return ByteView(bytes_).subspan(start(entry), ends_[entry] - start(entry));
     }
     // Key and row pointer.

@@ -1,3 +1,14 @@
+// Values as bytes that sort like the values:
+//
+//   flag      7F, or 00 for NULL; descending 80, or FF
+//   whole     big-endian, the sign bit flipped; booleans one byte, 00 for true, since true is -1
+//   real      big-endian, the sign bit flipped; negative numbers inverted as a whole instead
+//   decimal   FF and the magnitude; of negative numbers 00 and the magnitude inverted
+//   bytes     segments of eight with a count behind each; GUIDs too, as they are displayed
+//   text      collation.cpp
+//
+// Descending columns invert what ascending ones give, but for the counts between segments. The parts of
+// several columns follow one another without lengths.
 #include "jet/index/key.h"
 
 #include "jet/index/collation.h"

@@ -1,12 +1,18 @@
+// Unpacks the ranges of a packed table (collationTables.h) into an entry of a few bytes for each code unit,
+// so that a look-up is one step; a table takes less than a megabyte, and is unpacked when it is first asked
+// for. Within a range the weight moves on by a step from unit to unit. Short weights lie in the entry
+// itself. Longer ones lie in a pool, and the entry has their place; so do diacritics of more than one value.
 #include "jet/index/textWeights.h"
 
 #include "jet/index/collationTables.h"
+
+#include <cassert>
 
 namespace vellums::jet {
 namespace {
 
 // Kinds as the packed tables number them; the first six are those of WeightKind.
-constexpr std::uint8_t kPrivateUse = 6;
+constexpr std::uint8_t kPrivateUse = 6; // four units share a weight and differ in their diacritic value
 constexpr std::array<std::uint8_t, 4> kPrivateUseDiacritics = {0x02, 0x43, 0x84, 0xC5};
 
 class RangeReader {
@@ -15,7 +21,11 @@ public:
         : bytes_(bytes)
     {
     }
-    std::uint8_t byte() { return bytes_[at_++]; }
+    std::uint8_t byte()
+    {
+        assert(at_ < bytes_.size());
+        return bytes_[at_++];
+    }
     std::uint32_t number()
     {
         std::uint32_t value = 0;
@@ -39,8 +49,8 @@ private:
     std::size_t at_ = 0;
 };
 
-// The weight `steps` places after `primary`. Of longer weights the last two bytes count, the lower one
-// from 02 to FF.
+// The weight `steps` places after `primary`. Of longer weights the last two bytes count, the lower one from
+// 02 to FF: 00 and 01 end a key and its levels. So there are 254 of them to one of the upper byte.
 Bytes advanced(Bytes primary, std::uint32_t steps)
 {
     if (steps == 0)
@@ -85,6 +95,7 @@ TextWeights::TextWeights(std::span<const std::uint8_t> ranges)
         if (weighs && diacritics.empty())
             diacritics.push_back(std::byte{kPlainDiacritic});
         const std::uint8_t detail = kind >= 2 && kind <= 4 ? in.byte() : std::uint8_t{0};
+        assert(unit + count <= 0x10000); // the table is generated: its ranges cover the units exactly
         for (std::uint32_t i = 0; i < count; ++i, ++unit) {
             Unit& u = units_[unit];
             u.kind = kind == kPrivateUse ? WeightKind::Weight : static_cast<WeightKind>(kind);
@@ -119,6 +130,7 @@ void TextWeights::setDiacritics(Unit& unit, ByteView diacritics)
     unit.diacritic = diacritics[0];
     if (diacritics.size() == 1)
         return;
+    assert(pool_.size() <= 0xFFFF);
     unit.diacriticAt = static_cast<std::uint16_t>(pool_.size());
     append(pool_, diacritics);
 }

@@ -1,4 +1,13 @@
 // The check of a whole tree: structure, order, bounds, the chain of leaves, the usage map.
+//
+// From the root down, in the order of the keys. Each page is visited with the bounds of the way to it: its
+// entries must be larger than the lower one and not larger than the upper one; a missing bound is open. The
+// order within a page is checked where it is read. A page is entered once, so the walk ends in any circle,
+// and the depth is limited, so it ends in any chain. A page that cannot be read is one fault, and the rest
+// is looked at all the same; the leaves are remembered as they come, and their chain is compared at the end.
+//
+// Bounds that are larger than anything below them and empty leaves are no faults: that is how deleting
+// leaves a tree.
 #include "jet/index/bTree.h"
 #include "jet/index/indexPage.h"
 
@@ -86,6 +95,8 @@ private:
         }
     }
 
+    // A node without a tail lets the child of its last entry serve everything above as well, up to the bound
+    // of the node itself.
     void visitChildren(const IndexPage& page, std::size_t depth, const Bound& lower, const Bound& upper)
     {
         if (page.entries.empty() && page.tail == 0)

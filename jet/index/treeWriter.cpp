@@ -1,6 +1,21 @@
+// Adding to a tree, taking from it, and building it anew.
+//
+// A node entry is an upper bound: everything below its child is not larger, and larger than the entry
+// before. It need not exist itself, so taking the largest entry out of a leaf leaves the nodes above alone,
+// and a new entry on the way that descend() took is within all bounds already. What lies above the last
+// entry of a node hangs on its tail.
+//
+// A page that overflows gives its left part to a new page: the old one keeps its slot in the parent, whose
+// bound stays right, and the parent only gains an entry in front of that slot. This may overflow the parent,
+// and so on up the path, which ends at the root; the root never moves, so its content first goes to a page
+// of its own. Dividing a leaf writes four pages: both parts, the left neighbour and the parent. Pages that
+// become small are not filled up from their neighbours; they are given back when they are empty.
+//
+// Leaves are chained across the whole level, nodes only among the children of one parent.
 #include "jet/index/treeWriter.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace vellums::jet {
 namespace {
@@ -16,9 +31,9 @@ void requireLength(ByteView entry)
         throw Error(0, kFail, u"A value is too long for an index of the table.");
 }
 
-// Where to cut entries that do not fit on one page: at half of their bytes, or as near to it as lets
-// both parts fit. Only a new first or last entry can spoil the shared prefix, so a cut behind the
-// first or before the last entry always serves.
+// Where to cut entries that do not fit on one page: at half of their bytes, or as near to it as lets both
+// parts fit. Only a new first or last entry can spoil the shared prefix, so a cut behind the first or before
+// the last entry always serves. All cuts are tried; each costs comparing two pairs of keys.
 std::size_t balancedCut(const EntryList& entries)
 {
     const std::size_t n = entries.size();
@@ -82,6 +97,7 @@ PageNo TreeWriter::allocate()
 
 void TreeWriter::release(PageNo page)
 {
+    assert(page != place_.root);
     map_.remove(page);
     free_.release(page, 0);
 }
@@ -100,6 +116,8 @@ void TreeWriter::link(PageNo page, std::size_t field, PageNo to)
     store<std::uint32_t>(file_.write(page), field, to);
 }
 
+// For the counter of different keys, a hint to other programs: an entry of the same key could only be next
+// to this one, here or on the leaf beside it. One behind an empty leaf goes unnoticed.
 bool TreeWriter::hasNewKey(const IndexPage& leaf, std::size_t place) const
 {
     const ByteView key = keyOf(leaf.entries.at(place));
@@ -142,7 +160,7 @@ bool TreeWriter::insert(ByteView entry)
         throwDamaged(u"an index holds an entry of a new row already");
     leaf.entries.insert(place, entry);
     const bool isNew = hasNewKey(leaf, place);
-    // Rising keys leave full pages behind.
+    // Rising keys leave full pages behind: only the new entry goes on, to what will be the last leaf.
     const bool lastOfAll = leaf.next == 0 && place + 1 == leaf.entries.size();
     const std::size_t depth = path.nodes.size();
     storeAt(path, depth, std::move(leaf), lastOfAll ? place : kBalanced);
@@ -169,6 +187,7 @@ void TreeWriter::storeAt(TreePath& path, std::size_t depth, IndexPage page, std:
     }
     if (cut == kBalanced)
         cut = balancedCut(page.entries);
+    assert(cut > 0 && cut < page.entries.size());
     IndexPage left(allocate(), page.leaf);
     left.level = page.level;
     left.entries = page.entries.part(0, cut);
@@ -177,6 +196,7 @@ void TreeWriter::storeAt(TreePath& path, std::size_t depth, IndexPage page, std:
     const ByteView lastBound = left.entries.bound(cut - 1);
     const Bytes bound(lastBound.begin(), lastBound.end());
     if (!left.leaf) {
+        // The bound of the left part's last child moves up into the parent, and the child to the tail.
         left.tail = left.entries.child(cut - 1);
         left.entries.erase(cut - 1);
     }
@@ -213,6 +233,7 @@ void TreeWriter::cutChainBetweenChildren(const IndexPage& left)
     link(child.page, kNextField, 0);
 }
 
+// The bounds above are left as they are, even where the entry was the last of its leaf.
 bool TreeWriter::erase(ByteView entry)
 {
     TreePath path = descend(file_, place_, entry);
@@ -232,6 +253,7 @@ bool TreeWriter::erase(ByteView entry)
 // a root that does becomes an empty leaf.
 void TreeWriter::dropFrom(TreePath& path, std::size_t depth, const IndexPage& page)
 {
+    assert(page.entries.empty() && page.tail == 0);
     if (depth == 0) {
         write(IndexPage(place_.root, true));
         return;
@@ -262,6 +284,8 @@ void TreeWriter::unchain(const IndexPage& page)
     link(page.next, kPreviousField, page.previous);
 }
 
+// From the leaves up, level by level, each page as full as it goes. The pages that the tree has are used
+// again, lowest first; what is left of them is given back, what is missing is taken from the free ones.
 void TreeWriter::rebuild(std::vector<Bytes> entries)
 {
     for (const Bytes& entry : entries)
@@ -281,8 +305,9 @@ void TreeWriter::rebuild(std::vector<Bytes> entries)
     reusable_.clear();
 }
 
-// Gives the pages of a level their numbers and neighbours (already set for nodes: -1 in `next` stands
-// for the following page) and writes them; a level of one page is the root.
+// Gives the pages of a level their numbers and writes them; a level of one page is the root. Leaves get
+// their neighbours here. Nodes are written without any: who their neighbours are depends on the parents, so
+// buildNodes() links them once it has grouped them.
 void TreeWriter::writeLevel(std::vector<IndexPage>& pages)
 {
     for (IndexPage& page : pages)
@@ -296,6 +321,7 @@ void TreeWriter::writeLevel(std::vector<IndexPage>& pages)
     }
 }
 
+// Without entries there is one leaf all the same: the empty root.
 std::vector<TreeWriter::Built> TreeWriter::buildLeaves(const std::vector<Bytes>& entries)
 {
     std::vector<IndexPage> pages(1, IndexPage(0, true));
@@ -319,6 +345,8 @@ std::vector<TreeWriter::Built> TreeWriter::buildLeaves(const std::vector<Bytes>&
 // Groups the children below nodes: all but the last of a group get an entry, the last is the tail.
 std::vector<TreeWriter::Built> TreeWriter::buildNodes(const std::vector<Built>& children, std::uint8_t level)
 {
+    // Where the groups begin. A child opens a new one when the entry of the child before it finds no room;
+    // that one then is the tail of its group and takes no entry.
     std::vector<std::size_t> starts = {0};
     EntryList list(kRowPointer + kChildPointer);
     for (std::size_t i = 1; i < children.size(); ++i) {
