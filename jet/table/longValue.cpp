@@ -24,7 +24,8 @@ PageView longValueRow(const PageFile& file, RowRef at)
     return page.row(at.row);
 }
 
-// Calls back with the place and the chunk of each row of a chain.
+// Calls back with the place and the chunk of each row of a chain. A chunk is at least one byte, so the
+// length is reached in the end; what the last row has beyond it is left out.
 template <typename Callback>
 void eachChunk(const PageFile& file, const LongValueReference& reference, Callback&& callback)
 {

@@ -1,10 +1,20 @@
+// Finding room for rows. The map of pages with free space is a hint: other programs leave pages in it that
+// are full, and pages out of it that are not. So the page's own count of free bytes decides, and only the
+// highest few of the map are tried, most likely the latest; a page with hardly any space is taken out of the
+// map on the way, so that a table that grows usually looks at one or two pages for a row. None of them: a
+// new page.
+//
+// The other direction is as cheap: a page that gets space is put into the map, one that loses its last row
+// is given back.
 #include "jet/table/pageSpace.h"
+
+#include <cassert>
 
 namespace vellums::jet {
 namespace {
 
 constexpr int kPagesTried = 6;
-constexpr int kHardlyAnySpace = 64;
+constexpr int kHardlyAnySpace = 64; // bytes
 
 PageNo newPage(PageFile& file, const PageOwner& owner, bool shared)
 {
@@ -39,6 +49,8 @@ PageNo pageWithRoom(PageFile& file, const PageOwner& owner, std::size_t length)
 
 } // namespace
 
+// The count of free bytes is checked against the row table here, once for all changes of a page: with a
+// wrong one a row could be written over others.
 MutableBytes writablePage(PageFile& file, const PageOwner& owner, PageNo page)
 {
     const DataPage data(file.read(page));
@@ -51,6 +63,7 @@ MutableBytes writablePage(PageFile& file, const PageOwner& owner, PageNo page)
 
 RowRef placeRow(PageFile& file, const PageOwner& owner, ByteView row, std::uint16_t flags)
 {
+    assert(kDataHeader + 2 + row.size() <= kPageSize);
     PageNo page = pageWithRoom(file, owner, row.size());
     if (page == 0)
         page = newPage(file, owner, true);

@@ -1,6 +1,11 @@
+// Rows to bytes and back (the layout is in the header). A row is read from both ends: the fixed area from
+// the front, the null mask and the table of offsets from the back, since only there their lengths are known.
+// A row may be older than its table: columns with a number or a slot that it does not have yet are NULL.
+// Bytes between the last value and the table of offsets are passed over; other programs leave some.
 #include "jet/table/rowCodec.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace vellums::jet {
 namespace {
@@ -46,6 +51,8 @@ std::optional<ByteView> columnBytes(ByteView row, const Column& column)
     const std::size_t count = load<std::uint16_t>(body, countAt);
     if (column.slot >= count)
         return std::nullopt;
+    // From the back: the count, then one offset for each slot, slot 0 first, then the end of the data. So
+    // the offset behind that of a slot is where its value ends.
     if (countAt < 2 * (count + 1) + 2)
         throwDamaged(u"a row has too many offsets");
     const std::size_t tableAt = countAt - 2 * (count + 1);
@@ -58,6 +65,7 @@ std::optional<ByteView> columnBytes(ByteView row, const Column& column)
 
 Bytes encodeRow(const TableDefinition& definition, const RowContent& content)
 {
+    assert(content.size() == definition.columns.size());
     Bytes row;
     append<std::uint16_t>(row, definition.columnSlots);
     row.resize(2 + definition.fixedLength());

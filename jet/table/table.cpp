@@ -13,15 +13,16 @@
 #include "jet/table/valueCodec.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace vellums::jet {
 namespace {
 
 constexpr std::size_t kCalculatedLengthAt = 16;
 constexpr std::size_t kCalculatedHeader = 20;
-constexpr int kMostHops = 8;
+constexpr int kMostHops = 8; // one is the rule, more are damage or a foreign habit
 
-// A calculated column wraps its value.
+// A calculated column wraps its value: a head of 20 bytes with the length at 16, then the value.
 ByteView unwrapCalculated(ByteView bytes)
 {
     if (bytes.size() < kCalculatedHeader)
@@ -65,11 +66,13 @@ bool Row::isNull(std::size_t column) const
 
 std::optional<ByteView> Row::stored(std::size_t column) const
 {
+    assert(column < definition_->columns.size());
     return columnBytes(bytes_, definition_->columns[column]);
 }
 
 Value Row::value(std::size_t column) const
 {
+    assert(column < definition_->columns.size());
     const Column& c = definition_->columns[column];
     if (c.type == ColumnType::Boolean && !c.isCalculated())
         return isPresent(bytes_, c);
@@ -90,6 +93,7 @@ StoredText Row::text(std::size_t column, Bytes& scratch) const
     return bytes ? textOf(definition_->columns[column], *bytes, scratch) : StoredText{};
 }
 
+// In this order: a calculated memo is a long value whose content is wrapped.
 std::optional<ByteView> Row::content(std::size_t column, Bytes& scratch) const
 {
     const Column& c = definition_->columns[column];
@@ -154,6 +158,7 @@ std::optional<Row> Table::Scan::next()
     }
 }
 
+// Pages are shared out by number alone: how many rows lie on one is known only when it is read.
 std::vector<Table::Scan> Table::scans(std::size_t parts) const
 {
     const std::vector<PageNo> pages = UsageMap(file_, definition_.ownedMap).pages();

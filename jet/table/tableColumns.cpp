@@ -1,4 +1,10 @@
-// Appending a column to a table.
+// Appending a column to a table. The new column takes the next number, the next slot or the next bytes of
+// the fixed area, and its record, its name and the maps of its pages are put in behind those of the others:
+//
+//   header | counters | records, + one | names, + one | indexes | maps of long values, + one | FF FF
+//
+// Parts further back are put in first, so that the places of those in front stay right. Rows stay as they
+// are: a row knows how many columns there were when it was written.
 #include "jet/file/dataPage.h"
 #include "jet/file/usageMap.h"
 #include "jet/table/table.h"

@@ -7,6 +7,7 @@
 #include "jet/file/usageMap.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace vellums::jet {
 namespace {
@@ -23,7 +24,7 @@ constexpr std::uint32_t kPhysicalMagic = 0x0783;
 constexpr std::uint8_t kKnownIndexFlags = 0x8B;
 constexpr std::uint16_t kNoColumn = 0xFFFF;
 
-// Reads the joined definition from front to back.
+// Reads the joined definition from front to back; no step leaves it.
 class Reader {
 public:
     explicit Reader(ByteView bytes)
@@ -72,6 +73,19 @@ Bytes joinPages(const PageFile& file, PageNo first, std::vector<PageNo>& pages)
     return joined;
 }
 
+// The 25 bytes of a column:
+//
+//   offset  size  holds
+//        0     1  type
+//        5     2  number
+//        7     2  slot
+//        9     2  position
+//       11     4  sort order; of decimals precision and scale, a byte each
+//       15     1  flags, and more at 16
+//       21     2  offset in the fixed area
+//       23     2  length
+//
+// The sort order of columns that are no texts means nothing, and that of some texts is 0: the file's.
 Column readColumn(ByteView record, SortOrder defaultOrder)
 {
     Column column;
@@ -91,6 +105,8 @@ Column readColumn(ByteView record, SortOrder defaultOrder)
     return column;
 }
 
+// What is not understood is kept and makes the index one that the engine does not write; reading the table
+// does not depend on it.
 PhysicalIndex readPhysicalIndex(ByteView record, const TableDefinition& definition)
 {
     PhysicalIndex index;
@@ -257,6 +273,10 @@ std::size_t definitionPageCount(std::size_t bytes)
     return bytes <= kPageSize ? 1 : 1 + (bytes - kPageSize + kContinuation - 1) / kContinuation;
 }
 
+//   first page     bytes 0 to 4095 of `joined`
+//   further ones   kind, free bytes, next page; then 4088 bytes of it each
+//
+// The head of the first page is the beginning of `joined`, and is copied back once it is written.
 void writeDefinitionBytes(PageFile& file, TableDefinition& definition)
 {
     Bytes& joined = definition.joined;
@@ -283,6 +303,7 @@ void writeDefinitionBytes(PageFile& file, TableDefinition& definition)
             page, 2, static_cast<std::uint16_t>(used + 8 > kPageSize ? 0 : kPageSize - 8 - used));
         store<std::uint32_t>(page, 4, i + 1 < pagesNeeded ? definition.pages[i + 1] : 0);
     }
+    assert(rest.empty());
     const PageView first = file.read(definition.page);
     std::copy_n(first.bytes().begin(), 8, joined.begin());
 }

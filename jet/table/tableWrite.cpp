@@ -1,4 +1,19 @@
-// Changing rows. What can fail is checked first: rules, lengths, keys; then pages change.
+// Changing rows, together with the indexes, long values and counters that go with them.
+//
+// Each change has two halves. The first only looks: rules, lengths, whether the row fits on a page, the key
+// for each index and whether the index takes it. The second changes pages. What fails only there (a damaged
+// file, a full disk, a key of several columns that grows too long) is taken back with the whole statement.
+//
+// A row has a home, the place that indexes name, and keeps it for life. Where it grows out of its page the
+// home keeps four bytes that say where the row went, and the far end is marked so that scans pass over it:
+//
+//   home 0x4000: row, page, page, page   ->   far end 0x8000: the row
+//
+// When it moves again its old far end is deleted and the home points to the new one: never more than one
+// step. Where it fits nowhere but at home it goes home again. Indexes are not touched by any of that.
+//
+// Long values that are to lie outside are placed between the halves, since the row needs their places; so
+// the keys are made from a preview of the row that has them in line.
 #include "jet/file/dataPage.h"
 #include "jet/file/usageMap.h"
 #include "jet/index/bTree.h"
@@ -10,6 +25,7 @@
 #include "jet/table/valueCodec.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace vellums::jet {
 namespace {
@@ -21,6 +37,7 @@ struct NewRow {
     std::vector<std::optional<Bytes>> outside; // parallel to the columns
 };
 
+// Of a validation rule only this is known: whether there is one. A NULL breaks none.
 void checkRules(const Table& table, const Assignment& assignment)
 {
     const Column& column = table.definition().columns[assignment.column];
@@ -38,6 +55,9 @@ void checkRules(const Table& table, const Assignment& assignment)
             rule.validationRule + u"', which cannot be checked here; it is left as it is.");
 }
 
+// A true boolean is present and without bytes, a false one absent. The place of a long value that is to lie
+// outside is held by twelve zeros, so that the length of the row is right from the start. A memo is
+// compressed only where it stays in line.
 void setContent(NewRow& row, const Column& column, std::size_t at, const Value& value)
 {
     row.content[at].reset();
@@ -82,7 +102,8 @@ void setContent(NewRow& row, const Column& column, std::size_t at, const Value& 
     }
 }
 
-// While the row is too long, its longest inline value moves out.
+// While the row is too long, its longest inline value moves out. Each round takes one, so it ends: with a
+// row that fits, or with none left to take. Values that the row had before, in an update, move out as well.
 void makeFitting(const TableDefinition& definition, NewRow& row)
 {
     while (encodeRow(definition, row.content).size() > kMaxRowBytes) {
@@ -102,8 +123,9 @@ void makeFitting(const TableDefinition& definition, NewRow& row)
     }
 }
 
-// A row as it will be, for computing keys: long values that lie outside are put in line, whatever
-// their length.
+// A row as it will be, for computing keys, which it is good for alone: a long value that is to lie outside
+// is put in line where an index asks for it, cut to 512 bytes; elsewhere its twelve zeros stay, which read
+// as an empty value. It may be longer than a page. The bytes are in `bytes` and must outlive the row.
 Row previewRow(
     const PageFile& file, const TableDefinition& definition, const NewRow& row, RowRef home, Bytes& bytes)
 {
@@ -115,7 +137,7 @@ Row previewRow(
                     [&](const IndexColumn& c) { return c.number == definition.columns[i].number; });
             });
         if (row.outside[i] && indexed) {
-            // Keys look at the first 255 units.
+            // Keys look at the first 255 units, which are 510 bytes where a text is not compressed.
             const ByteView value =
                 ByteView(*row.outside[i]).first(std::min<std::size_t>(row.outside[i]->size(), 512));
             content[i] = inlineReference(value);
@@ -125,7 +147,8 @@ Row previewRow(
     return {file, definition, home, PageView(bytes)};
 }
 
-// Refuses keys that the index does not take.
+// Refuses keys that the index does not take. `self` is the home of the row that is changed, whose present
+// entry is no duplicate; a row that is inserted has none. Keys that are NULL in every column may repeat.
 void checkKey(PageFile& file, const Table& table, const PhysicalIndex& index, const RowKey& key, RowRef self)
 {
     if (key.state == RowKey::State::Absent)
@@ -161,6 +184,7 @@ void addIndexEntry(PageFile& file, TableDefinition& definition, std::size_t at, 
         return;
     FreePages free(file);
     BTree tree(file, treeOf(definition, definition.physicalIndexes[at]));
+    // The counter of different keys is a hint for others, raised here and never lowered.
     if (tree.insert(key.bytes, row, free)) {
         const std::size_t differentKeys = definition.counterOffsets[at] + 4;
         patchDefinition(
@@ -168,6 +192,8 @@ void addIndexEntry(PageFile& file, TableDefinition& definition, std::size_t at, 
     }
 }
 
+// An entry that is not found by the key of its row was made by other rules than ours, or its key cannot be
+// made here at all; it is looked for by the row. That it is nowhere is damage.
 void removeIndexEntry(PageFile& file, const TableDefinition& definition, const PhysicalIndex& index,
     const RowKey& key, RowRef row)
 {
@@ -267,8 +293,10 @@ std::int32_t Table::insert(const std::vector<Assignment>& assignments)
     row.content.resize(definition_.columns.size());
     row.outside.resize(definition_.columns.size());
     std::vector<Value> values(definition_.columns.size());
-    for (const Assignment& assignment : assignments)
+    for (const Assignment& assignment : assignments) {
+        assert(assignment.column < values.size());
         values[assignment.column] = assignment.value;
+    }
     std::int32_t autoNumber = 0;
     for (std::size_t i = 0; i < values.size(); ++i) {
         const Column& column = definition_.columns[i];
@@ -338,6 +366,7 @@ void Table::update(RowRef home, const std::vector<Assignment>& assignments)
         RowKey before;
         RowKey after;
     };
+    // An index none of whose columns is assigned is left alone, even one whose keys cannot be made here.
     std::vector<Change> changes;
     for (std::size_t i = 0; i < definition_.physicalIndexes.size(); ++i) {
         const PhysicalIndex& index = definition_.physicalIndexes[i];
@@ -387,6 +416,7 @@ void Table::erase(RowRef home)
     file_.makeRoom();
 }
 
+// The places are collected first, since a scan must not see its table change.
 void Table::rewriteRows()
 {
     std::vector<RowRef> homes;

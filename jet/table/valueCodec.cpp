@@ -1,3 +1,11 @@
+// Values to bytes and back. Numbers lie little-endian, as in memory.
+//
+//   decimal   00, or 80 when negative; four numbers of four bytes, the most significant one first
+//   text      UTF-16LE; or FF FE, then a byte for each unit from U+0001 to U+00FF
+//
+// In a text with FF FE a zero byte changes to two bytes a unit, the next one back, and so on. Such texts are
+// read, never written: a text is compressed where all of its units fit, or not at all. A reader may use the
+// bytes behind the mark as they lie while there is no zero among them, which storedText() finds out.
 #include "jet/table/valueCodec.h"
 
 #include <algorithm>
