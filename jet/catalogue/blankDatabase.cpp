@@ -1,3 +1,23 @@
+// A file from nothing: the pages are laid out by hand, each table a few pages, with all rows that it needs.
+//
+//   page    holds
+//   0       header
+//   1       map of free pages, and a second map that stays empty
+//   2-5     definitions of MSysObjects, MSysACEs, MSysQueries, MSysRelationships
+//   6-8     maps of MSysObjects, roots of its two indexes
+//   9-10    maps and root of MSysACEs
+//   11-12   of MSysQueries
+//   13-16   maps of MSysRelationships, roots of its three indexes
+//   17      rows of MSysObjects
+//   .mdb
+//   18      rows of MSysACEs
+//   .accdb
+//   18-22   definition, maps and three roots of MSysComplexColumns
+//   23-40   definition and maps of each of nine MSysComplexType_... tables
+//   41      rows of MSysACEs
+//
+// Everything fits: rows of a table on one page, entries of an index in its root. The writer that tables have
+// needs an open file with a catalogue in it, so it cannot help here.
 #include "jet/catalogue/blankDatabase.h"
 
 #include "jet/catalogue/definitionBuilder.h"
@@ -8,6 +28,7 @@
 #include "jet/table/rowCodec.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace vellums::jet {
 namespace {
@@ -84,6 +105,7 @@ public:
         std::vector<Values> permissions = permissionRowsFor(tables);
         for (SystemTable& table : tables) {
             const PageNo number = table.definition.page;
+            // Rows of the other tables come with queries, relationships and complex columns.
             if (number == kObjectsPage)
                 writeTable(table, objects, kObjectRows);
             else if (number == kPermissionsPage)
@@ -97,6 +119,7 @@ public:
     }
 
 private:
+    // The pages grow with the highest that is asked for. A range is good until the next call.
     MutableBytes page(PageNo number)
     {
         const std::size_t end = (std::size_t{number} + 1) * kPageSize;
@@ -218,7 +241,7 @@ private:
         return rows;
     }
 
-    // Definition, maps, index roots and rows of one table.
+    // Definition, maps, index roots and rows of one table. The definition comes last: it has the counters.
     void writeTable(SystemTable& table, const std::vector<Values>& rows, PageNo rowPage)
     {
         TableDefinition& definition = table.definition;
@@ -238,6 +261,7 @@ private:
         }
         definition.rowCount = static_cast<std::uint32_t>(rows.size());
         encodeDefinition(definition, distinctKeys);
+        assert(definition.joined.size() <= kPageSize - 8); // one page
         const MutableBytes out = page(definition.page);
         std::copy(definition.joined.begin(), definition.joined.end(), out.begin());
         store<std::uint16_t>(out, 2, static_cast<std::uint16_t>(kPageSize - 8 - definition.joined.size()));
@@ -283,6 +307,7 @@ private:
         return distinct;
     }
 
+    // Page 0. What lies from 0x18 to 0x97 is put under its mask before the rest follows.
     void writeHeader()
     {
         const MutableBytes header = page(0);
@@ -311,8 +336,10 @@ private:
             store<std::uint16_t>(header, at, at == 0xE00 ? 0x0101 : 0x0100);
     }
 
+    // A set bit is a free page, those beyond the end of the file too.
     void writeFreePages()
     {
+        assert(bytes_.size() / kPageSize < (kMapRowBytes - 5) * 8);
         const std::size_t pages = bytes_.size() / kPageSize;
         Bytes map(kMapRowBytes);
         for (std::size_t i = pages; i < (kMapRowBytes - 5) * 8; ++i)
@@ -361,6 +388,7 @@ void createDatabase(const std::u16string& path, FileFormat format, double now)
 {
     if (platform::fileExists(path) || platform::folderExists(path))
         throwFileError({platform::FileFault::Exists, 0}, path);
+    // Written under another name and then moved, so that no half of a database ever has this one.
     const std::u16string temporary = platform::unusedPath(path, u".new");
     try {
         const Bytes bytes = blankDatabase(format, now);

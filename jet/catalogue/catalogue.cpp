@@ -1,3 +1,5 @@
+// The tables of a file, by the rows of MSysObjects. A name is found by looking at all rows: an index of
+// names exists, but its keys can be made in some sort orders only, and comparing works in every one.
 #include "jet/catalogue/catalogue.h"
 
 #include "jet/catalogue/objectName.h"

@@ -1,8 +1,23 @@
+// Makes the bytes of a table definition:
+//
+//   63 bytes          header: counts, table type, where the maps of the table lie
+//   12 * physical     counters of the indexes
+//   25 * columns      columns
+//                     their names, each two bytes of length and UTF-16LE
+//   52 * physical     indexes as trees: columns, usage map, root
+//   28 * logical      indexes as names: number, tree, role
+//                     their names
+//   10 * long values  column number, map of its pages, map of those with free space
+//   FF FF
+//
+// Places of maps and roots have the same length whether they are known or not, so a definition can be made
+// once to learn how many pages it takes and a second time when they are there.
 #include "jet/catalogue/definitionBuilder.h"
 
 #include "jet/file/dataPage.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace vellums::jet {
 namespace {
@@ -32,8 +47,15 @@ void eachMap(TableDefinition& definition, Callback&& callback)
         callback(index.usageMap, index.root);
 }
 
+//   offset  size  holds
+//        0     4  1923
+//        4   3*10  columns: number, 1 when it ascends; FFFF: unused
+//       34     4  usage map
+//       38     4  root
+//       46     1  flags
 void appendPhysicalIndex(Bytes& bytes, const PhysicalIndex& index)
 {
+    assert(index.columns.size() <= kIndexSlots);
     append<std::uint32_t>(bytes, kPhysicalMagic);
     for (std::size_t i = 0; i < kIndexSlots; ++i) {
         const bool used = i < index.columns.size();
@@ -47,7 +69,8 @@ void appendPhysicalIndex(Bytes& bytes, const PhysicalIndex& index)
     bytes.resize(bytes.size() + 5);
 }
 
-// An index that is no part of a relationship.
+// An index that is no part of a relationship: no partner (-1), no other table, and 4 where a relationship
+// would say what happens to the rows of the other side.
 void appendLogicalIndex(Bytes& bytes, const LogicalIndex& index)
 {
     append<std::uint32_t>(bytes, kRecordMagic);
@@ -109,7 +132,7 @@ void writeMapPage(MutableBytes page, PageNo number, const TableDefinition& defin
         if (place.page != number)
             return;
         Bytes map(kMapRowBytes);
-        if (root != 0) {
+        if (root != 0) { // a window that begins at 0 as long as the root lies in it
             const PageNo start = root < (kMapRowBytes - 5) * 8 ? 0 : root & ~PageNo{7};
             store<std::uint32_t>(map, 1, start);
             map[5 + (root - start) / 8] = static_cast<std::byte>(1U << (root - start) % 8);

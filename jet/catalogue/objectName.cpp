@@ -17,6 +17,7 @@ bool startsWith(std::u16string_view name, std::u16string_view lowerPrefix)
         });
 }
 
+// Not those signs that separate or enclose names in a statement.
 bool mayStandInName(char16_t unit)
 {
     return unit >= u' ' && std::u16string_view(u".![]`").find(unit) == std::u16string_view::npos;
@@ -48,6 +49,7 @@ std::u16string checkedTableName(std::u16string_view name, SortOrder order)
     std::u16string kept = checkedName(name);
     if (startsWith(kept, u"msys") || kept.front() == u'~')
         throwInvalidName(name);
+    // The name goes into an index of the catalogue, so a key must exist for it.
     Bytes key;
     if (!appendTextKey(key, kept, order, true))
         throwUnsupported(u"The name '" + kept +

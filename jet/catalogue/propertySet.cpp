@@ -1,3 +1,9 @@
+// Properties are read to be obeyed and written back as they were. All of them are kept, in their order, also
+// those that mean nothing here; four names are obeyed. What breaks a rule of the form gives no set at all,
+// since writing back half of one would lose the rest: the table is then only read.
+//
+// Names stand once, in the first block, and properties name them by number. New ones are added at the end,
+// so numbers that are in use stay true.
 #include "jet/catalogue/propertySet.h"
 
 #include "jet/index/collation.h"
@@ -45,6 +51,7 @@ std::optional<PropertySet> PropertySet::parse(ByteView bytes)
         for (std::size_t at = 4; at < bytes.size();) {
             const std::size_t length = load<std::uint32_t>(bytes, at);
             const auto kind = load<std::uint16_t>(bytes, at + 4);
+            // The names come first and once.
             if (length < kBlockHead || (kind == kNamePool) != (at == 4))
                 return std::nullopt;
             if (!set.parseBlock(kind, slice(bytes, at, length).subspan(kBlockHead)))
@@ -108,6 +115,7 @@ Bytes PropertySet::encode() const
     Bytes pool;
     for (const std::u16string& name : names_)
         appendName(pool, name);
+    // A value that ends behind the first four bytes has no block of names either.
     if (!pool.empty() || !blocks_.empty())
         appendBlock(kNamePool, pool);
     for (const Block& block : blocks_) {
@@ -152,6 +160,7 @@ ColumnRule PropertySet::ruleFor(std::u16string_view column, SortOrder order) con
     return rule;
 }
 
+// As if the table were a column.
 std::u16string PropertySet::tableRule() const
 {
     ColumnRule rule;

@@ -1,3 +1,6 @@
+// The system tables as lists, from which their definitions are made. Columns are numbered as they are listed
+// here; the records of a definition stand in another order, by name. Types, numbers, places and flags are
+// the same in every file, and the checker compares real files with them.
 #include "jet/catalogue/systemTables.h"
 
 #include "jet/catalogue/definitionBuilder.h"

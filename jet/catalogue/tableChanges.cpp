@@ -1,4 +1,9 @@
 // Creating tables and adding columns: the pages of the table, and what the system tables say of it.
+//
+// A table is its definition, a page or more of usage maps, and a leaf for each index; no page of rows as
+// yet. Its id in the catalogue is its first definition page. The catalogue gets a row in MSysObjects with
+// the properties, and a row in MSysACEs for each right that the container of tables hands down. Whatever may
+// be refused is looked at before the first page is taken.
 #include "jet/catalogue/catalogue.h"
 #include "jet/catalogue/definitionBuilder.h"
 #include "jet/catalogue/objectName.h"
@@ -16,6 +21,9 @@ namespace {
 
 constexpr std::int32_t kTableType = 1;
 constexpr std::size_t kOwnerBytes = 2; // of the engine, the user and the creator
+// Who somebody is, is stored under a stream of bytes that differs from file to file but is the same for all
+// values of one. So the one known value, of the engine, tells the others: the creator's second byte differs
+// by these bits.
 constexpr std::byte kCreatorMark{0x07};
 
 // Pages for the definition, the maps and the index roots, written in full.

@@ -1,3 +1,7 @@
+// From what was asked for to a definition that can be written. Columns take numbers, slots and bytes of the
+// fixed area in the order of the statement, so that a new table has no gaps; columns of variable length come
+// behind the fixed area in every row, whatever their place in the list. Limits are those of the format: what
+// passes here can be written and read by other programs. Places on pages come later.
 #include "jet/catalogue/tableDesign.h"
 
 #include "jet/catalogue/definitionBuilder.h"
@@ -74,6 +78,7 @@ void addColumns(TableDefinition& definition, const TableSpec& spec, SortOrder or
     }
 }
 
+// What keys can be made for. Descending decimals of the older format do not sort, so they are left out.
 bool canBeIndexed(const Column& column, bool ascending, const Header& header)
 {
     if (column.type == ColumnType::Decimal)
@@ -130,6 +135,7 @@ void addIndexes(TableDefinition& definition, const TableSpec& spec, const Header
         definition.physicalIndexes.push_back(designIndex(definition, from, header));
         definition.logicalIndexes.push_back(std::move(logical));
     }
+    // Other programs keep the names of indexes sorted; the numbers say which tree is whose.
     std::sort(definition.logicalIndexes.begin(), definition.logicalIndexes.end(),
         [&](const LogicalIndex& a, const LogicalIndex& b) {
             return compareTexts(a.name, b.name, header.sortOrder) < 0;
@@ -166,7 +172,7 @@ Column designColumn(const ColumnSpec& spec, SortOrder order)
         column.precision = spec.precision;
         column.scale = spec.scale;
         break;
-    default:
+    default: // of one length, or none that can be made
         if (column.length == 0)
             throwUnsupported(u"The field '" + spec.name + u"' has a type that cannot be created here.");
     }
