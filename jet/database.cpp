@@ -1,3 +1,7 @@
+// A connection opens the file for each statement and closes it again, so others get their turn in between;
+// only a batch keeps it. The locks, and a journal that someone left, are the affair of PageFile. What the
+// connection knows of its own is small: the last autonumber, which changes only with a statement that
+// worked, and whether it ever wrote, since then it tries to remove the journal when it goes.
 #include "jet/database.h"
 
 #include "jet/sql/parse/parser.h"
@@ -26,6 +30,7 @@ void Database::change(Work work)
     if (!batch_) {
         PageFile file(path_, OpenMode::Write);
         noteJournal(file);
+        // Taken back here, not by the destructor, which could not say that it failed.
         try {
             work(file);
         } catch (...) {
@@ -56,7 +61,7 @@ Result Database::run(std::u16string_view text)
     if (sql::needsNoFile(statement))
         return sql::identityResult(session_);
     Result result;
-    sql::Session session = session_;
+    sql::Session session = session_; // kept only when the statement works
     if (sql::writes(statement)) {
         change([&](PageFile& file) { result = sql::execute(file, statement, session); });
     } else if (batch_) {
@@ -105,6 +110,7 @@ void Database::endBatch()
 {
     if (!batch_)
         return;
+    // Gone from here whether that works or not: what fails is taken back, and the file is let go.
     const std::unique_ptr<PageFile> batch = std::move(batch_);
     batch->commit();
 }

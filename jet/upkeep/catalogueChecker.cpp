@@ -1,3 +1,10 @@
+// What must agree among the system tables: the eight objects that every file has, with their ids; ids and
+// names that are unique, and parents that exist; the definitions of the four tables themselves; properties,
+// rights, relationships and complex columns that speak of tables and columns which are there. A relationship
+// that is enforced stands in three places, its rows, its object and an index on either side, and they must
+// meet.
+//
+// Names are compared as the file's sort order does, not byte by byte, as all who look them up do.
 #include "jet/upkeep/catalogueChecker.h"
 
 #include "jet/catalogue/propertySet.h"
@@ -52,6 +59,7 @@ bool sameIndex(const PhysicalIndex& a, const PhysicalIndex& b)
             });
 }
 
+// Compares what the rows depend on; where maps and roots lie may differ from file to file.
 bool sameShape(const TableDefinition& a, const TableDefinition& b)
 {
     return std::equal(a.columns.begin(), a.columns.end(), b.columns.begin(), b.columns.end(), sameColumn) &&
@@ -241,6 +249,8 @@ private:
 
 } // namespace
 
+// A row that cannot be read is a fault, and the others are read all the same; so are properties, without
+// which an object is still one.
 std::vector<CatalogueObject> readObjects(PageLedger& ledger)
 {
     std::vector<CatalogueObject> objects;

@@ -22,6 +22,7 @@ void claimGlobalPages(PageLedger& ledger)
 
 } // namespace
 
+// The pages are settled last, when every table has said what it owns.
 std::vector<std::u16string> checkFile(PageFile& file)
 {
     PageLedger ledger(file);

@@ -1,9 +1,12 @@
+// Each part of the checker claims the pages that it finds to be its own. A page that is claimed twice is a
+// fault at that moment; at the end those that are claimed and marked free are. So no part needs to know of
+// the others, and the whole takes four bytes for a page and one name for an owner.
 #include "jet/upkeep/pageLedger.h"
 
 namespace vellums::jet {
 namespace {
 
-constexpr std::size_t kMostFaults = 1000;
+constexpr std::size_t kMostFaults = 1000; // a ruined file would fill the memory
 const char16_t* const kMaps = u"usage maps";
 
 } // namespace
@@ -41,11 +44,13 @@ void PageLedger::claim(PageNo page, const std::u16string& owner)
     if (ownerOf_[page] != 0)
         return fault(
             u"Page " + decimal(page) + u" has two owners: " + owners_[ownerOf_[page]] + u" and " + owner);
+    // An owner claims its pages one after the other, so most often its name stands at the end.
     if (owners_.back() != owner)
         owners_.push_back(owner);
     ownerOf_[page] = static_cast<std::uint32_t>(owners_.size() - 1);
 }
 
+// Maps of several tables may share a page, and those of page 1 are claimed with the map of free pages.
 void PageLedger::claimMapPage(PageNo page)
 {
     if (page == 1 || (isClaimed(page) && owners_[ownerOf_[page]] == kMaps))

@@ -2,6 +2,9 @@
 // Then the rows: each is decoded, its long values are followed and counted off against the rows of their
 // pages, and moved rows against their far ends. Last the indexes: the keys made from the rows and those in
 // the tree must be the same. A fault ends only the page or index in which it lies, so one run tells of all.
+//
+// What real files show without harm is passed over: bytes that nobody uses, a map of free space that is out
+// of date (as long as its pages are owned), counters that are off.
 #include "jet/upkeep/tableChecker.h"
 
 #include "jet/file/dataPage.h"
@@ -10,6 +13,7 @@
 #include "jet/table/longValue.h"
 
 #include <algorithm>
+#include <cassert>
 #include <set>
 
 namespace vellums::jet {
@@ -140,6 +144,7 @@ private:
         }
     }
 
+    // Each row of a chain may be used once, which also ends a chain that runs in a circle.
     void noteLongValue(std::size_t column, RowRef home, ByteView reference)
     {
         const LongValueReference value(reference);
@@ -183,6 +188,7 @@ private:
         return true;
     }
 
+    // The other way round: what lies on the pages of a column belongs to some value.
     void checkLongValuePage(std::size_t column, PageNo number)
     {
         const DataPage page = checkedPage(number, kLongValueOwner);
@@ -206,7 +212,8 @@ private:
             checkEntries(label, index, std::move(report.entries));
     }
 
-    // The entries are those of the rows, each once, with the keys that the rows give.
+    // The entries are those of the rows, each once, with the keys that the rows give. Both are in the order
+    // of places here, and walked side by side. A key that cannot be made is not compared.
     void checkEntries(
         const std::u16string& label, const PhysicalIndex& index, std::vector<IndexEntry> entries)
     {
@@ -217,6 +224,7 @@ private:
             checkUnique(label, index, entries);
         std::sort(entries.begin(), entries.end(),
             [](const IndexEntry& a, const IndexEntry& b) { return a.row < b.row; });
+        assert(std::is_sorted(homes_.begin(), homes_.end()));
         auto entry = entries.begin();
         for (const RowRef home : homes_) {
             for (; entry != entries.end() && entry->row < home; ++entry)
