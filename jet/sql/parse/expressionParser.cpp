@@ -1,3 +1,15 @@
+// Recursive descent: a routine for each level of binding, which reads an operand by asking the next tighter
+// level and goes on while it sees one of its own operators. So equal operators group from the left, and the
+// place of a routine in the chain is its precedence. AND, OR and & make one node with all their operands: a
+// condition of a thousand terms is broad, not deep.
+//
+// Two limits keep a statement from using up the stack. The depth of the tree is counted where nodes are
+// made, since evaluating, binding and destroying it recurse as deep. The depth of the parser is counted on
+// the three levels through which every recursion comes back (IMP, NOT and signs), since parentheses make no
+// nodes.
+//
+// Faults are told with the text of the whole expression, from `begin_` on. Only parse() sets that; inner
+// expressions are read with parseImp().
 #include "jet/sql/parse/expressionParser.h"
 
 #include "jet/sql/values/sqlError.h"
@@ -13,6 +25,7 @@ namespace {
 constexpr int kDeepest = 500;
 constexpr int kDeepestLevel = 200;
 
+// The one place where nodes with operands come from, so that no tree is deeper than allowed.
 Expression make(ExpressionKind kind, Operator op, std::vector<Expression> operands)
 {
     Expression node;
@@ -86,7 +99,7 @@ bool isAggregate(Function function)
 
 } // namespace
 
-// Counts how deep the parser stands in itself.
+// Counts how deep the parser stands in itself, for as long as the routine runs.
 class ExpressionParser::Level {
 public:
     explicit Level(int& level)
@@ -110,6 +123,8 @@ Expression ExpressionParser::parse()
     cursor_.refuseBadToken(begin_);
     if (cursor_.atSymbol(u")"))
         return expression; // it may close a list around the expression
+    // Anything that could begin an operand lacks an operator in front of it. What else follows is for the
+    // statement to judge, which knows the words that may come there.
     const Token& behind = cursor_.token();
     const bool operandBehind = behind.kind == TokenKind::Name || behind.kind == TokenKind::Text ||
         behind.kind == TokenKind::Date || behind.kind == TokenKind::Number || cursor_.atSymbol(u"(") ||
@@ -176,6 +191,8 @@ Expression ExpressionParser::parseNot()
     return parseComparison();
 }
 
+// Comparisons and predicates are one level: `a = b LIKE c` matches the answer of a = b against c. A NOT
+// belongs to a predicate only when its word follows at once.
 Expression ExpressionParser::parseComparison()
 {
     Expression left = parseConcat();
@@ -214,7 +231,7 @@ Expression ExpressionParser::parsePredicate(Expression left, bool negated)
     } else if (cursor_.skipWord(u"BETWEEN")) {
         std::vector<Expression> operands;
         operands.push_back(std::move(left));
-        operands.push_back(parseConcat());
+        operands.push_back(parseConcat()); // a tighter level, which leaves the AND
         if (!cursor_.skipWord(u"AND"))
             throwExpressionSyntax(cursor_.expressionFrom(begin_));
         operands.push_back(parseConcat());
@@ -307,6 +324,7 @@ Expression ExpressionParser::parseSign()
     return parsePower();
 }
 
+// Powers bind tighter than the sign in front of them, -2 ^ 2 is -4; an exponent may have one of its own.
 Expression ExpressionParser::parsePower()
 {
     Expression left = parseOperand();
@@ -345,6 +363,8 @@ Expression ExpressionParser::parseOperand()
     }
 }
 
+// A word with a parenthesis behind it is a call, unless it is a word of the statement, as in `NOT (...)`.
+// YES, NO, OFF, NOW and the like may be columns as well; binding decides.
 Expression ExpressionParser::parseWord()
 {
     const std::u16string& keyword = cursor_.token().keyword;
@@ -373,6 +393,8 @@ Expression ExpressionParser::parseParentheses()
     return inside;
 }
 
+// What stands in the place of the parenthesis tells what is missing: with the end of the expression the
+// parenthesis itself, with anything else an operator.
 void ExpressionParser::closeParenthesis()
 {
     cursor_.refuseBadToken(begin_);
@@ -416,7 +438,7 @@ Expression ExpressionParser::parseCall()
         [&](const NamedFunction& function) { return function.name == name.keyword; });
     if (named == std::end(kFunctions))
         throwUndefinedFunction(name.text);
-    cursor_.advance();
+    cursor_.advance(); // the name and the parenthesis
     cursor_.advance();
     std::vector<Expression> arguments;
     const bool countAll = named->function == Function::Count && cursor_.skipSymbol(u"*");
@@ -432,7 +454,7 @@ Expression ExpressionParser::parseCall()
     Expression node = make(isAggregate(named->function) ? ExpressionKind::Aggregate : ExpressionKind::Call,
         Operator::None, std::move(arguments));
     node.function = named->function;
-    node.source = source.substr(0, 255);
+    node.source = source.substr(0, 255); // for messages
     return node;
 }
 

@@ -1,3 +1,10 @@
+// One pass over the statement. The first character of a token tells its kind, but for & (an operator, or the
+// start of a hexadecimal or octal number), which depends on the token before. Keywords are not told apart
+// from names here: which words are reserved depends on the place. Faults become tokens, because the sentence
+// for a fault depends on the clause in which the parser meets it.
+//
+// A literal may be a whole note, so texts are copied in the pieces between doubled quotes, not by
+// characters.
 #include "jet/sql/parse/lexer.h"
 
 #include "jet/sql/values/asciiUnits.h"
@@ -15,7 +22,9 @@ bool isBlank(char16_t c)
     return c == u' ' || c == u'\t' || c == u'\r' || c == u'\n';
 }
 
-// Letters outside ASCII are told by leaving out the ranges of signs and punctuation.
+// Letters outside ASCII are told by leaving out the ranges of signs and punctuation: general punctuation to
+// arrows and shapes but for letterlike signs and number forms (2100 to 218F), ideographic punctuation,
+// vertical and small forms, wide signs.
 bool isLetter(char16_t c)
 {
     if (c < 0x80)
@@ -133,7 +142,7 @@ private:
                 break;
             token.text.append(sql_, at_, stop - at_);
             at_ = stop + 1;
-            if (peek() != quote || at_ == sql_.size()) {
+            if (peek() != quote || at_ == sql_.size()) { // not doubled: this one closes
                 if (token.text.find(u'\0') != std::u16string::npos)
                     token.kind = TokenKind::OpenText;
                 return;
@@ -145,6 +154,7 @@ private:
         token.kind = TokenKind::OpenText;
     }
 
+    // Up to the first closing sign: a name cannot hold one.
     void readName(Token& token, char16_t close)
     {
         const std::size_t stop = sql_.find(close, at_ + 1);
@@ -175,6 +185,8 @@ private:
         }
     }
 
+    // A Long where it is written without point and exponent and fits, else a Double. An E without digits
+    // behind it is not part of the number.
     void readNumber(Token& token)
     {
         std::string digits;
@@ -221,6 +233,7 @@ private:
         token.value = real;
     }
 
+    // Up to 32 bits, which are those of a Long: &HFFFFFFFF is -1. False: the & is an operator.
     bool readRadixNumber(Token& token)
     {
         const char16_t letter = peek(1);

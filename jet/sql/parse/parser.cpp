@@ -1,3 +1,7 @@
+// Statements by their first word, clause by clause, in the order in which they must stand. Each clause first
+// says what a fault in it is called, so that the cursor can raise it wherever it is met; the sentences are
+// those that programs written for the providers know. Clauses that the dialect has and this engine has not
+// are refused by name, never passed over: GROUP BY, joins, subqueries, other databases.
 #include "jet/sql/parse/parser.h"
 
 #include "jet/sql/parse/expressionParser.h"
@@ -38,7 +42,7 @@ TableReference parseTable(TokenCursor& cursor)
         throwSyntax(3131, u"Syntax error in FROM clause: subqueries and joins are not supported.");
     TableReference table;
     table.name = cursor.expectName();
-    if (cursor.atSymbol(u".") || cursor.atSymbol(u"!"))
+    if (cursor.atSymbol(u".") || cursor.atSymbol(u"!")) // a table of another database
         cursor.fail();
     if (cursor.skipWord(u"AS")) {
         table.alias = cursor.expectName();
@@ -50,6 +54,8 @@ TableReference parseTable(TokenCursor& cursor)
     return table;
 }
 
+// A parenthesis or a comma behind the condition is none of its faults for the expression parser, to which
+// both may end an expression in a list; here they are.
 std::optional<Expression> parseWhere(TokenCursor& cursor)
 {
     if (!cursor.skipWord(u"WHERE"))
@@ -63,6 +69,7 @@ std::optional<Expression> parseWhere(TokenCursor& cursor)
     return condition;
 }
 
+// `*`, `t.*`, or an expression that may be given a name.
 SelectItem parseItem(TokenCursor& cursor)
 {
     SelectItem item;
@@ -118,6 +125,7 @@ SelectStatement parseSelect(TokenCursor& cursor)
         select.distinct = true;
     else if (!cursor.skipWord(u"ALL"))
         cursor.skipWord(u"DISTINCTROW"); // of one table these are all rows
+    // TOP is a keyword only in front of a number; else it is a column.
     if (cursor.atWord(u"TOP") && cursor.token(1).kind == TokenKind::Number) {
         cursor.advance();
         select.top = cursor.expectWholeNumber();
@@ -183,6 +191,7 @@ Statement parseInsert(TokenCursor& cursor)
         } while (cursor.skipSymbol(u","));
         cursor.expectSymbol(u")");
     }
+    // What follows and should not is a fault of the last clause of the SELECT.
     if (insert.select && cursor.token().kind != TokenKind::End && !cursor.atSymbol(u";"))
         cursor.fail();
     inInsert();

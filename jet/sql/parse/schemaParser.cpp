@@ -1,3 +1,7 @@
+// CREATE TABLE, CREATE INDEX, ALTER TABLE ADD COLUMN and DROP. A type is a word from a table, perhaps with a
+// length; the table says what its numbers mean. Constraints become indexes: PRIMARY KEY and UNIQUE, behind a
+// column or as an entry of their own; one without a name is given one that is free. Foreign keys, checks and
+// defaults are refused, not passed over.
 #include "jet/sql/parse/schemaParser.h"
 
 #include "jet/sql/values/asciiUnits.h"
@@ -12,6 +16,7 @@ namespace {
 constexpr std::uint64_t kLongestText = 255;
 constexpr std::uint64_t kLongestBinary = 510;
 
+// What the numbers in parentheses mean. TextOrMemo: a text with a length, a memo without.
 enum class Length { None, Text, FixedText, TextOrMemo, Binary, Decimal, Counter };
 
 struct TypeWord {
@@ -140,6 +145,7 @@ private:
         addConstraint(table, [&](IndexSpec& index) { readIndexColumns(index); });
     }
 
+    // The columns are the one just defined, or a list in parentheses.
     template <typename ReadColumns>
     void addConstraint(TableSpec& table, ReadColumns readColumns)
     {
@@ -208,13 +214,15 @@ private:
             column.length = static_cast<std::uint16_t>(kLongestBinary);
         column.autoNumber = length == Length::Counter;
         column.fixedText = length == Length::FixedText;
+        // Changes nothing: texts of variable length are compressed anyway.
         if (cursor_.atWord(u"WITH") && (cursor_.atWord(u"COMPRESSION", 1) || cursor_.atWord(u"COMP", 1))) {
             cursor_.advance();
             cursor_.advance();
         }
     }
 
-    // Behind the opening parenthesis.
+    // Behind the opening parenthesis: (start, step) of counters, (digits, decimals) of decimals, else a
+    // length.
     void readLength(ColumnSpec& column, Length length)
     {
         const std::uint64_t first = cursor_.expectWholeNumber();

@@ -1,3 +1,6 @@
+// A statement as a list of tokens and a place in it. Looking beyond the end gives the End token again, so no
+// caller has to ask whether there is one more. Texts of expressions for messages are cut out of the
+// statement as it was written, by the places of tokens.
 #include "jet/sql/parse/tokenCursor.h"
 
 #include "jet/sql/values/sqlError.h"
@@ -84,6 +87,7 @@ std::u16string TokenCursor::expectName()
     return here.text;
 }
 
+// Up to 10^15, where every whole number still is a Double.
 std::uint64_t TokenCursor::expectWholeNumber()
 {
     const Token& here = token();
@@ -107,6 +111,8 @@ void TokenCursor::expectEnd()
     fail();
 }
 
+// The expression was perhaps never understood, so its end is guessed: the first comma or clause word outside
+// of parentheses, a semicolon, the end of the statement.
 std::u16string_view TokenCursor::expressionFrom(std::size_t place) const
 {
     std::size_t end = place;
