@@ -1,3 +1,6 @@
+// One state for each aggregate, in one pass. Sums are Doubles. COUNT of an expression only asks whether it
+// is NULL, which for a column needs no value; MIN and MAX compare as the sort order does and keep the first
+// of equals.
 #include "jet/sql/run/aggregates.h"
 
 #include "jet/sql/values/conversion.h"

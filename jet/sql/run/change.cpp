@@ -1,3 +1,7 @@
+// INSERT, UPDATE and DELETE find their rows first, as places, and change them afterwards, so a change never
+// shows in the condition that chose the next row; INSERT INTO t SELECT ... FROM t ends for the same reason.
+// Columns, types and defaults are settled before the first row. The first row that is refused ends the
+// statement, and what it has changed is taken back by whoever runs it.
 #include "jet/sql/run/change.h"
 
 #include "jet/sql/parse/parser.h"
@@ -80,6 +84,7 @@ std::optional<Value> defaultOf(const Target& target, std::size_t column)
     const std::vector<ColumnRule>& rules = target.table().rules();
     if (column >= rules.size() || rules[column].defaultValue.empty())
         return std::nullopt;
+    // Stored as an expression, with or without the sign of equality that Access puts in front.
     std::u16string_view text = rules[column].defaultValue;
     const std::size_t begin = text.find_first_not_of(u" =");
     text.remove_prefix(std::min(begin, text.size()));
@@ -169,6 +174,7 @@ ChangeResult insertValues(Target& target, InsertStatement& statement)
 ChangeResult insertSelected(PageFile& file, Target& target, InsertStatement& statement, Date now)
 {
     Select select(file, *statement.select, now);
+    // Without a list the columns go by their names, not by their places.
     std::vector<std::u16string> names = statement.columns;
     if (names.empty())
         for (const Select::Output& output : select.outputs())
@@ -215,7 +221,7 @@ ChangeResult runUpdate(PageFile& file, UpdateStatement& statement, Date now)
     ChangeResult result;
     for (const RowRef home : matchingRows(target, statement.where)) {
         std::vector<Assignment> assignments;
-        {
+        { // all values are those of the old row, which is gone with its change
             const Row row = target.table().rowAt(home);
             for (std::size_t i = 0; i < places.size(); ++i)
                 assignments.push_back({places[i],

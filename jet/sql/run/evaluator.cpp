@@ -1,7 +1,15 @@
+// Values and truths are two views of one tree. Conditions are computed as one of three truths and become -1,
+// 0 or NULL only where somebody asks for the value; any number may be asked for its truth. NULL goes through
+// operators and comparisons; a condition is met only when it is true, so an unknown one keeps no row.
+//
+// Nothing is read that the answer does not need, for speed, and because IIF and AND must be able to shield
+// an expression from rows for which it would be an error.
 #include "jet/sql/run/evaluator.h"
 
 #include "jet/sql/values/conversion.h"
 #include "jet/sql/values/functions.h"
+
+#include <cassert>
 
 namespace vellums::jet::sql {
 
@@ -11,8 +19,10 @@ Value Evaluator::value(const Expression& expression, const Row* row) const
     case ExpressionKind::Literal:
         return expression.literal;
     case ExpressionKind::Name:
+        assert(row != nullptr && expression.column);
         return row->value(*expression.column);
     case ExpressionKind::Aggregate:
+        assert(aggregates_ != nullptr && *expression.aggregate < aggregates_->size());
         return (*aggregates_)[*expression.aggregate];
     case ExpressionKind::Negate:
         return negated(value(expression.operands[0], row));
@@ -64,6 +74,7 @@ Truth Evaluator::truth(const Expression& expression, const Row* row) const
     return expression.negated ? negate(result) : result;
 }
 
+// NULL is an empty text here, unless everything is NULL.
 Value Evaluator::concat(const Expression& expression, const Row* row) const
 {
     std::u16string text;
@@ -91,6 +102,7 @@ Value Evaluator::call(const Expression& expression, const Row* row) const
     return callFunction(expression.function, arguments, scope_.now);
 }
 
+// The common case, a column and a constant pattern, looks at the stored bytes and makes no text.
 Truth Evaluator::like(const Expression& expression, const Row* row) const
 {
     const Expression& text = expression.operands[0];
@@ -111,6 +123,7 @@ Truth Evaluator::like(const Expression& expression, const Row* row) const
     return truthOf(LikePattern(textOf(pattern)).matches(textOf(left)));
 }
 
+// As `a = b OR a = c OR ...`: one NULL in the list makes unknown what would be false.
 Truth Evaluator::in(const Expression& expression, const Row* row) const
 {
     const Value left = value(expression.operands[0], row);
@@ -128,6 +141,7 @@ Truth Evaluator::in(const Expression& expression, const Row* row) const
     return result;
 }
 
+// As `a >= b AND a <= c`: false as soon as one side is, even where the other is unknown.
 Truth Evaluator::between(const Expression& expression, const Row* row) const
 {
     const Value middle = value(expression.operands[0], row);
@@ -140,6 +154,7 @@ Truth Evaluator::between(const Expression& expression, const Row* row) const
     return low == Truth::True ? high : low;
 }
 
+// One operand of the decisive kind (false for AND, true for OR) decides, whatever the others are.
 Truth Evaluator::andOr(const Expression& expression, const Row* row) const
 {
     const Truth decisive = truthOf(expression.kind == ExpressionKind::Or);

@@ -73,6 +73,7 @@ Result identityResult(const Session& session)
     return result;
 }
 
+// One overload for each kind of statement; a kind that is added without one does not compile.
 Result execute(PageFile& file, Statement& statement, Session& session)
 {
     struct Run {

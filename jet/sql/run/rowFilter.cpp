@@ -1,3 +1,11 @@
+// A pass over a table takes one of three ways. A condition without columns is computed once. One that asks
+// for a number in an indexed Long column, alone or as a term of AND, is looked up, and the whole condition
+// then checked on the rows found. Everything else reads all rows; in a large file several threads share the
+// pages, without a lock between them: nothing is changed while a statement reads, and each has an evaluator,
+// and what it collects, for itself.
+//
+// Rows come in the order of the table on all three ways. Where threads fail, the fault that is told is that
+// of the first part in the order of the table, so a statement fails the same way every time.
 #include "jet/sql/run/rowFilter.h"
 
 #include "jet/sql/values/conversion.h"
@@ -32,6 +40,7 @@ std::optional<Lookup> asLookup(const Expression& node, const Scope& scope)
         scope.table->definition().columns[*column.column].type != ColumnType::Long)
         return std::nullopt;
     const double number = numberOf(constant.literal);
+    // 1.5 has no key in the index; the scan that follows finds nothing either.
     const std::optional<std::int32_t> whole = roundedLong(number);
     if (!whole || *whole != number)
         return std::nullopt;
@@ -113,7 +122,7 @@ std::vector<RowRef> RowFilter::homes(std::uint64_t most) const
     std::vector<RowRef> rows;
     if (most == 0)
         return rows;
-    if (most < kAllRows) {
+    if (most < kAllRows) { // in one thread, since it ends early
         forEach([&](const Row& row) {
             rows.push_back(row.home());
             return rows.size() < most;

@@ -1,3 +1,12 @@
+// Binding goes through an expression once, from the leaves up, and leaves it ready to be computed for many
+// rows: names have become places of columns, what depends on no row has become a literal, a constant pattern
+// is compiled. Operands are bound before their node, so a fold sees only literals and things that are none.
+//
+// What is wrong whatever the rows hold is refused here: a name that is nothing, an aggregate where none may
+// stand, a column compared with a constant of another kind. An error in computing constants is not: IIF or
+// AND may never ask for the value.
+//
+// Types are told from the tree alone, for the columns of an answer or of a table that is made of it.
 #include "jet/sql/run/scope.h"
 
 #include "jet/index/collation.h"
@@ -9,6 +18,7 @@
 #include "jet/sql/values/sqlError.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace vellums::jet::sql {
 
@@ -43,6 +53,8 @@ bool bindWord(Expression& name, const Scope& scope)
     return true;
 }
 
+// Columns come first: a table may have one called Date. A name that is nothing counts as a parameter without
+// a value, as the providers have it.
 void bindName(Expression& name, const Scope& scope)
 {
     name.column = findColumn(scope, name.qualifier, name.name);
@@ -50,6 +62,8 @@ void bindName(Expression& name, const Scope& scope)
         throwMissingParameter();
 }
 
+// The list of a statement's aggregates holds the nodes themselves; each node knows its place in the list,
+// where its value will be. Inside one no other may stand.
 void bindAggregate(Expression& aggregate, const Scope& scope)
 {
     if (!scope.aggregates)
@@ -115,6 +129,8 @@ void foldConstants(Expression& node, const Scope& scope)
     }
 }
 
+// As arithmetic() computes: a date and a number are a date, the difference of two dates a number. Whole
+// numbers are announced as Long, although a sum that is too large for one comes as a Double.
 ColumnType typeOfArithmetic(const Expression& node, const Scope& scope)
 {
     const ColumnType a = typeOf(node.operands[0], scope);
@@ -217,6 +233,7 @@ std::optional<std::size_t> findColumn(
 {
     if (!scope.table)
         return std::nullopt;
+    // Where a table has an alias its own name means nothing any more.
     const std::u16string& known = scope.alias.empty() ? scope.table->name() : scope.alias;
     if (!qualifier.empty() && !sameName(qualifier, known, scope))
         return std::nullopt;
@@ -244,6 +261,7 @@ ColumnType typeOf(const Expression& expression, const Scope& scope)
     case ExpressionKind::Literal:
         return typeOfValue(expression.literal);
     case ExpressionKind::Name:
+        assert(scope.table != nullptr && expression.column);
         return scope.table->definition().columns[*expression.column].type;
     case ExpressionKind::Negate: {
         const ColumnType type = typeOf(expression.operands[0], scope);

@@ -1,3 +1,12 @@
+// A SELECT has two passes. The first goes over the table and keeps of each row that WHERE lets through no
+// more than its place and, where there is an order, its sort key; the second decodes the rows of the answer
+// one by one. An answer of ten rows out of many reads the sort columns of all and everything of ten.
+//
+// DISTINCT needs the outputs of every row in the first pass. Of rows with equal outputs the first is kept;
+// the order may name only what the outputs show, else it would not be clear which of them counts.
+//
+// TOP n with an order gives all rows that tie with the n-th; without one it ends the pass after n rows.
+// Aggregates make one row of all, even of none.
 #include "jet/sql/run/select.h"
 
 #include "jet/catalogue/catalogue.h"
@@ -15,7 +24,7 @@ namespace vellums::jet::sql {
 
 namespace {
 
-constexpr int kFirstUnnamed = 1000;
+constexpr int kFirstUnnamed = 1000; // Expr1000, Expr1001, ... as the providers name them
 
 } // namespace
 
@@ -69,7 +78,7 @@ void Select::addColumns(const SelectItem& item)
         Expression& column = ownExpressions_.emplace_back();
         column.kind = ExpressionKind::Name;
         column.name = column.source = columns[i].name;
-        column.column = i;
+        column.column = i; // bound already; a deque, so that the outputs can point to it
         outputs_.push_back({&column, columns[i].name, columns[i].type});
     }
 }
@@ -143,6 +152,7 @@ void Select::checkAggregates() const
             throwNotAggregated(column->source);
 }
 
+// The callback may add rows to the table: the places are fixed before its first call.
 void Select::run(const std::function<void(std::vector<Value>)>& callback)
 {
     const RowFilter filter(scope_, statement_.where ? &*statement_.where : nullptr);
@@ -167,6 +177,8 @@ std::vector<RowRef> Select::homes() const
     return filter.homes(statement_.top.value_or(kAllRows));
 }
 
+// Parts of the table may be gone through at once, each with an order of its own; putting them together in
+// the order of the table keeps equal rows in that order.
 std::vector<RowRef> Select::sortedHomes() const
 {
     if (statement_.distinct)
@@ -181,6 +193,8 @@ std::vector<RowRef> Select::sortedHomes() const
     return sorted.take();
 }
 
+// Without an order nothing ties, and the first n are taken; SortedRows then serves as a list, all keys being
+// empty.
 std::vector<RowRef> Select::distinctHomes() const
 {
     const RowFilter filter(scope_, statement_.where ? &*statement_.where : nullptr);

@@ -1,3 +1,8 @@
+// The key of a row is the parts of its columns one behind the other, so comparing two keys stops at the
+// first column that differs. A part begins with a mark, below everything for NULL. Numbers of fixed length
+// follow as they are; what has no fixed length is ended by two zero bytes, and a zero byte inside is
+// followed by FF, so that the end sorts below every continuation. A descending part is inverted as a whole,
+// mark and end included.
 #include "jet/sql/run/sortKey.h"
 
 #include "jet/index/collation.h"
@@ -26,6 +31,7 @@ void appendBytes(std::string& key, ByteView bytes)
     key.append(2, '\0');
 }
 
+// Big-endian; a negative number is inverted, a positive one gets the top bit. Both zeros are one.
 void appendNumber(std::string& key, double number)
 {
     auto bits = std::bit_cast<std::uint64_t>(number == 0 ? 0.0 : number);
@@ -35,7 +41,8 @@ void appendNumber(std::string& key, double number)
         key += static_cast<char>(bits >> shift & 0xFF);
 }
 
-// Numbers with more digits than a double holds: their double, then all their digits.
+// Numbers with more digits than a double holds: their double, then all their digits. Those of negative
+// numbers count backwards, and so does the end: more digits are a smaller number.
 void appendExact(std::string& key, const Digits& digits)
 {
     appendNumber(key, toDouble(digits));

@@ -1,6 +1,15 @@
+// A sorted TOP n without sorting everything. Rows are collected until there are more than twice as many as
+// wanted; then a selection in linear time finds the n-th, and all rows behind it go. Its key is the limit
+// from then on: a row with a larger one is dropped when it is offered, so a long pass soon keeps hardly any.
+// Rows that tie with the n-th stay, however many; the next pruning then waits until they have doubled, so
+// each costs a few steps for every row that came since. What is left is sorted once, at the end.
+//
+// Equal keys are ordered by when they were offered, which makes the result the same however the pass is
+// divided into parts.
 #include "jet/sql/run/sortedRows.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace vellums::jet::sql {
 
@@ -32,6 +41,7 @@ void SortedRows::offer(std::string key, RowRef home)
 // Drops what lies behind the n-th row; ties with it stay.
 void SortedRows::prune()
 {
+    assert(top_ && *top_ > 0 && entries_.size() > *top_);
     const auto last = entries_.begin() + static_cast<std::ptrdiff_t>(*top_ - 1);
     std::nth_element(entries_.begin(), last, entries_.end(), before);
     limit_ = last->key;
@@ -39,6 +49,7 @@ void SortedRows::prune()
     pruneAt_ = std::max(pruneAt_, 2 * entries_.size());
 }
 
+// No limit is asked here: take() prunes once more.
 void SortedRows::append(SortedRows&& other)
 {
     for (Entry& entry : other.entries_) {
