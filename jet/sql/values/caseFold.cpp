@@ -1,3 +1,6 @@
+// Four tables of 65536 units, made at the first call. A unit folds in three steps: to its ordinary width,
+// from katakana to hiragana, to its capital. The capital comes last, so that a wide small letter ends where
+// the ordinary capital does. Surrogates fold to themselves.
 #include "jet/sql/values/caseFold.h"
 
 #include "text/capitalLetters.h"

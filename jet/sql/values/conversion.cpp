@@ -1,3 +1,9 @@
+// Numbers go through double where a double holds them, and through their decimal digits where it does not:
+// currencies, decimals and whole numbers of 64 bits are made from digits and turned into digits, so no last
+// place is lost on the way. A Double becomes digits by its form of up to 15, as it is displayed.
+//
+// Rounding to whole numbers takes halves to the even neighbour, as the providers do; rounding to decimals
+// takes them away from zero (decimalForm.h).
 #include "jet/sql/values/conversion.h"
 
 #include "jet/sql/values/asciiUnits.h"
@@ -37,6 +43,7 @@ std::u16string generalForm(double number, int digits)
     return capitals(text);
 }
 
+// Does not depend on the rounding mode of the machine. Of large numbers, which have no halves, `rest` is 0.
 double roundedHalfEven(double number)
 {
     const double below = std::floor(number);
@@ -144,7 +151,8 @@ int hexDigit(char16_t c)
     return place == std::u16string_view::npos ? -1 : static_cast<int>(place);
 }
 
-// Where the bytes of a GUID stand in its text, in the order of the text.
+// Where the bytes of a GUID stand in its text, in the order of the text: it is a number of four bytes, two
+// of two, little-endian, and eight bytes as they are.
 constexpr std::array<std::size_t, 16> kGuidOrder{3, 2, 1, 0, 5, 4, 7, 6, 8, 9, 10, 11, 12, 13, 14, 15};
 
 bool hyphenBefore(std::size_t byte)
@@ -283,7 +291,7 @@ std::optional<Guid> readGuid(std::u16string_view text)
 
 Value coerceFor(const Column& column, Value value)
 {
-    if (column.type == ColumnType::Boolean)
+    if (column.type == ColumnType::Boolean) // has no NULL: it becomes false
         return toBoolean(value);
     if (isNull(value))
         return value;

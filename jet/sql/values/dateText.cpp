@@ -1,3 +1,8 @@
+// Two steps. The collector goes through the text once and takes down its numbers with what stands around
+// them: a time separator behind, a name of a month, a sign for year, month or day. It refuses what can be no
+// part of a date, so no text takes longer than its length. Then the numbers are shared out: those that are
+// tied by time separators, or marked as an hour, are the time, which must stand at one end; of the others
+// two or three are the date, tried in the orders of the locale (header) until one gives a day that exists.
 #include "jet/sql/values/dateText.h"
 
 #include "jet/sql/values/asciiUnits.h"
@@ -166,6 +171,7 @@ private:
         return at < text_.size() && isDigit(text_[at]);
     }
 
+    // 时 and 分 separate where a number follows; behind the last number they only say what it is.
     bool chineseSeparator(char16_t c)
     {
         ++at_;
@@ -255,6 +261,8 @@ struct TimePart {
     std::size_t size() const { return end - begin; }
 };
 
+// Nullopt: more than one time, more than three numbers in it, an hour that is not in it, or a date on both
+// sides.
 std::optional<TimePart> findTime(std::span<const Number> numbers)
 {
     TimePart part;
@@ -310,6 +318,7 @@ bool setDate(int year, int month, int day, text::LocalTime& fields)
 {
     if (year >= kTooLarge || month < 1 || month > 12 || day < 1 || day > daysInMonth(year, month))
         return false;
+    // Two digits mean the years from 1950 to 2049.
     fields.year = year > 99 ? year : year <= kCenturyPivot ? 2000 + year : 1900 + year;
     fields.month = month;
     fields.day = day;
@@ -342,6 +351,7 @@ std::vector<Places> placesToTry(DateOrder order, const Number& first)
     return {kMdy, kDmy};
 }
 
+// A number that says what it is can only stand where the order wants that.
 bool readThree(std::span<const Number> n, DateOrder order, text::LocalTime& fields)
 {
     for (const Places& places : placesToTry(order, n[0])) {
@@ -355,6 +365,7 @@ bool readThree(std::span<const Number> n, DateOrder order, text::LocalTime& fiel
     return n[0].year && n[1].month && setDate(n[0].value, n[1].value, n[2].value, fields);
 }
 
+// Day and month of this year, in either order; failing that month and year, and the day is the first.
 bool readTwo(std::span<const Number> n, DateOrder order, int currentYear, text::LocalTime& fields)
 {
     const std::size_t first = order == DateOrder::DayMonthYear ? 1 : 0; // place of the month

@@ -1,3 +1,6 @@
+// Exact decimals as strings of digits, for the few places where a double is not enough. Always normalized:
+// the first and the last digit are not 0, so equal numbers have equal digits and exponents, and numbers of
+// equal exponents compare like their digits as texts.
 #include "jet/sql/values/decimalForm.h"
 
 #include "jet/sql/values/asciiUnits.h"
@@ -46,6 +49,7 @@ std::u16string_view trimmed(std::u16string_view text)
 
 } // namespace
 
+// Long division by 10, a digit from the right at a time: at most 39 of them.
 Digits digitsOf(const Decimal& value)
 {
     std::array<std::uint32_t, 4> rest = value.magnitude;
@@ -65,7 +69,7 @@ Digits digitsOf(const Decimal& value)
 Digits digitsOf(std::int64_t value, int decimals)
 {
     const bool negative = value < 0;
-    const auto magnitude =
+    const auto magnitude = // of the lowest number too, which has no positive counterpart
         negative ? ~static_cast<std::uint64_t>(value) + 1 : static_cast<std::uint64_t>(value);
     return fromInteger(std::to_string(magnitude), negative, decimals);
 }
@@ -147,6 +151,8 @@ std::u16string digitsToText(const Digits& number)
     return {text.begin(), text.end()};
 }
 
+// First the digits behind the last place go, with a carry that may run through to a new first digit; then
+// zeros are filled up to the last place, and the whole is read as one number of 128 bits.
 std::optional<Decimal> toDecimal(Digits number, int precision, int scale)
 {
     if (number.exponent > precision)
@@ -190,6 +196,7 @@ std::optional<Decimal> toDecimal(Digits number, int precision, int scale)
     return result;
 }
 
+// By way of a text, since reading one rounds once and rightly.
 double toDouble(const Digits& number)
 {
     if (number.digits.empty())

@@ -8,6 +8,7 @@
 #include "jet/sql/values/sqlError.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 
 namespace vellums::jet::sql {
@@ -43,6 +44,8 @@ Value right(const std::vector<Value>& arguments)
     return text.substr(text.size() - length);
 }
 
+// The start, where there is one, is the first argument. Places count from 1. Folding keeps lengths, so
+// places in the folded texts are those in the texts themselves.
 Value inStr(const std::vector<Value>& arguments)
 {
     const bool hasStart = arguments.size() == 3;
@@ -72,6 +75,7 @@ Value trimmed(Function function, const std::u16string& text)
     return begin < end ? text.substr(begin, end - begin) : std::u16string();
 }
 
+// As a date column takes values, but for what is out of range: a mismatch here, an overflow there.
 Value cDate(const Value& value)
 {
     if (std::holds_alternative<Date>(value))
@@ -121,6 +125,7 @@ Value callFunction(Function function, const std::vector<Value>& arguments, Date 
     default:
         break;
     }
+    // From here on a NULL among the arguments makes the answer NULL.
     if (std::any_of(arguments.begin(), arguments.end(), [](const Value& value) { return isNull(value); }))
         return Null{};
     switch (function) {
@@ -148,7 +153,8 @@ Value callFunction(Function function, const std::vector<Value>& arguments, Date 
         return textOf(arguments[0]);
     case Function::CLng:
         return cLng(arguments[0]);
-    default: // CDbl
+    default:
+        assert(function == Function::CDbl);
         return numberOf(arguments[0]);
     }
 }

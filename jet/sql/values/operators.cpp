@@ -1,3 +1,7 @@
+// NULL on either side makes NULL of every operation here. Whole numbers are computed in 64 bits, in which no
+// sum or product of two Longs overflows, and come back as Longs while they fit, else as Doubles. All else is
+// computed as Doubles; a result that is none (infinite, or no number) is a mismatch, and so is dividing by
+// zero.
 #include "jet/sql/values/operators.h"
 
 #include "jet/index/collation.h"
@@ -6,6 +10,7 @@
 #include "jet/sql/values/decimalForm.h"
 
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <limits>
 
@@ -45,6 +50,8 @@ Value longOrDouble(std::int64_t number)
     return static_cast<double>(number);
 }
 
+// Where both have exact digits these decide; else their doubles, in which a Currency may lose its last
+// places.
 std::strong_ordering compareNumbers(const Value& a, const Value& b)
 {
     const std::optional<Digits> p = exactDigits(a);
@@ -70,6 +77,7 @@ Value addOrSubtract(Operator op, const Value& a, const Value& b)
     const double left = numberOf(a);
     const double right = numberOf(b);
     const double result = add ? left + right : left - right;
+    // A date and a number make a date; two dates, or a number less a date, make a number.
     const bool dateA = std::holds_alternative<Date>(a);
     const bool dateB = std::holds_alternative<Date>(b);
     if (dateA != dateB && (dateA || add))
@@ -138,6 +146,7 @@ Truth compare(Operator op, const Value& a, const Value& b, SortOrder order)
     case Operator::LessOrEqual:
         return truthOf(result <= 0);
     default:
+        assert(op == Operator::GreaterOrEqual);
         return truthOf(result >= 0);
     }
 }
@@ -165,6 +174,7 @@ Value arithmetic(Operator op, const Value& a, const Value& b)
     case Operator::Modulo:
         return wholeDivision(op, a, b);
     default:
+        assert(op == Operator::Power);
         return finite(std::pow(numberOf(a), numberOf(b)));
     }
 }
