@@ -1,7 +1,7 @@
 // Values as bytes that sort like the values:
 //
 //   flag      7F, or 00 for NULL; descending 80, or FF
-//   whole     big-endian, the sign bit flipped; booleans one byte, 00 for true, since true is -1
+//   whole     big-endian, the sign bit flipped; a Byte has none; booleans one byte, 00 for true (-1)
 //   real      big-endian, the sign bit flipped; negative numbers inverted as a whole instead
 //   decimal   FF and the magnitude; of negative numbers 00 and the magnitude inverted
 //   bytes     segments of eight with a count behind each; GUIDs too, as they are displayed
