@@ -126,6 +126,8 @@ std::uint8_t appendRow(MutableBytes page, ByteView row, std::uint16_t flags)
 {
     const DataPage view(page);
     assert(view.hasRoomFor(row.size()));
+    if (static_cast<int>(row.size()) + 2 > view.countedFreeBytes())
+        throwDamaged(u"a page of rows counts its free bytes wrongly");
     const int number = view.rowCount();
     const std::size_t low = number == 0 ? kPageSize : view.start(number - 1);
     const std::size_t start = low - row.size();

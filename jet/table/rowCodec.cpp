@@ -78,10 +78,13 @@ Bytes encodeRow(const TableDefinition& definition, const RowContent& content)
         mask[column.number / 8u] |= static_cast<std::byte>(1u << (column.number % 8));
         if (column.type == ColumnType::Boolean)
             continue;
-        if (column.isFixed())
+        if (column.isFixed()) {
+            if (content[i]->size() > fixedSize(column))
+                throwDamaged(u"a field of fixed length holds longer values");
             std::copy(content[i]->begin(), content[i]->end(), row.begin() + 2 + column.offset);
-        else
+        } else {
             bySlot[column.slot] = &*content[i];
+        }
     }
     if (!bySlot.empty()) {
         std::vector<std::size_t> starts;

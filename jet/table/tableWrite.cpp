@@ -276,6 +276,8 @@ void Table::requireWritable() const
             refuse(u"the field '" + column.name + u"' is calculated");
         if (code == 0 || code == 0x0D || code == 0x0E || code == 0x11 || code == 0x12 || code >= 0x14)
             refuse(u"the field '" + column.name + u"' has a type that is only read");
+        if (isLongValue(column.type) && column.isFixed())
+            refuse(u"the field '" + column.name + u"' holds long values in a place of fixed length");
         if (isLongValue(column.type) && column.ownedMap.page == 0)
             refuse(u"the field '" + column.name + u"' has no map of its pages");
     }

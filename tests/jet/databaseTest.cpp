@@ -278,6 +278,15 @@ TEST_P(DatabaseTest, OrdersNumbersOfEveryType)
     EXPECT_EQ(rows(u"SELECT ID FROM n WHERE b AND k<0"), "1");
     EXPECT_EQ(rows(u"SELECT ID FROM n WHERE c=0 OR x<-123456789012345000"), "1/2/4");
     EXPECT_EQ(rows(u"SELECT MIN(k), COUNT(*) FROM n WHERE ID>99"), "NULL|0");
+
+    // Neighbours that are the same double, on both sides of a power of ten.
+    change(u"CREATE TABLE p (c CURRENCY, x DECIMAL(28,10))");
+    for (const char16_t* number : {u"99999999999999.9999", u"-100000000000000", u"100000000000000",
+             u"-99999999999999.9999", u"100000000000000.0001"})
+        change(u"INSERT INTO p (c, x) VALUES ('" + std::u16string(number) + u"', '" + number + u"')");
+    for (const char16_t* column : {u"c", u"x"})
+        EXPECT_EQ(rows(u"SELECT c FROM p ORDER BY " + std::u16string(column)),
+            "-100000000000000/-99999999999999.9999/99999999999999.9999/100000000000000/100000000000000.0001");
 }
 
 // A bounded sort must give what sorting everything gives, ties included.

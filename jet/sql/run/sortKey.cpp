@@ -41,11 +41,15 @@ void appendNumber(std::string& key, double number)
         key += static_cast<char>(bits >> shift & 0xFF);
 }
 
-// Numbers with more digits than a double holds: their double, then all their digits. Those of negative
-// numbers count backwards, and so does the end: more digits are a smaller number.
+// Numbers with more digits than a double holds: their double, then, since neighbours may share it, the power
+// of ten and all digits. Those of negative numbers count backwards, and so does the end: more digits are a
+// smaller number.
 void appendExact(std::string& key, const Digits& digits)
 {
     appendNumber(key, toDouble(digits));
+    const int power = 0x8000 + (digits.negative ? -digits.exponent : digits.exponent);
+    key += static_cast<char>(power >> 8 & 0xFF);
+    key += static_cast<char>(power & 0xFF);
     for (const char digit : digits.digits)
         key += static_cast<char>(digits.negative ? '9' - digit + 1 : digit - '0' + 1);
     key += static_cast<char>(digits.negative ? 0x7F : 0);

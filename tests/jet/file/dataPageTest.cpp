@@ -90,6 +90,9 @@ TEST(DataPage, RefusesRowTablesThatReachOutside)
     EXPECT_THROW(DataPage{damaged(14, 0x0010)}, Error) << "a row inside the row table";
     EXPECT_THROW(DataPage{damaged(16, 0x0FFF)}, Error) << "starts that increase";
     EXPECT_THROW(DataPage{damaged(0, 0x0104)}, Error) << "another kind of page";
+    Bytes overstated = damaged(2, 3000);
+    store<std::uint16_t>(overstated, 16, 0x0010 + 8); // the lowest row begins right behind the table
+    EXPECT_THROW(appendRow(overstated, rowOf(69, 1), 0), Error) << "free bytes that are none";
     const Bytes two = damaged(12, 2);
     EXPECT_THROW(DataPage(two).row(2), Error) << "a row that is not there";
     EXPECT_THROW(DataPage(two).flags(2), Error) << "its flags";

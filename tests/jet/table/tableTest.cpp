@@ -307,6 +307,20 @@ TEST_P(TableTest, ChangesNoTableWithTypesThatAreOnlyRead)
     }
 }
 
+// The place of a long value is no fixed one: there would be no bytes for it.
+TEST_P(TableTest, ChangesNoTableWithLongValuesOfFixedLength)
+{
+    PageFile file(path, OpenMode::Write); // not committed
+    const Catalogue catalogue(file);
+    const CatalogueEntry notes = *catalogue.find(u"Notes");
+    const TableDefinition definition = catalogue.open(notes).definition();
+    const std::size_t columns = definition.counterOffsets.back() + kIndexCounter;
+    file.write(definition.page)[columns + kBody * kColumnRecord + 15] |= std::byte{1};
+    Table table = catalogue.open(notes);
+    EXPECT_THROW(table.requireWritable(), Error);
+    EXPECT_THROW(table.insert({{kBody, textOfSize(30, 1)}}), Error);
+}
+
 // Nothing is written when a value does not fit.
 TEST_P(TableTest, RefusesWhatDoesNotFitBeforeAnythingIsWritten)
 {
