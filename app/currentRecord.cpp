@@ -5,7 +5,6 @@
 #include "app/currentRecord.h"
 
 #include "platform/clock.h"
-#include "store/sqlText.h"
 #include "text/oleDate.h"
 #include "text/pieces.h"
 
@@ -138,8 +137,7 @@ bool CurrentRecord::add(const RecordTexts& texts)
     NewRecord record;
     record.text = texts.text;
     record.link = record_.link.empty() ? window_.chkSort.caption() : record_.link;
-    if (!texts.title.empty())
-        record.title = sqlQuoted(text::replaceAll(texts.title, u"\r\n", u""));
+    record.title = texts.title;
     Notebook there = record_.id < 0 ? notebook_ : origin();
     RecordTexts saved = texts;
     const std::optional<AddedRecord> added = addRecord(there, record);

@@ -7,10 +7,8 @@
 #include "app/boxText.h"
 #include "platform/files.h"
 #include "store/records.h"
-#include "store/sqlText.h"
 #include "text/clsMD5.h"
 #include "text/decimal.h"
-#include "text/pieces.h"
 #include "text/unicode.h"
 
 #include <cstddef>
@@ -188,8 +186,7 @@ std::optional<TakenBack> takeBack(const Notebook& notebook, const UnsavedText& t
     NewRecord added;
     added.text = text.text;
     added.link = text.link;
-    if (!text.title.empty())
-        added.title = sqlQuoted(text::replaceAll(text.title, u"\r\n", u""));
+    added.title = text.title;
     const std::optional<AddedRecord> now = addRecord(notebook, added);
     return now ? std::optional(TakenBack{now->id, true}) : std::nullopt;
 }

@@ -14,7 +14,6 @@
 #include "store/headingQuery.h"
 #include "store/records.h"
 #include "store/snippetTable.h"
-#include "store/sqlText.h"
 #include "text/clsMD5.h"
 #include "text/decimal.h"
 #include "text/pieces.h"
@@ -76,7 +75,7 @@ void runAdd(const Arguments& arguments)
     NewRecord record;
     record.text = withLineEnds(readInput());
     if (arguments.title)
-        record.title = sqlQuoted(replaceAll(withLineEnds(*arguments.title), u"\r\n", u""));
+        record.title = withLineEnds(*arguments.title);
     const auto added = addRecord(session.notebook(), record);
     if (!added)
         session.fail();

@@ -158,13 +158,13 @@ bool copyRecord(
 AddedRecord addRecord(Connection& connection, const std::u16string& table, const NewRecord& record)
 {
     const std::u16string body = text::cleanBody(record.text);
-    std::u16string title = record.title.value_or(u"");
+    std::u16string title = replaceAll(record.title, kLineEnd, u"");
     if (title.empty())
-        title = sqlQuoted(text::titleOf(record.text));
-    connection.execute(u"INSERT INTO [" + table + u"] (" + columnList() + u") VALUES ('" + title + u"', '" +
-        sqlQuoted(body) + u"','', '" + sqlNow() + u"', '" + sqlQuoted(record.link) + u"', '" +
+        title = text::titleOf(record.text);
+    connection.execute(u"INSERT INTO [" + table + u"] (" + columnList() + u") VALUES ('" + sqlQuoted(title) +
+        u"', '" + sqlQuoted(body) + u"','', '" + sqlNow() + u"', '" + sqlQuoted(record.link) + u"', '" +
         text::clsMD5().MD5(body) + u"')");
-    return {lastIdentity(connection), replaceAll(title, u"''", u"'")};
+    return {lastIdentity(connection), title};
 }
 
 std::optional<AddedRecord> addRecord(const Notebook& notebook, const NewRecord& record)

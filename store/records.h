@@ -28,8 +28,8 @@ struct SnippetRecord {
 
 struct NewRecord {
     std::u16string text;
-    std::optional<std::u16string> title; // already quoted for SQL; none or empty: derived from the text
-    std::u16string link;                 // not quoted
+    std::u16string title; // on one line; its line ends go. Empty: derived from the text
+    std::u16string link;
 };
 
 struct AddedRecord {

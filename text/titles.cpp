@@ -79,7 +79,7 @@ std::u16string titleFromPath(std::u16string_view path)
     title = replaceAll(title, u"North City Branch", u"分行");
     if (title.size() > kLongestTitle)
         title = cutQuoted(title, kLongestTitle) + u"...";
-    return title;
+    return replaceAll(title, u"''", u"'");
 }
 
 } // namespace vellums::text

@@ -9,8 +9,8 @@ namespace vellums::text {
 // The title for a text that comes without one: a mail's subject, or the beginning of the first line.
 std::u16string titleOf(std::u16string_view text);
 
-// The title of an imported file: its name without folder and extension. Quoted for SQL (every
-// apostrophe doubled), at most 100 characters of that and "...". Empty when no dot follows the last
+// The title of an imported file: its name without folder and extension, at most 100 characters and "...",
+// where an apostrophe counts twice. Empty when no dot follows the last
 // folder; when the last dot lies in a folder's name, that folder's name up to it.
 std::u16string titleFromPath(std::u16string_view path);
 

@@ -1,4 +1,5 @@
 #include "store/ado/adoConnection.h"
+
 #include "jet/database.h"
 #include "store/connectionString.h"
 #include "store/records.h"
@@ -114,14 +115,14 @@ TEST_F(AdoConnections, ThatFailToOpenLeaveOneLineAndNothingElse)
     std::size_t lines = 0;
     for (const BadString& bad : kBadStrings) {
         notes->dbConn = bad.connection;
-        EXPECT_FALSE(addRecord(*notes, {u"text", std::nullopt, u""}));
+        EXPECT_FALSE(addRecord(*notes, {u"text", u"", u""}));
         ASSERT_EQ(notes.shown().size(), ++lines);
         EXPECT_THAT(
             text::toUtf8(notes.shown().back()), AllOf(HasSubstr("addRecord - "), HasSubstr(bad.number)));
         EXPECT_EQ(world().alive, 0);
         EXPECT_EQ(world().connections(), 0);
         notes->dbConn = good;
-        EXPECT_TRUE(addRecord(*notes, {u"text", std::nullopt, u""})) << "the next operation works";
+        EXPECT_TRUE(addRecord(*notes, {u"text", u"", u""})) << "the next operation works";
     }
     EXPECT_EQ(getRecText(*notes, 6)->text, u"text");
 }

@@ -167,7 +167,7 @@ TEST_F(Starts, WithoutAdoUseTheEmbeddedEngine)
     const Notebook forced = start(u"ADO");
     EXPECT_TRUE(isAdo(forced));
     EXPECT_EQ(forced.dbTable, u"-");
-    EXPECT_FALSE(addRecord(forced, {u"x", std::nullopt, u""}));
+    EXPECT_FALSE(addRecord(forced, {u"x", u"", u""}));
     ASSERT_EQ(shown.size(), 1u);
     EXPECT_TRUE(shown[0].starts_with(u"addRecord - "));
     EXPECT_EQ(shown[0].back(), ')');

@@ -1,4 +1,5 @@
 #include "app/listCommands.h"
+
 #include "platform/clipboard.h"
 #include "platform/files.h"
 #include "store/records.h"

@@ -1,4 +1,5 @@
 #include "app/recordCommands.h"
+
 #include "app/headingList.h"
 #include "platform/clipboard.h"
 #include "tests/support/windowNotebook.h"
@@ -370,7 +371,7 @@ TEST_P(RecordCommandsTest, DeleteAsksAndSelectsTheNeighbour)
         SCOPED_TRACE(c.why);
         notes.run(u"DELETE FROM [Notes]");
         for (const char16_t* const title : {u"apple", u"banana", u"cherry"})
-            ASSERT_TRUE(addRecord(*notes, {title, std::nullopt, u""}));
+            ASSERT_TRUE(addRecord(*notes, {title, u"", u""}));
         records.reload();
         window.lstHeads.click(c.selected);
         records.selectHeading();

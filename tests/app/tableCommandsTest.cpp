@@ -1,4 +1,5 @@
 #include "app/tableCommands.h"
+
 #include "app/settings.h"
 #include "platform/clipboard.h"
 #include "platform/codePage.h"

@@ -35,7 +35,7 @@ protected:
     {
         notes_->provider = &compactor_;
         notes_->appDir = notes_.folder().makeFolder(u"program");
-        added_ = addRecord(*notes_, {u"kept", std::nullopt, u""}).has_value();
+        added_ = addRecord(*notes_, {u"kept", u"", u""}).has_value();
         before_ = tests::bytesOf(notes_.file());
     }
     ~CompactionTest() override

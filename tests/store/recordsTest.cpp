@@ -25,7 +25,7 @@ protected:
 
     std::int32_t add(const std::u16string& text)
     {
-        const auto added = addRecord(*notes_, {text, std::nullopt, u""});
+        const auto added = addRecord(*notes_, {text, u"", u""});
         EXPECT_TRUE(added);
         return added ? added->id : 0;
     }
@@ -56,7 +56,7 @@ TEST_P(Records, TheDigestIsThatOfTheStoredText)
 TEST_P(Records, AreAddedCleanedWithTheirDigest)
 {
     const double before = platform::oleNow();
-    const auto added = addRecord(*notes_, {u"it's  \r\n\r\n\r\n\r\n中文   x", std::nullopt, u"C:\\o'k.txt"});
+    const auto added = addRecord(*notes_, {u"it's  \r\n\r\n\r\n\r\n中文   x", u"", u"C:\\o'k.txt"});
     ASSERT_TRUE(added);
     EXPECT_EQ(added->title, u"it's  ");
     const auto record = getRecText(*notes_, added->id);
@@ -74,7 +74,7 @@ TEST_P(Records, AreAddedCleanedWithTheirDigest)
 
 TEST_P(Records, TakeAGivenTitleThatIsQuotedAlready)
 {
-    const auto added = addRecord(*notes_, {u"text", u"it''s", u""});
+    const auto added = addRecord(*notes_, {u"text", u"it's", u""});
     ASSERT_TRUE(added);
     EXPECT_EQ(added->title, u"it's");
     EXPECT_THAT(notes_.rows(u"SELECT ID, VLHEAD FROM [Notes]"), ElementsAre(u"1|it's"));
@@ -100,7 +100,7 @@ TEST_P(Records, KeepTextsOfMegabytes)
 
 TEST_P(Records, AreSavedWithoutTouchingTheLink)
 {
-    const auto added = addRecord(*notes_, {u"old", std::nullopt, u"C:\\a.txt"});
+    const auto added = addRecord(*notes_, {u"old", u"", u"C:\\a.txt"});
     ASSERT_TRUE(added);
     notes_.run(u"UPDATE [Notes] SET VLDATE='2001-2-3 4:5:6'");
     EXPECT_EQ(modRecord(*notes_, added->id, u"a\r\nb'c", u"new\n\n\n\ntext", u"20240305090703"), Saved::Yes);
@@ -138,8 +138,8 @@ TEST_P(Records, OnceDeletedAreGone)
 TEST_P(Records, StickAndGoBackToTheDateOfTheirSource)
 {
     const std::u16string source = notes_.folder().write(u"source.txt", "x");
-    const auto linked = addRecord(*notes_, {u"a", std::nullopt, source});
-    const auto lost = addRecord(*notes_, {u"b", std::nullopt, u"C:\\no such file.txt"});
+    const auto linked = addRecord(*notes_, {u"a", u"", source});
+    const auto lost = addRecord(*notes_, {u"b", u"", u"C:\\no such file.txt"});
     const std::int32_t plain = add(u"c");
     ASSERT_TRUE(linked && lost);
     notes_.run(u"UPDATE [Notes] SET VLDATE='2001-2-3 4:5:6'");
@@ -179,7 +179,7 @@ TEST_P(Records, AreCopiedWithTheDateOfTheCopy)
 TEST_P(Records, TellWhatFailed)
 {
     notes_->dbTable = u"Missing";
-    EXPECT_FALSE(addRecord(*notes_, {u"a", std::nullopt, u""}));
+    EXPECT_FALSE(addRecord(*notes_, {u"a", u"", u""}));
     EXPECT_EQ(modRecord(*notes_, 1, u"", u"", u""), Saved::Failed);
     EXPECT_FALSE(dupRecord(*notes_, 5));
     EXPECT_FALSE(delRecord(*notes_, 1));
@@ -217,7 +217,7 @@ public:
 TEST(AddedRecords, HaveTheIdentityThatAServerGives)
 {
     Server server;
-    EXPECT_EQ(addRecord(server, u"snippets", {u"text", std::nullopt, u""}).id, 70000);
+    EXPECT_EQ(addRecord(server, u"snippets", {u"text", u"", u""}).id, 70000);
 }
 
 } // namespace
