@@ -15,6 +15,7 @@
 #include "jet/catalogue/definitionBuilder.h"
 
 #include "jet/file/dataPage.h"
+#include "jet/file/mapRow.h"
 
 #include <algorithm>
 #include <cassert>

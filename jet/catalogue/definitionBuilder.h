@@ -1,7 +1,6 @@
 // Makes the pages of a new table: its definition, its usage maps, the roots of its indexes.
 #pragma once
 
-#include "jet/file/usageMap.h"
 #include "jet/table/tableDefinition.h"
 
 #include <vector>

@@ -3,6 +3,7 @@
 #include "jet/catalogue/catalogue.h"
 #include "jet/catalogue/systemRows.h"
 #include "jet/file/dataPage.h"
+#include "jet/file/freePages.h"
 #include "jet/file/usageMap.h"
 #include "jet/index/collation.h"
 #include "jet/index/indexPage.h"

@@ -1,5 +1,5 @@
-// Sets of page numbers: the pages that a table, a long-value column or an index owns, those with free
-// space, and the free pages of the file.
+// Sets of page numbers: the pages that a table, a long-value column or an index owns, and those with free
+// space.
 //
 // A map lies in a row of a data page. Form 0: a start page and a bitmap. Form 1: numbers of pages of
 // kind 0x05 that hold the bitmap, 32,736 pages each.
@@ -11,9 +11,6 @@
 #include <vector>
 
 namespace vellums::jet {
-
-// Bytes of the row of a fresh inline map: its form, its start and the bits of 512 pages.
-inline constexpr std::size_t kMapRowBytes = 69;
 
 class FreePages;
 
@@ -38,26 +35,6 @@ public:
 private:
     PageFile& file_;
     RowRef place_;
-};
-
-// The free pages of the whole file: page 1, row 0. A set bit means free.
-class FreePages {
-public:
-    explicit FreePages(PageFile& file);
-
-    // The lowest free page, from now on not free; the file grows where it lies beyond the end. The
-    // page is all zeros and to be written in full.
-    PageNo allocate();
-    // Gives a page back; its first byte becomes `kind` (0x08 definition, 0x09 data), other pages keep
-    // theirs (`kind` 0).
-    void release(PageNo page, std::uint8_t kind);
-    // Inside the file and free.
-    bool isFree(PageNo page) const;
-    // Pages of kind 0x05 of the map itself.
-    std::vector<PageNo> bitmapPages() const;
-
-private:
-    PageFile& file_;
 };
 
 } // namespace vellums::jet

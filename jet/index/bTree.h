@@ -1,8 +1,8 @@
 // The B-tree of one index.
 #pragma once
 
+#include "jet/file/freePages.h"
 #include "jet/file/pageFile.h"
-#include "jet/file/usageMap.h"
 
 #include <functional>
 #include <vector>

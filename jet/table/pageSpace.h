@@ -2,7 +2,6 @@
 #pragma once
 
 #include "jet/file/dataPage.h"
-#include "jet/file/usageMap.h"
 
 namespace vellums::jet {
 

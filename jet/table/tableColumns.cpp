@@ -6,7 +6,8 @@
 // Parts further back are put in first, so that the places of those in front stay right. Rows stay as they
 // are: a row knows how many columns there were when it was written.
 #include "jet/file/dataPage.h"
-#include "jet/file/usageMap.h"
+#include "jet/file/freePages.h"
+#include "jet/file/mapRow.h"
 #include "jet/table/table.h"
 
 #include <algorithm>

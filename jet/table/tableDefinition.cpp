@@ -4,7 +4,7 @@
 // is made there and written back over the same pages, and everything else stays as another program left it.
 #include "jet/table/tableDefinition.h"
 
-#include "jet/file/usageMap.h"
+#include "jet/file/freePages.h"
 
 #include <algorithm>
 #include <cassert>
@@ -160,6 +160,64 @@ void readLongValueMaps(Reader& reader, TableDefinition& definition)
         throwDamaged(u"a table definition does not end where its length says");
 }
 
+// How many there are of the parts that follow the head.
+struct PartCounts {
+    std::size_t columns;
+    std::size_t logicalIndexes;
+    std::size_t physicalIndexes;
+};
+
+PartCounts readHead(Reader& reader, TableDefinition& definition)
+{
+    const ByteView header = reader.take(kDefinitionHeader);
+    definition.rowCount = load<std::uint32_t>(header, 16);
+    definition.lastAutoNumber = load<std::uint32_t>(header, 20);
+    definition.tableType = load<std::uint8_t>(header, 40);
+    definition.columnSlots = load<std::uint16_t>(header, 41);
+    definition.variableSlots = load<std::uint16_t>(header, 43);
+    definition.ownedMap = rowRefOf(load<std::uint32_t>(header, 55));
+    definition.freeMap = rowRefOf(load<std::uint32_t>(header, 59));
+    const PartCounts counts = {
+        load<std::uint16_t>(header, 45), load<std::uint32_t>(header, 47), load<std::uint32_t>(header, 51)};
+    if (counts.columns > kMaxColumns || counts.logicalIndexes > kMaxIndexes ||
+        counts.physicalIndexes > kMaxIndexes || definition.columnSlots > kMaxColumns ||
+        definition.variableSlots > definition.columnSlots)
+        throwDamaged(u"a table definition has impossible counts");
+    return counts;
+}
+
+void readColumns(Reader& reader, TableDefinition& definition, std::size_t count, SortOrder defaultOrder)
+{
+    for (std::size_t i = 0; i < count; ++i) {
+        definition.columns.push_back(readColumn(reader.take(kColumnRecord), defaultOrder));
+        const Column& column = definition.columns.back();
+        if (column.number >= definition.columnSlots ||
+            (!column.isFixed() && column.type != ColumnType::Boolean &&
+                column.slot >= definition.variableSlots))
+            throwDamaged(u"a column of a table definition has an impossible number");
+    }
+    for (Column& column : definition.columns)
+        column.name = reader.takeName();
+}
+
+void readIndexes(Reader& reader, TableDefinition& definition, const PartCounts& counts)
+{
+    for (std::size_t i = 0; i < counts.physicalIndexes; ++i)
+        definition.physicalIndexes.push_back(readPhysicalIndex(reader.take(kPhysicalBytes), definition));
+    for (std::size_t i = 0; i < counts.logicalIndexes; ++i) {
+        definition.logicalIndexes.push_back(readLogicalIndex(reader.take(kLogicalBytes)));
+        const LogicalIndex& logical = definition.logicalIndexes.back();
+        if (logical.physical >= counts.physicalIndexes)
+            throwDamaged(u"an index of a table definition does not exist");
+        if (logical.kind == 1)
+            definition.physicalIndexes[logical.physical].unique = true;
+        if (logical.kind == 1)
+            definition.physicalIndexes[logical.physical].required = true;
+    }
+    for (LogicalIndex& index : definition.logicalIndexes)
+        index.name = reader.takeName();
+}
+
 } // namespace
 
 std::size_t fixedSize(const Column& column)
@@ -221,49 +279,13 @@ TableDefinition readTableDefinition(const PageFile& file, PageNo page)
     definition.page = page;
     definition.joined = joinPages(file, page, definition.pages);
     Reader reader(definition.joined);
-    const ByteView header = reader.take(kDefinitionHeader);
-    definition.rowCount = load<std::uint32_t>(header, 16);
-    definition.lastAutoNumber = load<std::uint32_t>(header, 20);
-    definition.tableType = load<std::uint8_t>(header, 40);
-    definition.columnSlots = load<std::uint16_t>(header, 41);
-    definition.variableSlots = load<std::uint16_t>(header, 43);
-    definition.ownedMap = rowRefOf(load<std::uint32_t>(header, 55));
-    definition.freeMap = rowRefOf(load<std::uint32_t>(header, 59));
-    const std::size_t columnCount = load<std::uint16_t>(header, 45);
-    const std::size_t logicalCount = load<std::uint32_t>(header, 47);
-    const std::size_t physicalCount = load<std::uint32_t>(header, 51);
-    if (columnCount > kMaxColumns || logicalCount > kMaxIndexes || physicalCount > kMaxIndexes ||
-        definition.columnSlots > kMaxColumns || definition.variableSlots > definition.columnSlots)
-        throwDamaged(u"a table definition has impossible counts");
-
-    for (std::size_t i = 0; i < physicalCount; ++i) {
+    const PartCounts counts = readHead(reader, definition);
+    for (std::size_t i = 0; i < counts.physicalIndexes; ++i) {
         definition.counterOffsets.push_back(reader.offset());
         reader.take(kIndexCounter);
     }
-    for (std::size_t i = 0; i < columnCount; ++i) {
-        definition.columns.push_back(readColumn(reader.take(kColumnRecord), file.header().sortOrder));
-        const Column& column = definition.columns.back();
-        if (column.number >= definition.columnSlots ||
-            (!column.isFixed() && column.type != ColumnType::Boolean &&
-                column.slot >= definition.variableSlots))
-            throwDamaged(u"a column of a table definition has an impossible number");
-    }
-    for (Column& column : definition.columns)
-        column.name = reader.takeName();
-    for (std::size_t i = 0; i < physicalCount; ++i)
-        definition.physicalIndexes.push_back(readPhysicalIndex(reader.take(kPhysicalBytes), definition));
-    for (std::size_t i = 0; i < logicalCount; ++i) {
-        definition.logicalIndexes.push_back(readLogicalIndex(reader.take(kLogicalBytes)));
-        const LogicalIndex& logical = definition.logicalIndexes.back();
-        if (logical.physical >= physicalCount)
-            throwDamaged(u"an index of a table definition does not exist");
-        if (logical.kind == 1)
-            definition.physicalIndexes[logical.physical].unique = true;
-        if (logical.kind == 1)
-            definition.physicalIndexes[logical.physical].required = true;
-    }
-    for (LogicalIndex& index : definition.logicalIndexes)
-        index.name = reader.takeName();
+    readColumns(reader, definition, counts.columns, file.header().sortOrder);
+    readIndexes(reader, definition, counts);
     readLongValueMaps(reader, definition);
     return definition;
 }

@@ -15,7 +15,7 @@
 // Long values that are to lie outside are placed between the halves, since the row needs their places; so
 // the keys are made from a preview of the row that has them in line.
 #include "jet/file/dataPage.h"
-#include "jet/file/usageMap.h"
+#include "jet/file/freePages.h"
 #include "jet/index/bTree.h"
 #include "jet/table/indexKeys.h"
 #include "jet/table/longValue.h"
@@ -261,6 +261,58 @@ void storeRow(PageFile& file, const PageOwner& owner, RowRef home, ByteView row)
     replaceRow(writablePage(file, owner, home.page), home.row, pointer, kMovedFlag);
 }
 
+// The content of a row as it lies, long values as their references.
+NewRow sameContent(const TableDefinition& definition, const Row& row)
+{
+    NewRow same;
+    same.content.resize(definition.columns.size());
+    same.outside.resize(definition.columns.size());
+    for (std::size_t i = 0; i < definition.columns.size(); ++i)
+        if (const auto stored = row.stored(i))
+            same.content[i].emplace(stored->begin(), stored->end());
+    return same;
+}
+
+struct LongValueThatGoes {
+    std::size_t column;
+    Bytes reference;
+};
+
+struct KeyChange {
+    std::size_t index; // of the physical indexes
+    RowKey before;
+    RowKey after;
+};
+
+bool hasAssignedColumn(
+    const TableDefinition& definition, const PhysicalIndex& index, const std::vector<Assignment>& assignments)
+{
+    return std::any_of(index.columns.begin(), index.columns.end(), [&](const IndexColumn& c) {
+        return std::any_of(assignments.begin(), assignments.end(),
+            [&](const Assignment& a) { return definition.columns[a.column].number == c.number; });
+    });
+}
+
+// The entries that an update changes, all of them checked. An index none of whose columns is assigned is left
+// alone, even one whose keys cannot be made here.
+std::vector<KeyChange> keyChanges(PageFile& file, const Table& table,
+    const std::vector<Assignment>& assignments, const Row& before, const Row& future)
+{
+    const TableDefinition& definition = table.definition();
+    std::vector<KeyChange> changes;
+    for (std::size_t i = 0; i < definition.physicalIndexes.size(); ++i) {
+        const PhysicalIndex& index = definition.physicalIndexes[i];
+        if (!hasAssignedColumn(definition, index, assignments))
+            continue;
+        KeyChange change{i, rowKey(file, definition, index, before), rowKey(file, definition, index, future)};
+        if (change.before.state == change.after.state && change.before.bytes == change.after.bytes)
+            continue;
+        checkKey(file, table, index, change.after, before.home());
+        changes.push_back(std::move(change));
+    }
+    return changes;
+}
+
 } // namespace
 
 void Table::requireWritable() const
@@ -335,25 +387,17 @@ std::int32_t Table::insert(const std::vector<Assignment>& assignments)
 
 void Table::update(RowRef home, const std::vector<Assignment>& assignments)
 {
-    NewRow row;
-    row.content.resize(definition_.columns.size());
-    row.outside.resize(definition_.columns.size());
     const Row old = rowAt(home);
-    const Bytes oldBytes(old.bytes().begin(), old.bytes().end());
+    const Bytes oldBytes(old.bytes().begin(), old.bytes().end()); // the page changes under it
     const Row before(file_, definition_, home, PageView(oldBytes));
-    for (std::size_t i = 0; i < definition_.columns.size(); ++i)
-        if (const auto stored = before.stored(i))
-            row.content[i].emplace(stored->begin(), stored->end());
-    std::vector<Bytes> replaced; // references of long values that go
-    std::vector<std::size_t> replacedColumns;
+    NewRow row = sameContent(definition_, before);
+    std::vector<LongValueThatGoes> replaced;
     std::int32_t autoNumber = 0;
     for (const Assignment& assignment : assignments) {
         const Column& column = definition_.columns[assignment.column];
         checkRules(*this, assignment);
-        if (isLongValue(column.type) && row.content[assignment.column]) {
-            replaced.push_back(*row.content[assignment.column]);
-            replacedColumns.push_back(assignment.column);
-        }
+        if (isLongValue(column.type) && row.content[assignment.column])
+            replaced.push_back({assignment.column, *row.content[assignment.column]});
         setContent(row, column, assignment.column, assignment.value);
         if (column.isAutoNumber())
             if (const auto* number = std::get_if<std::int32_t>(&assignment.value))
@@ -363,35 +407,13 @@ void Table::update(RowRef home, const std::vector<Assignment>& assignments)
     makeFitting(definition_, row);
     Bytes preview;
     const Row future = previewRow(file_, definition_, row, home, preview);
-    struct Change {
-        std::size_t index;
-        RowKey before;
-        RowKey after;
-    };
-    // An index none of whose columns is assigned is left alone, even one whose keys cannot be made here.
-    std::vector<Change> changes;
-    for (std::size_t i = 0; i < definition_.physicalIndexes.size(); ++i) {
-        const PhysicalIndex& index = definition_.physicalIndexes[i];
-        const bool touched =
-            std::any_of(index.columns.begin(), index.columns.end(), [&](const IndexColumn& c) {
-                return std::any_of(assignments.begin(), assignments.end(),
-                    [&](const Assignment& a) { return definition_.columns[a.column].number == c.number; });
-            });
-        if (!touched)
-            continue;
-        Change change{
-            i, rowKey(file_, definition_, index, before), rowKey(file_, definition_, index, future)};
-        if (change.before.state == change.after.state && change.before.bytes == change.after.bytes)
-            continue;
-        checkKey(file_, *this, index, change.after, home);
-        changes.push_back(std::move(change));
-    }
+    const std::vector<KeyChange> changes = keyChanges(file_, *this, assignments, before, future);
 
-    for (std::size_t i = 0; i < replaced.size(); ++i)
-        freeLongValue(file_, definition_.columns[replacedColumns[i]], replaced[i]);
+    for (const LongValueThatGoes& value : replaced)
+        freeLongValue(file_, definition_.columns[value.column], value.reference);
     writeOutsideValues(file_, definition_, row);
     storeRow(file_, ownerOf(definition_), home, encodeRow(definition_, row.content));
-    for (const Change& change : changes) {
+    for (const KeyChange& change : changes) {
         removeIndexEntry(file_, definition_, definition_.physicalIndexes[change.index], change.before, home);
         addIndexEntry(file_, definition_, change.index, change.after, home);
     }

@@ -1,8 +1,6 @@
 // Who owns which page, and what is wrong with the file: what the parts of the checker write into.
 #pragma once
 
-#include "jet/file/usageMap.h"
-
 #include <string>
 #include <vector>
 

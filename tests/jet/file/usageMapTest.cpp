@@ -1,6 +1,6 @@
 #include "jet/file/usageMap.h"
-
 #include "jet/file/dataPage.h"
+#include "jet/file/freePages.h"
 #include "tests/support/bareFile.h"
 #include "tests/support/temporaryFolder.h"
 

@@ -4,6 +4,8 @@
 #include "jet/catalogue/catalogue.h"
 #include "jet/catalogue/systemRows.h"
 #include "jet/file/dataPage.h"
+#include "jet/file/freePages.h"
+#include "jet/file/usageMap.h"
 #include "jet/index/bTree.h"
 #include "jet/table/indexKeys.h"
 #include "tests/support/temporaryFolder.h"

@@ -1,0 +1,30 @@
+// The free pages of the file, and how pages are taken and given back.
+#pragma once
+
+#include "jet/file/pageFile.h"
+
+#include <vector>
+
+namespace vellums::jet {
+
+// The free pages of the whole file: page 1, row 0. A set bit means free.
+class FreePages {
+public:
+    explicit FreePages(PageFile& file);
+
+    // The lowest free page, from now on not free; the file grows where it lies beyond the end. The
+    // page is all zeros and to be written in full.
+    PageNo allocate();
+    // Gives a page back; its first byte becomes `kind` (0x08 definition, 0x09 data), other pages keep
+    // theirs (`kind` 0).
+    void release(PageNo page, std::uint8_t kind);
+    // Inside the file and free.
+    bool isFree(PageNo page) const;
+    // Pages of kind 0x05 of the map itself.
+    std::vector<PageNo> bitmapPages() const;
+
+private:
+    PageFile& file_;
+};
+
+} // namespace vellums::jet
