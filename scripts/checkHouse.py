@@ -3,7 +3,8 @@
 
 A folder includes only what stands below it, folders of one floor never each other; rooms of a folder have
 floors of their own, with the folder's own files on top; Windows' headers and _WIN32 stay where they belong.
-Prints each violation and exits with 1. With --self-test it proves that it can fail.
+What README, CONTRIBUTING and docs/ name in backticks as a file of a folder must be there. Prints each violation
+and exits with 1. With --self-test it proves that it can fail.
 """
 import os
 import re
@@ -110,6 +111,23 @@ def check(root, files):
     return faults
 
 
+NAMED = re.compile(r"`((?:[\w.-]+/)+[\w.-]+\.(?:h|cpp|md|py|txt|cmake|mjs))`")
+
+
+def missing_files(text, files):
+    """What a page names and the tree lacks."""
+    return [name for name in NAMED.findall(text) if name not in files and not name.startswith("build/")]
+
+
+def check_pages(root, files):
+    faults = []
+    for page in files:
+        if page in ("README.md", "CONTRIBUTING.md") or page.startswith("docs/") and page.endswith(".md"):
+            with open(os.path.join(root, page), encoding="utf-8") as source:
+                faults += [f"{page}: {name} is not there" for name in missing_files(source.read(), set(files))]
+    return faults
+
+
 def self_test():
     """Each line breaks one rule; all must be reported."""
     broken = {
@@ -142,6 +160,8 @@ def self_test():
                 return f"the check passes {path}, which breaks a rule"
         if check(root, list(clean)):
             return "the check refuses a rightful include"
+    if missing_files("`a/b.h` and `a/c.h`", {"a/b.h"}) != ["a/c.h"]:
+        return "the check of named files does not see one that is gone"
     return None
 
 
@@ -154,7 +174,8 @@ def main():
         return 0
     root = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
     listed = subprocess.run(["git", "ls-files"], cwd=root, capture_output=True, text=True, check=True).stdout
-    faults = check(root, [f for f in listed.splitlines() if os.path.exists(os.path.join(root, f))])
+    files = [f for f in listed.splitlines() if os.path.exists(os.path.join(root, f))]
+    faults = check(root, files) + check_pages(root, files)
     for line in faults:
         print(line)
     return 1 if faults else 0
