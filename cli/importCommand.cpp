@@ -20,9 +20,9 @@ public:
     {
     }
 
-    io::ImportEvents events()
+    ImportEvents events()
     {
-        io::ImportEvents events;
+        ImportEvents events;
         events.added = [this](const AddedRecord& record, const std::u16string& path) { added(record, path); };
         events.stored = [this] { stored(); };
         events.logged = [this](const std::u16string& message) {
@@ -67,9 +67,9 @@ void runImport(const Arguments& arguments)
     TerminalProgress progress;
     progress.begin(u"imported");
     ImportReport report(progress);
-    io::ImportEvents events = report.events();
+    ImportEvents events = report.events();
     events.duplicates = progress.bulkUser(!arguments.noBackup, u"duplicates removed");
-    io::FileImport import(session.notebook(), nullptr, std::move(events));
+    FileImport import(session.notebook(), nullptr, std::move(events));
     std::vector<std::u16string> files;
     const auto check = [&](bool done) {
         progress.clear();

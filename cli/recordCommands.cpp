@@ -122,8 +122,8 @@ void runDedupe(const Arguments& arguments)
     Session session(arguments.values[0]);
     session.chooseTable(arguments.table);
     TerminalProgress progress;
-    const maint::Duplicates duplicates =
-        maint::delDupRec(session.notebook(), progress.bulkUser(!arguments.noBackup, u"duplicates removed"));
+    const Duplicates duplicates =
+        delDupRec(session.notebook(), progress.bulkUser(!arguments.noBackup, u"duplicates removed"));
     progress.clear();
     if (!duplicates.withoutCopy.empty())
         throw Failure{session.outcome().line(false) + u"; --no-backup does without a copy."};

@@ -4,7 +4,7 @@
 #include "platform/files.h"
 #include "text/pieces.h"
 
-namespace vellums::io {
+namespace vellums {
 
 void clsFolderScan::ScanFolder(std::u16string_view folderPath)
 {
@@ -78,4 +78,4 @@ std::u16string clsFolderScan::relative(std::u16string_view path) const
     return text::replaceAll(path, root_, u"");
 }
 
-} // namespace vellums::io
+} // namespace vellums

@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-namespace vellums::io {
+namespace vellums {
 
 // Folders are walked depth first, entries come in the order of the file system, and the event loop
 // gets its turn after every entry. Each folder is walked once, through however many links it is
@@ -73,4 +73,4 @@ private:
     std::u16string relative(std::u16string_view path) const;
 };
 
-} // namespace vellums::io
+} // namespace vellums

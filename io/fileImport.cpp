@@ -23,7 +23,7 @@
 #include <optional>
 #include <utility>
 
-namespace vellums::io {
+namespace vellums {
 namespace {
 
 using platform::SharedFile;
@@ -156,7 +156,7 @@ bool FileImport::importFolder(const std::u16string& folder)
     dialogs_ = askable;
     if (stopped())
         return done;
-    const maint::Duplicates duplicates = maint::delDupRec(notebook_, events_.duplicates, events_.refreshList);
+    const Duplicates duplicates = delDupRec(notebook_, events_.duplicates, events_.refreshList);
     duplicatesTold_ = duplicatesTold_ || duplicates.removed > 0;
     return done && duplicates.done;
 }
@@ -253,4 +253,4 @@ void FileImport::notTaken(const std::u16string& message)
         events_.logged(message);
 }
 
-} // namespace vellums::io
+} // namespace vellums

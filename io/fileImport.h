@@ -17,7 +17,7 @@
 #include <string_view>
 #include <vector>
 
-namespace vellums::io {
+namespace vellums {
 
 enum class FileKind { Other, Text, Word, Excel };
 
@@ -76,4 +76,4 @@ private:
     bool duplicatesTold_ = false;
 };
 
-} // namespace vellums::io
+} // namespace vellums

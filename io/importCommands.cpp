@@ -4,7 +4,7 @@
 #include "io/fileImport.h"
 #include "platform/files.h"
 
-namespace vellums::io {
+namespace vellums {
 
 ImportCommands::ImportCommands(Notebook& notebook, WindowPorts window, RecordCommands& records)
     : notebook_(notebook)
@@ -52,4 +52,4 @@ void ImportCommands::importPaths(const std::vector<std::u16string>& paths)
     records_.refresh();
 }
 
-} // namespace vellums::io
+} // namespace vellums

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-namespace vellums::io {
+namespace vellums {
 
 class ImportCommands {
 public:
@@ -24,4 +24,4 @@ private:
     RecordCommands& records_;
 };
 
-} // namespace vellums::io
+} // namespace vellums

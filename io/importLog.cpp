@@ -4,7 +4,7 @@
 #include "platform/clock.h"
 #include "text/oleDate.h"
 
-namespace vellums::io {
+namespace vellums {
 
 void appendLog(const std::u16string& logFile, const std::u16string& message)
 {
@@ -15,4 +15,4 @@ void appendLog(const std::u16string& logFile, const std::u16string& message)
     formats::writeTextFile(logFile, line, encoding, {true, formats::Encoding::Ansi, false});
 }
 
-} // namespace vellums::io
+} // namespace vellums

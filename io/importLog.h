@@ -3,9 +3,9 @@
 
 #include <string>
 
-namespace vellums::io {
+namespace vellums {
 
 // Appends "date and time, tab, message, CR LF". Nothing happens where the file cannot be written.
 void appendLog(const std::u16string& logFile, const std::u16string& message);
 
-} // namespace vellums::io
+} // namespace vellums

@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <vector>
 
-namespace vellums::maint {
+namespace vellums {
 namespace {
 
 using text::decimal;
@@ -81,4 +81,4 @@ Duplicates delDupRec(const Notebook& notebook, const BulkUser& user, const std::
     return result;
 }
 
-} // namespace vellums::maint
+} // namespace vellums

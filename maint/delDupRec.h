@@ -7,7 +7,7 @@
 #include <functional>
 #include <string>
 
-namespace vellums::maint {
+namespace vellums {
 
 struct Duplicates {
     bool done = false;          // false: an error, shown in the panel, or a Stop; what was deleted stays so
@@ -26,4 +26,4 @@ Duplicates delDupRec(
 // "2 duplicates removed from total 3 records (66.67%)."
 std::u16string duplicatesText(const Notebook& notebook, std::size_t removed, std::size_t total);
 
-} // namespace vellums::maint
+} // namespace vellums

@@ -5,7 +5,7 @@
 #include "store/compaction.h"
 #include "store/connectionString.h"
 
-namespace vellums::maint {
+namespace vellums {
 
 MaintenanceCommands::MaintenanceCommands(Notebook& notebook, WindowPorts window, RecordCommands& records)
     : notebook_(notebook)
@@ -37,4 +37,4 @@ void MaintenanceCommands::compactData()
     window_.dialogs.tell(result.report, result.done);
 }
 
-} // namespace vellums::maint
+} // namespace vellums

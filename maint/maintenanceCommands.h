@@ -3,7 +3,7 @@
 
 #include "app/recordCommands.h"
 
-namespace vellums::maint {
+namespace vellums {
 
 class MaintenanceCommands {
 public:
@@ -20,4 +20,4 @@ private:
     RecordCommands& records_;
 };
 
-} // namespace vellums::maint
+} // namespace vellums

@@ -10,7 +10,7 @@
 #include <algorithm>
 #include <filesystem>
 
-namespace vellums::io {
+namespace vellums {
 namespace {
 
 using Paths = std::vector<std::u16string>;
@@ -133,4 +133,4 @@ TEST_F(FolderScan, WalksEachOfFoldersLinkedToOneAnotherOnce)
 }
 
 } // namespace
-} // namespace vellums::io
+} // namespace vellums

@@ -13,7 +13,7 @@
 #include <unistd.h>
 #endif
 
-namespace vellums::io {
+namespace vellums {
 namespace {
 
 using testing::ElementsAre;
@@ -225,4 +225,4 @@ TEST_F(Import, WalksEachFolderOnceAndTellsOfTheRest)
 }
 
 } // namespace
-} // namespace vellums::io
+} // namespace vellums

@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-namespace vellums::io {
+namespace vellums {
 namespace {
 
 using testing::ElementsAre;
@@ -99,4 +99,4 @@ TEST_F(ImportCommandsTest, OfAFolderAreAskedAbout)
 }
 
 } // namespace
-} // namespace vellums::io
+} // namespace vellums

@@ -8,7 +8,7 @@
 
 #include <gmock/gmock.h>
 
-namespace vellums::maint {
+namespace vellums {
 namespace {
 
 using testing::ElementsAre;
@@ -102,4 +102,4 @@ TEST_F(Duplicate, RemovalLeavesOneRecordOfEachOfManyDigests)
 }
 
 } // namespace
-} // namespace vellums::maint
+} // namespace vellums

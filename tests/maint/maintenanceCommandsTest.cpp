@@ -6,7 +6,7 @@
 
 #include <gmock/gmock.h>
 
-namespace vellums::maint {
+namespace vellums {
 namespace {
 
 using testing::ElementsAre;
@@ -68,4 +68,4 @@ TEST_F(MaintenanceCommandsTest, AStopKeepsTheRestAndTheNextRunRemovesIt)
 }
 
 } // namespace
-} // namespace vellums::maint
+} // namespace vellums

@@ -75,8 +75,8 @@ struct Program : tests::WindowNotebook {
     tests::MemoryPostponed pause;
     ListCommands lists{*notes, ports, records, {mnu_avtables, mnu_moverec}};
     TableCommands tables{*notes, ports, records, {mnu_availdb, mnu_switchto, frmInput}};
-    io::ImportCommands imports{*notes, ports, records};
-    maint::MaintenanceCommands maintenance{*notes, ports, records};
+    ImportCommands imports{*notes, ports, records};
+    MaintenanceCommands maintenance{*notes, ports, records};
     InstantSearch instant{ports, pause, [this] { return records.current().hasUnsavedChanges(); }};
     SearchBoxes boxes{*notes, ports, records, instant};
     TextCommands texts{*notes, ports, boxes, mnu_switchCase};

@@ -37,7 +37,7 @@ const Act kActs[] = {
         u"[Notes]", true, true},
     {"stick", [](const Notebook& n, const Ids& ids, const BulkUser& u) { setStickyRecs(n, ids, u); },
         u"[Notes] WHERE VLTYPE=''", true},
-    {"remove duplicates", [](const Notebook& n, const Ids&, const BulkUser& u) { maint::delDupRec(n, u); },
+    {"remove duplicates", [](const Notebook& n, const Ids&, const BulkUser& u) { delDupRec(n, u); },
         u"[Notes]", true},
 };
 

@@ -55,8 +55,8 @@ struct Commands {
     ListCommands list;
     SearchBoxes boxes;
     TextCommands text;
-    io::ImportCommands imports;
-    maint::MaintenanceCommands maintenance;
+    ImportCommands imports;
+    MaintenanceCommands maintenance;
     MenuItems& mnu_RegExChar;
     WindowView& view;
 };

@@ -96,8 +96,8 @@ using Tables = TableCommands;
 using List = ListCommands;
 using Boxes = SearchBoxes;
 using Text = TextCommands;
-using Imports = io::ImportCommands;
-using Maintenance = maint::MaintenanceCommands;
+using Imports = ImportCommands;
+using Maintenance = MaintenanceCommands;
 using View = WindowView;
 using Shown = MenuEntry::Shown;
 
