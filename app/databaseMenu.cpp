@@ -2,8 +2,8 @@
 
 #include "platform/files.h"
 #include "store/accessFile.h"
-#include "store/catalogue.h"
 #include "store/connectionString.h"
+#include "store/schema.h"
 #include "text/letterCase.h"
 #include "text/path.h"
 #include "text/pieces.h"

@@ -4,9 +4,9 @@
 #include "app/settings.h"
 #include "platform/files.h"
 #include "store/accessFile.h"
-#include "store/catalogue.h"
 #include "store/connectionString.h"
 #include "store/modCreateDB.h"
+#include "store/schema.h"
 #include "text/path.h"
 
 namespace vellums {

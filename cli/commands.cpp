@@ -2,7 +2,7 @@
 
 #include "cli/databaseCommands.h"
 #include "cli/importCommand.h"
-#include "cli/recordCommands.h"
+#include "cli/noteCommands.h"
 
 #include <algorithm>
 

@@ -52,6 +52,8 @@ struct TableSpec {
     std::vector<IndexSpec> indexes;
 };
 
+// Reading is in catalogue.cpp, new tables and columns are in tableCreation.cpp, dropping is in
+// tableRemoval.cpp.
 class Catalogue {
 public:
     explicit Catalogue(PageFile& file);

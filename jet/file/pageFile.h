@@ -19,6 +19,7 @@ namespace vellums::jet {
 
 enum class OpenMode { Read, Write };
 
+// Opening and reading are in pageFile.cpp, what a transaction does to the disk in pageFileTransaction.cpp.
 class PageFile {
 public:
     // Opens the file under the lock of the mode (see platform/files.h), waiting up to about two

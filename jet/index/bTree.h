@@ -23,6 +23,8 @@ struct TreePlace {
     PageNo table = 0; // definition page of the owning table
 };
 
+// The tree of one index. Searching is in bTree.cpp; how entries come and go in treeWriter.cpp; inspect(),
+// which walks over all of it, in treeInspector.cpp.
 class BTree {
 public:
     BTree(PageFile& file, TreePlace place);

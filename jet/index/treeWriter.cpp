@@ -13,6 +13,7 @@
 //
 // Leaves are chained across the whole level, nodes only among the children of one parent.
 #include "jet/index/treeWriter.h"
+
 #include "jet/file/freePages.h"
 
 #include <algorithm>

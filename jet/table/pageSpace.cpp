@@ -7,6 +7,7 @@
 // The other direction is as cheap: a page that gets space is put into the map, one that loses its last row
 // is given back.
 #include "jet/table/pageSpace.h"
+
 #include "jet/file/freePages.h"
 #include "jet/file/usageMap.h"
 

@@ -63,6 +63,8 @@ struct Assignment {
     Value value;            // already of the column's type, see coerceFor()
 };
 
+// One table. Finding and reading rows is in table.cpp, adding, changing and removing them in tableWrite.cpp,
+// a new column in tableColumns.cpp.
 class Table {
 public:
     // `rules` runs parallel to the columns; empty: no rules.

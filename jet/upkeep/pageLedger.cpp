@@ -2,6 +2,7 @@
 // fault at that moment; at the end those that are claimed and marked free are. So no part needs to know of
 // the others, and the whole takes four bytes for a page and one name for an owner.
 #include "jet/upkeep/pageLedger.h"
+
 #include "jet/file/freePages.h"
 #include "jet/file/usageMap.h"
 

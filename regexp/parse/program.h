@@ -80,8 +80,8 @@ struct Program {
 
 bool holds(Assertion assertion, bool multiline, Beside left, Beside right);
 
-// For texts of up to countLimit units; without cut counts for any. Throws RegExpError 7 when the
-// program would be too large.
+// In compiler.cpp. For texts of up to countLimit units; without cut counts for any. Throws RegExpError 7 when
+// the program would be too large.
 Program compile(const Tree& tree, std::size_t countLimit);
 
 } // namespace vellums::regexp

@@ -54,7 +54,8 @@ struct Tree {
     bool multiline = false;
 };
 
-// Throws RegExpError. Neither the length nor the nesting of the pattern is a danger to the stack.
+// In parser.cpp. Throws RegExpError. Neither the length nor the nesting of the pattern is a danger to the
+// stack.
 Tree parsePattern(std::u16string_view pattern, bool ignoreCase, bool multiline);
 
 } // namespace vellums::regexp

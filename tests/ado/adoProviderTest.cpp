@@ -6,9 +6,9 @@
 #include "platform/files.h"
 #include "platform/registry.h"
 #include "store/accessFile.h"
-#include "store/catalogue.h"
 #include "store/connectionString.h"
 #include "store/records.h"
+#include "store/schema.h"
 #include "tests/ado/adoFixture.h"
 #include "text/unicode.h"
 

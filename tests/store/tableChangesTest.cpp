@@ -1,10 +1,10 @@
 #include "store/tableChanges.h"
 
-#include "store/catalogue.h"
 #include "store/connectionString.h"
 #include "store/embedded/embeddedProvider.h"
 #include "store/modCreateDB.h"
 #include "store/records.h"
+#include "store/schema.h"
 #include "tests/support/testNotebook.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,5 @@
 #include "jet/file/usageMap.h"
+
 #include "jet/file/dataPage.h"
 #include "jet/file/freePages.h"
 #include "tests/support/bareFile.h"

@@ -1,4 +1,4 @@
-#include "store/catalogue.h"
+#include "store/schema.h"
 
 #include "platform/files.h"
 #include "store/connectionString.h"

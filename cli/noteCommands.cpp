@@ -1,7 +1,7 @@
 // The commands on records. Each opens the file anew and calls the routine that the window calls; what it adds
 // is the form of a command line: texts come in with any line ends, rows go out a line each, and what a
 // routine tells in the status panel becomes the line printed, or the failure.
-#include "cli/recordCommands.h"
+#include "cli/noteCommands.h"
 
 #include "cli/output.h"
 #include "cli/session.h"
@@ -10,9 +10,9 @@
 #include "maint/delDupRec.h"
 #include "platform/sharedFile.h"
 #include "search/occurrences.h"
-#include "store/catalogue.h"
 #include "store/headingQuery.h"
 #include "store/records.h"
+#include "store/schema.h"
 #include "store/snippetTable.h"
 #include "text/clsMD5.h"
 #include "text/decimal.h"

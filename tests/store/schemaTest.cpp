@@ -1,4 +1,4 @@
-#include "store/catalogue.h"
+#include "store/schema.h"
 
 #include "jet/catalogue/blankDatabase.h"
 #include "platform/files.h"
@@ -14,7 +14,7 @@ namespace {
 
 using testing::ElementsAre;
 
-TEST(Catalogue, RecognisesASnippetTableByItsColumns)
+TEST(Schema, RecognisesASnippetTableByItsColumns)
 {
     tests::TestNotebook notes;
     const char16_t* columns =
@@ -31,7 +31,7 @@ TEST(Catalogue, RecognisesASnippetTableByItsColumns)
     EXPECT_FALSE(isSnippetTable(*notes, u"Data Source=none.mdb", u"Notes"));
 }
 
-TEST(Catalogue, ListsOrdinaryTables)
+TEST(Schema, ListsOrdinaryTables)
 {
     tests::TestNotebook notes;
     notes.run(u"CREATE TABLE [Other] (A INTEGER)");
@@ -45,7 +45,7 @@ TEST(Catalogue, ListsOrdinaryTables)
     EXPECT_EQ(getTables(*notes, notes.folder().file(u"none.mdb")), u"");
 }
 
-TEST(Catalogue, ListsTheFilesOfAFolder)
+TEST(Schema, ListsTheFilesOfAFolder)
 {
     tests::TestNotebook notes;
     EXPECT_EQ(getDataBaseList(*notes, u""), u"notes.mdb");
@@ -55,7 +55,7 @@ TEST(Catalogue, ListsTheFilesOfAFolder)
     EXPECT_EQ(getDataBaseList(*notes, notes.folder().file(u"sub")), u"b.xdb");
 }
 
-TEST(Catalogue, AddsTheColumnsOfLaterVersions)
+TEST(Schema, AddsTheColumnsOfLaterVersions)
 {
     tests::TestNotebook notes;
     notes.run(
