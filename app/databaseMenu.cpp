@@ -26,7 +26,7 @@ bool samePath(const std::u16string& a, const std::u16string& b)
 
 bool isOpen(const Notebook& notebook, const std::u16string& path, const std::u16string& table)
 {
-    return samePath(connPart(notebook, notebook.dbConn, ConnPart::FullPath), path) &&
+    return samePath(getConnPart(notebook, notebook.dbConn, ConnPart::FullPath), path) &&
         text::equalNoCase(notebook.dbTable, table);
 }
 

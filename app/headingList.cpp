@@ -9,7 +9,7 @@ namespace {
 
 std::u16string databaseName(const Notebook& notebook)
 {
-    return connPart(notebook, notebook.dbConn, ConnPart::FileName);
+    return getConnPart(notebook, notebook.dbConn, ConnPart::FileName);
 }
 
 HeadingQuery queryOf(const Notebook& notebook, const WindowPorts& window, const std::u16string& pattern)

@@ -41,7 +41,7 @@ bool useStoredDatabase(Notebook& notebook)
         if (folder.empty() && isRelative) // the current folder never matters
             continue;
         notebook.dbParent = folder;
-        const std::u16string path = connPart(notebook, stored, ConnPart::FullPath);
+        const std::u16string path = getConnPart(notebook, stored, ConnPart::FullPath);
         if (path.empty() || !platform::fileExists(path))
             continue;
         if (folder.empty())

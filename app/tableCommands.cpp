@@ -54,7 +54,7 @@ void TableCommands::rebuildMenu()
 
 std::u16string TableCommands::fileName() const
 {
-    return connPart(notebook_, notebook_.dbConn, ConnPart::FileName);
+    return getConnPart(notebook_, notebook_.dbConn, ConnPart::FileName);
 }
 
 void TableCommands::switchTo(std::size_t index)
@@ -81,7 +81,7 @@ bool TableCommands::open(const std::u16string& connectionString, const std::u16s
         notebook_.status.failed(queryError(e));
         return false;
     }
-    std::u16string conn = connPart(notebook_, connectionString, ConnPart::WithBareName);
+    std::u16string conn = getConnPart(notebook_, connectionString, ConnPart::WithBareName);
     std::u16string name = table;
     showNothing(); // while there is still no other table that its headings could be taken for
     notebook_.dbConn = std::move(conn);

@@ -28,7 +28,7 @@ void MaintenanceCommands::removeDuplicates()
 
 void MaintenanceCommands::compactData()
 {
-    const std::u16string file = connPart(notebook_, notebook_.dbConn, ConnPart::FullPath);
+    const std::u16string file = getConnPart(notebook_, notebook_.dbConn, ConnPart::FullPath);
     Compaction result;
     {
         const LongWork work(window_.progress, notebook_.say(u"Compacting", u"正在压缩"));

@@ -83,7 +83,7 @@ std::u16string connectionStringFor(const Notebook& notebook, std::u16string_view
     return text::replaceAll(base, kSampleFile, file);
 }
 
-std::u16string connPart(const Notebook& notebook, const std::u16string& connectionString, ConnPart part)
+std::u16string getConnPart(const Notebook& notebook, const std::u16string& connectionString, ConnPart part)
 {
     const std::optional<Reference> reference = findReference(connectionString);
     const std::u16string folder = platform::withSeparator(notebook.dbParent);
@@ -108,14 +108,6 @@ bool namesRelativeFile(std::u16string_view connectionString)
         !isAbsolute(connectionString.substr(reference->start, reference->length));
 }
 
-std::u16string getConnPart(Notebook& notebook, const std::u16string& connectionString, ConnPart part)
-{
-    const std::optional<Reference> reference = findReference(connectionString);
-    if (reference && !reference->isFile)
-        notebook.dbTable = u"snippets";
-    return connPart(notebook, connectionString, part);
-}
-
 std::u16string expandedConnection(const Notebook& notebook, const std::u16string& connectionString)
 {
     const std::optional<Reference> reference = findReference(connectionString);
@@ -123,7 +115,7 @@ std::u16string expandedConnection(const Notebook& notebook, const std::u16string
         return connectionString;
     std::u16string expanded = connectionString;
     expanded.replace(
-        reference->start, reference->length, connPart(notebook, connectionString, ConnPart::FullPath));
+        reference->start, reference->length, getConnPart(notebook, connectionString, ConnPart::FullPath));
     return expanded;
 }
 

@@ -15,15 +15,12 @@ std::u16string connectionTemplate(std::u16string_view providerId);
 // comes back unchanged.
 std::u16string connectionStringFor(const Notebook& notebook, std::u16string_view file);
 
-enum class ConnPart { Unused = 0, WithBareName = 1, FileName = 2, FullPath = 3 };
+enum class ConnPart { WithBareName = 1, FileName = 2, FullPath = 3 };
 
 // A part of a connection string: the string with the data folder taken out; the bare file name; the
-// full path of the file (a bare name lies in the data folder). Sets the table to "snippets" when the
-// string names no file but a server.
-std::u16string getConnPart(Notebook& notebook, const std::u16string& connectionString, ConnPart part);
-
-// The same for strings whose table must not be touched.
-std::u16string connPart(const Notebook& notebook, const std::u16string& connectionString, ConnPart part);
+// full path of the file (a bare name lies in the data folder). Of a string that names no file but a server
+// the last two are the server's name.
+std::u16string getConnPart(const Notebook& notebook, const std::u16string& connectionString, ConnPart part);
 
 // The string as it is opened: a bare file name is put into the data folder.
 std::u16string expandedConnection(const Notebook& notebook, const std::u16string& connectionString);

@@ -145,7 +145,7 @@ bool copyRecord(
         if (copy == 0)
             throw HalfDone(e);
         try {
-            connection.execute(u"DELETE FROM [" + target + u"]" + whereId(copy));
+            delRecord(connection, target, copy);
         } catch (const ProviderError&) {
             throw HalfDone(e);
         }
@@ -154,6 +154,11 @@ bool copyRecord(
 }
 
 } // namespace
+
+void delRecord(Connection& connection, const std::u16string& table, std::int32_t id)
+{
+    connection.execute(u"DELETE FROM [" + table + u"]" + whereId(id));
+}
 
 AddedRecord addRecord(Connection& connection, const std::u16string& table, const NewRecord& record)
 {
@@ -200,11 +205,6 @@ bool dupRecord(const Notebook& notebook, std::int32_t id)
     });
 }
 
-bool delRecord(const Notebook& notebook, std::int32_t id)
-{
-    return delRecords(notebook, {id}).whole();
-}
-
 ChangedRecords delRecords(
     const Notebook& notebook, const std::vector<std::int32_t>& ids, const BulkUser& user)
 {
@@ -214,9 +214,8 @@ ChangedRecords delRecords(
 ChangedRecords deleteRecords(
     const Notebook& notebook, const std::vector<std::int32_t>& ids, const BulkUser& user, SafetyCopy copy)
 {
-    return changeRecords(notebook, copy, ids, user, [&](Connection& connection, std::int32_t id) {
-        connection.execute(u"DELETE FROM [" + notebook.dbTable + u"]" + whereId(id));
-    });
+    return changeRecords(notebook, copy, ids, user,
+        [&](Connection& connection, std::int32_t id) { delRecord(connection, notebook.dbTable, id); });
 }
 
 std::optional<SnippetRecord> getRecText(const Notebook& notebook, std::int32_t id)

@@ -47,7 +47,7 @@ Saved modRecord(const Notebook& notebook, std::int32_t id, const std::u16string&
 
 [[nodiscard]] bool dupRecord(const Notebook& notebook, std::int32_t id);
 
-[[nodiscard]] bool delRecord(const Notebook& notebook, std::int32_t id);
+void delRecord(Connection& connection, const std::u16string& table, std::int32_t id);
 
 // What became of an act on several records.
 struct ChangedRecords {

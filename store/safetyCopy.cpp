@@ -29,7 +29,7 @@ std::u16string safetyCopyPath(const std::u16string& file)
 
 std::optional<std::u16string> makeSafetyCopy(const Notebook& notebook)
 {
-    const std::u16string file = connPart(notebook, notebook.dbConn, ConnPart::FullPath);
+    const std::u16string file = getConnPart(notebook, notebook.dbConn, ConnPart::FullPath);
     try {
         copyUnder(file, platform::unusedPath(safetyCopyPath(file), u".new"));
         return std::nullopt;

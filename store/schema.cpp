@@ -57,15 +57,6 @@ std::u16string getFirstTable(const Notebook& notebook, const std::u16string& con
     }
 }
 
-std::u16string getTables(const Notebook& notebook, const std::u16string& file)
-{
-    try {
-        return joined(ordinaryTables(*notebook.connect(connectionStringFor(notebook, file))), u"|");
-    } catch (const ProviderError&) {
-        return {};
-    }
-}
-
 std::u16string getDataBaseList(const Notebook& notebook, const std::u16string& folder)
 {
     return joined(platform::databaseNames(folder.empty() ? notebook.dbParent : folder), u"\r\n");

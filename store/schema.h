@@ -18,9 +18,6 @@ bool isSnippetTable(Connection& connection, const std::u16string& table);
 // The first ordinary table; "-" when there is none or the database cannot be read.
 std::u16string getFirstTable(const Notebook& notebook, const std::u16string& connectionString);
 
-// The ordinary tables of a database file, joined with "|"; empty when it cannot be read.
-std::u16string getTables(const Notebook& notebook, const std::u16string& file);
-
 // The names of the files in a folder (empty: the data folder) that match "*.*db", joined with CR LF.
 std::u16string getDataBaseList(const Notebook& notebook, const std::u16string& folder);
 

@@ -48,7 +48,7 @@ protected:
     }
     static std::u16string fileOfNotebook(const Notebook& notebook)
     {
-        return connPart(notebook, notebook.dbConn, ConnPart::FullPath);
+        return getConnPart(notebook, notebook.dbConn, ConnPart::FullPath);
     }
 
     tests::TemporaryFolder folder_;

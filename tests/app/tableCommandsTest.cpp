@@ -78,7 +78,7 @@ protected:
     void expectOpen(const std::u16string& file, const std::u16string& table, const Texts& titles)
     {
         EXPECT_EQ(notes->dbTable, table);
-        EXPECT_EQ(connPart(*notes, notes->dbConn, ConnPart::FileName), file);
+        EXPECT_EQ(getConnPart(*notes, notes->dbConn, ConnPart::FileName), file);
         EXPECT_EQ(window.caption.text(), u"Vellums - <" + file + u" - " + table + u">");
         EXPECT_EQ(window.lstHeads.texts(), titles);
         EXPECT_EQ(records.current().id() > 0, !titles.empty());

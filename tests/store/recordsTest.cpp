@@ -182,7 +182,7 @@ TEST_P(Records, TellWhatFailed)
     EXPECT_FALSE(addRecord(*notes_, {u"a", u"", u""}));
     EXPECT_EQ(modRecord(*notes_, 1, u"", u"", u""), Saved::Failed);
     EXPECT_FALSE(dupRecord(*notes_, 5));
-    EXPECT_FALSE(delRecord(*notes_, 1));
+    EXPECT_FALSE(delRecords(*notes_, {1}).whole());
     EXPECT_FALSE(getRecText(*notes_, 7));
     EXPECT_FALSE(setStickyRecs(*notes_, {1}).whole());
     EXPECT_FALSE(ClearStickyRecs(*notes_, {1}).whole());

@@ -238,14 +238,6 @@ void MenuArray::show(std::size_t index)
         menu_, before, shown, baseId_ + static_cast<int>(index), index != 0 && index % kColumnAfter == 0);
 }
 
-void MenuArray::truncate(std::size_t count)
-{
-    for (std::size_t i = count; i < items_.size(); ++i)
-        DeleteMenu(menu_, static_cast<UINT>(baseId_) + static_cast<UINT>(i), MF_BYCOMMAND);
-    if (count < items_.size())
-        items_.resize(count);
-}
-
 void MenuArray::checkOnly(std::size_t index)
 {
     for (std::size_t i = 0; i < items_.size(); ++i) {

@@ -63,8 +63,6 @@ public:
     std::size_t size() const override { return items_.size(); }
     const MenuItem& at(std::size_t index) const override { return items_.at(index); }
     void set(std::size_t index, const MenuItem& item) override;
-    // Leaves the first `count` entries.
-    void truncate(std::size_t count);
     // Checks one entry alone; none where the index is out of range.
     void checkOnly(std::size_t index);
 
