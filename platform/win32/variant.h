@@ -19,13 +19,13 @@ class ComObject;
 class Variant {
 public:
     Variant() noexcept { VariantInit(&raw_); }
-    Variant(std::int32_t value) noexcept;      // NOLINT(google-explicit-constructor)
-    template <std::same_as<bool> Bool>         // nothing else turns into a boolean
-    Variant(Bool value) noexcept;              // NOLINT(google-explicit-constructor)
-    Variant(std::u16string_view text);         // NOLINT(google-explicit-constructor)
-    Variant(const std::u16string& text);       // NOLINT(google-explicit-constructor)
-    Variant(const char16_t* text);             // NOLINT(google-explicit-constructor)
-    Variant(const ComObject& object) noexcept; // NOLINT(google-explicit-constructor)
+    Variant(std::int32_t value) noexcept;
+    template <std::same_as<bool> Bool> // nothing else turns into a boolean
+    Variant(Bool value) noexcept;
+    Variant(std::u16string_view text);
+    Variant(const std::u16string& text);
+    Variant(const char16_t* text);
+    Variant(const ComObject& object) noexcept;
     Variant(Variant&& other) noexcept;
     Variant& operator=(Variant&& other) noexcept;
     ~Variant() { VariantClear(&raw_); }
