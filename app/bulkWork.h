@@ -11,9 +11,6 @@
 
 namespace vellums {
 
-// "... could be made: <reason> ... go on without one?"
-std::u16string withoutCopyQuestion(const Notebook& notebook, const std::u16string& reason);
-
 // The time in which the act runs. Everything outlives it.
 class BulkWork {
 public:

@@ -11,6 +11,8 @@
 
 namespace vellums {
 
+// The two rules of the choice stand here for the tests of them.
+//
 // The provider id that the registry's answer stands for: "104" when the ACE provider is registered under
 // its name, else "103".
 std::u16string detectedProviderId(std::u16string_view registeredName);

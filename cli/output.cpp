@@ -110,6 +110,12 @@ struct FieldText {
     std::u16string operator()(const jet::Bytes& value) const { return hexadecimal(value); }
 };
 
+// A value as a field: NULL \N, booleans -1 and 0, dates yyyy-mm-dd hh:nn:ss, bytes as hexadecimal digits.
+std::u16string fieldText(const Value& value)
+{
+    return std::visit(FieldText(), value);
+}
+
 } // namespace
 
 std::u16string escaped(std::u16string_view text)
@@ -154,11 +160,6 @@ std::u16string unescaped(std::u16string_view text)
         }
     }
     return out;
-}
-
-std::u16string fieldText(const Value& value)
-{
-    return std::visit(FieldText(), value);
 }
 
 void print(std::u16string_view text)

@@ -14,9 +14,6 @@ std::u16string escaped(std::u16string_view text);
 // The reverse; a backslash before anything else stays as it is.
 std::u16string unescaped(std::u16string_view text);
 
-// A value as a field: NULL \N, booleans -1 and 0, dates yyyy-mm-dd hh:nn:ss, bytes as hexadecimal digits.
-std::u16string fieldText(const Value& value);
-
 // Writes to standard output; kept back until flush() or the end of the program.
 void print(std::u16string_view text);
 void printLine(std::u16string_view text);

@@ -17,6 +17,48 @@ bool isEncoding(Encoding encoding)
     return encoding >= Encoding::Ansi && encoding <= Encoding::Utf32Be;
 }
 
+struct Mark {
+    std::uint32_t value = 0; // its bytes in file order, the first one lowest
+    int length = 0;          // bytes
+};
+
+// What the first four bytes of a file say, the first one lowest; zeros stand for missing ones.
+struct Detected {
+    Encoding encoding = Encoding::Ansi;
+    int markLength = 0;
+};
+
+// The mark to write; of length 0 for Ansi and for what is no encoding.
+Mark markOf(Encoding encoding)
+{
+    switch (encoding) {
+    case Encoding::Utf8:
+        return {0xBFBBEF, 3};
+    case Encoding::Utf16Le:
+        return {0xFEFF, 2};
+    case Encoding::Utf16Be:
+        return {0xFFFE, 2};
+    case Encoding::Utf32Le:
+        return {0x0000FEFF, 4};
+    case Encoding::Utf32Be:
+        return {0xFFFE0000, 4};
+    default:
+        return {};
+    }
+}
+
+Detected detectMark(std::uint32_t firstBytes)
+{
+    // The mark of UTF-16 begins that of UTF-32, so the longer ones come first.
+    for (const Encoding encoding :
+        {Encoding::Utf32Le, Encoding::Utf32Be, Encoding::Utf16Le, Encoding::Utf16Be, Encoding::Utf8}) {
+        const Mark mark = markOf(encoding);
+        if ((firstBytes & (0xFFFFFFFFu >> (32 - 8 * mark.length))) == mark.value)
+            return {encoding, mark.length};
+    }
+    return {};
+}
+
 std::uint32_t firstBytes(const SharedFile& file)
 {
     std::array<std::byte, 4> bytes{};
@@ -137,36 +179,6 @@ bool writeOpened(SharedFile& file, std::u16string_view text, Encoding& encoding,
 }
 
 } // namespace
-
-Detected detectMark(std::uint32_t firstBytes)
-{
-    // The mark of UTF-16 begins that of UTF-32, so the longer ones come first.
-    for (const Encoding encoding :
-        {Encoding::Utf32Le, Encoding::Utf32Be, Encoding::Utf16Le, Encoding::Utf16Be, Encoding::Utf8}) {
-        const Mark mark = markOf(encoding);
-        if ((firstBytes & (0xFFFFFFFFu >> (32 - 8 * mark.length))) == mark.value)
-            return {encoding, mark.length};
-    }
-    return {};
-}
-
-Mark markOf(Encoding encoding)
-{
-    switch (encoding) {
-    case Encoding::Utf8:
-        return {0xBFBBEF, 3};
-    case Encoding::Utf16Le:
-        return {0xFEFF, 2};
-    case Encoding::Utf16Be:
-        return {0xFFFE, 2};
-    case Encoding::Utf32Le:
-        return {0x0000FEFF, 4};
-    case Encoding::Utf32Be:
-        return {0xFFFE0000, 4};
-    default:
-        return {};
-    }
-}
 
 std::u16string readTextFile(const std::u16string& path, Encoding& encoding)
 {

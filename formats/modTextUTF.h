@@ -13,21 +13,6 @@ namespace vellums::formats {
 //                            Utf16Be  FE FF           Utf32Be  00 00 FE FF
 enum class Encoding : std::int32_t { Detect = -1, Ansi, Utf8, Utf16Le, Utf16Be, Utf32Le, Utf32Be };
 
-struct Mark {
-    std::uint32_t value = 0; // its bytes in file order, the first one lowest
-    int length = 0;          // bytes
-};
-
-// What the first four bytes of a file say, the first one lowest; zeros stand for missing ones.
-struct Detected {
-    Encoding encoding = Encoding::Ansi;
-    int markLength = 0;
-};
-Detected detectMark(std::uint32_t firstBytes);
-
-// The mark to write; of length 0 for Ansi and for what is no encoding.
-Mark markOf(Encoding encoding);
-
 // The text of a file. Detect is replaced by what the mark says; any other encoding rules, and a mark
 // of a different one is then read as text. Empty when the file is missing, held by others, empty, of
 // 2 GiB and more or in UTF-32, or when the encoding is none of those named. The path passes through

@@ -21,6 +21,8 @@ namespace vellums {
 
 enum class FileKind { Other, Text, Word, Excel };
 
+// The two rules below stand here for the tests of them.
+//
 // By the name's extension, in any letter case. A name without a dot, or with its only dot in front, is
 // Other.
 FileKind fileKind(std::u16string_view path);

@@ -40,8 +40,7 @@ std::u16string twoDecimals(double value)
     return std::u16string(digits, digits + length);
 }
 
-} // namespace
-
+// "2 duplicates removed from total 3 records (66.67%)."
 std::u16string duplicatesText(const Notebook& notebook, std::size_t removed, std::size_t total)
 {
     const std::u16string n = decimal(static_cast<std::int64_t>(removed));
@@ -52,6 +51,8 @@ std::u16string duplicatesText(const Notebook& notebook, std::size_t removed, std
             u" records (" + share + u"%).",
         u"已从 " + t + u" 条记录中删除 " + n + u" 条重复项 (" + share + u"%)");
 }
+
+} // namespace
 
 Duplicates delDupRec(const Notebook& notebook, const BulkUser& user, const std::function<void()>& refreshList)
 {

@@ -23,7 +23,4 @@ struct Duplicates {
 Duplicates delDupRec(
     const Notebook& notebook, const BulkUser& user = {}, const std::function<void()>& refreshList = {});
 
-// "2 duplicates removed from total 3 records (66.67%)."
-std::u16string duplicatesText(const Notebook& notebook, std::size_t removed, std::size_t total);
-
 } // namespace vellums

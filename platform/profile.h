@@ -21,7 +21,7 @@ std::u16string readProfile(const std::u16string& path, std::u16string_view secti
 bool writeProfile(const std::u16string& path, std::u16string_view section, std::u16string_view key,
     std::u16string_view value);
 
-// Takes the key out. True also when it was not there.
+// Takes the key out; the program itself only overwrites. True also when it was not there.
 bool deleteProfile(const std::u16string& path, std::u16string_view section, std::u16string_view key);
 
 // The value as it stands in the file: in an extra pair of quotes when reading would take something

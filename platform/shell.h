@@ -8,10 +8,8 @@ namespace vellums::platform {
 
 enum class SpecialFolder { Desktop, Documents, SendTo };
 
-// The folder's path without a separator at the end; empty where the system has none.
+// For shortcuts; nothing calls it yet. The folder's path without a separator at the end; empty where the
+// system has none.
 std::u16string specialFolder(SpecialFolder folder);
-
-// Whether the path lies on a disk that stays in the machine.
-bool isFixedDisk(std::u16string_view path);
 
 } // namespace vellums::platform

@@ -47,7 +47,8 @@ public:
     bool Multiline = false; // "^" and "$" also at line ends
 
     // The matches from left to right; none overlaps another. Behind an empty match the search goes on
-    // one unit further. Throws RegExpError.
+    // one unit further. Throws RegExpError. The program itself searches line by line, below; scripts know
+    // this form, and tests compare by it.
     std::vector<RegExpMatch> Execute(std::u16string_view text);
     bool Test(std::u16string_view text);
 

@@ -18,7 +18,7 @@ struct Compaction {
 // fails the old one stays, and the report's last line says why. The caller holds no connection to it.
 Compaction compactDatabase(const Notebook& notebook, const std::u16string& file);
 
-// "1,234.00KB": bytes divided by 1024, with two decimals.
+// "1,234.00KB": bytes divided by 1024, with two decimals. Here for its test.
 std::u16string kilobytes(std::uint64_t bytes);
 
 } // namespace vellums

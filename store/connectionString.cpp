@@ -48,14 +48,7 @@ bool isAbsolute(std::u16string_view path)
     return path.starts_with(u'\\') || path.starts_with(u'/') || (path.size() > 1 && path[1] == u':');
 }
 
-} // namespace
-
-std::u16string fileOf(std::u16string_view connectionString)
-{
-    const std::optional<Reference> reference = findReference(connectionString);
-    return reference ? std::u16string(connectionString.substr(reference->start, reference->length)) : u"";
-}
-
+// The template of the provider id ("101" to "104"): a connection string for a sample file.
 std::u16string connectionTemplate(std::u16string_view providerId)
 {
     if (providerId == u"101")
@@ -69,6 +62,14 @@ std::u16string connectionTemplate(std::u16string_view providerId)
     if (providerId == u"103")
         return u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source=Vellums.mdb";
     return u"Provider=Microsoft.ACE.OLEDB.12.0; Data Source=Vellums.accdb";
+}
+
+} // namespace
+
+std::u16string fileOf(std::u16string_view connectionString)
+{
+    const std::optional<Reference> reference = findReference(connectionString);
+    return reference ? std::u16string(connectionString.substr(reference->start, reference->length)) : u"";
 }
 
 std::u16string connectionStringFor(const Notebook& notebook, std::u16string_view file)

@@ -8,9 +8,6 @@
 
 namespace vellums {
 
-// The template of the provider id ("101" to "104"): a connection string for a sample file.
-std::u16string connectionTemplate(std::u16string_view providerId);
-
 // The connection string for a file (name or path). Of a file that is neither mdb nor accdb the template
 // comes back unchanged.
 std::u16string connectionStringFor(const Notebook& notebook, std::u16string_view file);

@@ -17,9 +17,4 @@ std::u16string specialFolder(SpecialFolder folder)
     return folderExists(named) ? named : base;
 }
 
-bool isFixedDisk(std::u16string_view)
-{
-    return true;
-}
-
 } // namespace vellums::platform

@@ -34,12 +34,4 @@ std::u16string specialFolder(SpecialFolder folder)
     return found;
 }
 
-bool isFixedDisk(std::u16string_view path)
-{
-    if (path.size() < 2 || path[1] != u':')
-        return false;
-    const wchar_t root[] = {static_cast<wchar_t>(path[0]), L':', L'\\', L'\0'};
-    return GetDriveTypeW(root) == DRIVE_FIXED;
-}
-
 } // namespace vellums::platform

@@ -54,7 +54,7 @@ public:
     std::function<void()> Change;
 
     // Colours, font ("name,height in pixels"), caption and alignment; the caption is written but not read
-    // back, it is filled at run time.
+    // back, it is filled at run time. Nothing in the program keeps them in a bag; a designer of forms would.
     void writeProperties(PropertyBag& bag) const;
     void readProperties(const PropertyBag& bag);
 

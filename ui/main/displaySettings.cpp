@@ -60,8 +60,7 @@ int countIn(HWND list)
     return static_cast<int>(SendMessageW(list, LB_GETCOUNT, 0, 0));
 }
 
-} // namespace
-
+// The sizes in points, as they stand in the list.
 const std::vector<std::u16string>& fontSizeTexts()
 {
     static const std::vector<std::u16string> texts = {u"6", u"6.5", u"7.5", u"8", u"9", u"10", u"10.5", u"11",
@@ -69,6 +68,8 @@ const std::vector<std::u16string>& fontSizeTexts()
         u"64", u"72"};
     return texts;
 }
+
+} // namespace
 
 bool isOfferedFont(std::u16string_view name)
 {

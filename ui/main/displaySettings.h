@@ -12,10 +12,8 @@
 
 namespace vellums::ui {
 
-// The sizes in points, as they stand in the list.
-const std::vector<std::u16string>& fontSizeTexts();
-// Whether a font is offered: one of the fixed names, or a name whose first character is two bytes in the
-// ANSI code page and one of those that Chinese fonts begin with.
+// A rule by itself, for the tests. Whether a font is offered: one of the fixed names, or a name whose first
+// character is two bytes in the ANSI code page and one of those that Chinese fonts begin with.
 bool isOfferedFont(std::u16string_view name);
 // "Tahoma" where it is installed, else "MS Sans Serif".
 std::u16string defaultFontName();

@@ -5,7 +5,8 @@
 
 namespace vellums::ui::modKBEvent {
 
-// Posts the key going down and up; nothing waits for it.
+// Posts the key going down and up; nothing waits for it. Nothing calls it yet: the hand-over to a running
+// program will.
 inline void postKey(HWND window, WORD virtualKey)
 {
     PostMessageW(window, WM_KEYDOWN, virtualKey, 0);

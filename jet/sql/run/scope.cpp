@@ -302,10 +302,4 @@ const Expression* columnOutsideAggregates(const Expression& expression)
     return nullptr;
 }
 
-bool hasAggregate(const Expression& expression)
-{
-    return expression.kind == ExpressionKind::Aggregate ||
-        std::any_of(expression.operands.begin(), expression.operands.end(), hasAggregate);
-}
-
 } // namespace vellums::jet::sql

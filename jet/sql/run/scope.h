@@ -36,6 +36,5 @@ ColumnType typeOf(const Expression& expression, const Scope& scope);
 bool isConstant(const Expression& expression);
 // True when a column stands outside of every aggregate; gives that name.
 const Expression* columnOutsideAggregates(const Expression& expression);
-bool hasAggregate(const Expression& expression);
 
 } // namespace vellums::jet::sql

@@ -53,6 +53,56 @@ double roundedHalfEven(double number)
     return std::fmod(below, 2) == 0 ? below : below + 1;
 }
 
+int hexDigit(char16_t c)
+{
+    constexpr std::u16string_view kDigits = u"0123456789ABCDEF";
+    const std::size_t place = kDigits.find(c >= u'a' && c <= u'f' ? static_cast<char16_t>(c - 0x20) : c);
+    return place == std::u16string_view::npos ? -1 : static_cast<int>(place);
+}
+
+// Where the bytes of a GUID stand in its text, in the order of the text: it is a number of four bytes, two
+// of two, little-endian, and eight bytes as they are.
+constexpr std::array<std::size_t, 16> kGuidOrder{3, 2, 1, 0, 5, 4, 7, 6, 8, 9, 10, 11, 12, 13, 14, 15};
+
+bool hyphenBefore(std::size_t byte)
+{
+    return byte == 4 || byte == 6 || byte == 8 || byte == 10;
+}
+
+std::u16string guidToText(const Guid& guid)
+{
+    constexpr std::u16string_view kDigits = u"0123456789ABCDEF";
+    std::u16string text = u"{";
+    for (std::size_t i = 0; i < kGuidOrder.size(); ++i) {
+        if (hyphenBefore(i))
+            text += u'-';
+        const auto byte = static_cast<unsigned>(guid.bytes[kGuidOrder[i]]);
+        text += kDigits[byte >> 4];
+        text += kDigits[byte & 15];
+    }
+    return text + u"}";
+}
+
+std::optional<Guid> readGuid(std::u16string_view text)
+{
+    if (text.size() == 38 && text.front() == u'{' && text.back() == u'}')
+        text = text.substr(1, 36);
+    if (text.size() != 36)
+        return std::nullopt;
+    Guid guid;
+    std::size_t at = 0;
+    for (std::size_t i = 0; i < kGuidOrder.size(); ++i) {
+        if (hyphenBefore(i) && text[at++] != u'-')
+            return std::nullopt;
+        const int high = hexDigit(text[at++]);
+        const int low = hexDigit(text[at++]);
+        if (high < 0 || low < 0)
+            return std::nullopt;
+        guid.bytes[kGuidOrder[i]] = static_cast<std::byte>(high << 4 | low);
+    }
+    return guid;
+}
+
 Digits digitsFrom(const Value& value)
 {
     if (const std::optional<Digits> exact = exactDigits(value))
@@ -142,22 +192,6 @@ Value toDecimalOf(const Column& column, const Value& value)
     if (!decimal)
         throwOverflow();
     return *decimal;
-}
-
-int hexDigit(char16_t c)
-{
-    constexpr std::u16string_view kDigits = u"0123456789ABCDEF";
-    const std::size_t place = kDigits.find(c >= u'a' && c <= u'f' ? static_cast<char16_t>(c - 0x20) : c);
-    return place == std::u16string_view::npos ? -1 : static_cast<int>(place);
-}
-
-// Where the bytes of a GUID stand in its text, in the order of the text: it is a number of four bytes, two
-// of two, little-endian, and eight bytes as they are.
-constexpr std::array<std::size_t, 16> kGuidOrder{3, 2, 1, 0, 5, 4, 7, 6, 8, 9, 10, 11, 12, 13, 14, 15};
-
-bool hyphenBefore(std::size_t byte)
-{
-    return byte == 4 || byte == 6 || byte == 8 || byte == 10;
 }
 
 } // namespace
@@ -253,40 +287,6 @@ std::optional<std::int32_t> roundedLong(double number)
             whole <= std::numeric_limits<std::int32_t>::max()))
         return std::nullopt;
     return static_cast<std::int32_t>(whole);
-}
-
-std::u16string guidToText(const Guid& guid)
-{
-    constexpr std::u16string_view kDigits = u"0123456789ABCDEF";
-    std::u16string text = u"{";
-    for (std::size_t i = 0; i < kGuidOrder.size(); ++i) {
-        if (hyphenBefore(i))
-            text += u'-';
-        const auto byte = static_cast<unsigned>(guid.bytes[kGuidOrder[i]]);
-        text += kDigits[byte >> 4];
-        text += kDigits[byte & 15];
-    }
-    return text + u"}";
-}
-
-std::optional<Guid> readGuid(std::u16string_view text)
-{
-    if (text.size() == 38 && text.front() == u'{' && text.back() == u'}')
-        text = text.substr(1, 36);
-    if (text.size() != 36)
-        return std::nullopt;
-    Guid guid;
-    std::size_t at = 0;
-    for (std::size_t i = 0; i < kGuidOrder.size(); ++i) {
-        if (hyphenBefore(i) && text[at++] != u'-')
-            return std::nullopt;
-        const int high = hexDigit(text[at++]);
-        const int low = hexDigit(text[at++]);
-        if (high < 0 || low < 0)
-            return std::nullopt;
-        guid.bytes[kGuidOrder[i]] = static_cast<std::byte>(high << 4 | low);
-    }
-    return guid;
 }
 
 Value coerceFor(const Column& column, Value value)

@@ -26,9 +26,6 @@ std::optional<double> readNumber(std::u16string_view text);
 // Rounded to a whole number, halves to the even one; nullopt outside of 32 bits.
 std::optional<std::int32_t> roundedLong(double number);
 
-std::u16string guidToText(const Guid& guid);
-std::optional<Guid> readGuid(std::u16string_view text);
-
 // The value as the column holds it. Throws Error: mismatch, overflow. Lengths, NULL and empty texts are
 // the table's affair.
 Value coerceFor(const Column& column, Value value);
