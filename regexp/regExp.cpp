@@ -1,3 +1,13 @@
+// A search takes the cheapest way that can answer it, and goes on to the next where that one cannot:
+//
+//   1. the pattern is plain texts alone          LiteralScan finds them, nothing else runs
+//   2. the text lacks what every match needs     LineSearch::promising() ends the search
+//   3. the pattern leaves no choice              Chain goes through its steps, start by start
+//   4. everything else                           Matcher: the automaton, then a walk or back-tracking
+//
+// Chain gives up by itself where it looks at units too often, and the Matcher goes on from there. The
+// instructions that the Matcher needs are made when a text first comes that far, so that a pattern which is
+// answered by the first three is never compiled. All ways find the same matches.
 #include "regexp/regExp.h"
 
 #include "regexp/match/lines.h"
@@ -12,6 +22,8 @@ namespace vellums {
 using regexp::Effort;
 
 // What was made of Pattern and the properties beside it.
+// The members use each other: `program` reads nothing of `tree` once it is made, but `matcher` holds a
+// reference to `program` and has to go first.
 struct RegExp::Compiled {
     std::u16string pattern;
     bool ignoreCase;

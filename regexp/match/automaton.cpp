@@ -1,7 +1,33 @@
+// The automaton is made of the pattern read backwards, a state at a time, as the texts ask for states. What
+// holds at a place of the text when its state is known:
+//
+//   - Bit p of the state: the unit at this place can be taken by position p, and from behind it the end of
+//     the pattern (or of the look-ahead that p belongs to) is reached in this very text.
+//   - The last word: what stands at the place, as far as assertions ask (bits 0 and 1, a Beside), and whether
+//     a match can begin at the place BEHIND this one (bit 2). That is told one place late because it depends
+//     on the left neighbour of the place, which is read only now.
+//
+// A step from the place i + 1 to the place i first spreads from every Accept, and from the positions that can
+// be taken at i + 1, backwards over the instructions that take nothing (reach); the positions that lead to an
+// instruction reached, and whose set has the unit at i, are the state at i (next). A match may end anywhere,
+// so the Accepts are spread from at every place.
+//
+// The table has a row for each state and a column for each class of units, and one more for "the text begins
+// here". A state is the index of its row, plus one where bit 2 is set, so a step is one addition and one
+// look:
+//
+//   table_    | unused row | row of the first state            | row of the second ...
+//               0            stride_                             2 * stride_
+//   entry       table_[state + symbol]; 0: this step has not been taken yet
+//
+// A step that has been taken costs a few nanoseconds; a new one costs up to the size of the program, which is
+// charged to the effort. There can be as many states as there are subsets of the positions: nothing is gained
+// by making them beforehand, and whoever reads long texts has to look at large() and clear().
 #include "regexp/match/automaton.h"
 
 #include <algorithm>
 #include <bit>
+#include <cassert>
 
 namespace vellums::regexp {
 namespace {
@@ -51,6 +77,9 @@ void Automaton::clear()
     ++generation_;
 }
 
+// Whether a place where no position can be taken makes all places left of it such places, and none of them
+// begins a match. It is tried with every pair of neighbours, except that nothing stands to the right: that is
+// the end of the text, from which matches are reached.
 bool Automaton::endsWithNothing()
 {
     for (const Beside right : {Beside::Word, Beside::LineEnd, Beside::Other}) {
@@ -69,6 +98,8 @@ bool Automaton::endsWithNothing()
     return true;
 }
 
+// Each place makes one state at most. Whoever clears a large table before a block therefore never has much
+// more than twice kLarge.
 std::size_t Automaton::placesPerBlock() const
 {
     constexpr std::size_t kMost = 65536;
@@ -101,8 +132,12 @@ State Automaton::bringBack(const KeptState& kept)
     return stateOf(kept.words);
 }
 
+// The one state with these words. Equal words always give the same number until the next clear(): steps are
+// compared, and loops over alike places are noticed, by the number alone. The hash table is at most half
+// full, so a search for a free slot ends.
 State Automaton::stateOf(const std::vector<std::uint64_t>& words)
 {
+    assert(words.size() == wordCount_);
     if (count_ * 2 > hash_.size())
         growHash();
     std::size_t slot = hashOf(words.data(), wordCount_) & (hash_.size() - 1);
@@ -140,7 +175,8 @@ bool Automaton::lookHolds(std::uint32_t lookAhead) const
     return look.unknown || reaches(look.entry) != look.negative;
 }
 
-// Inner look-aheads first: whether they hold is known when the instructions that ask are met.
+// Inner look-aheads first: whether they hold is known when the instructions that ask are met. Positions are
+// numbered in the same order, so one pass over the words of the state meets them graph by graph.
 void Automaton::reach(State state, Beside left)
 {
     if (reachedFor_ == state && reachedLeft_ == left)
@@ -201,6 +237,7 @@ void Automaton::spread(Place place, Beside left, Beside right)
 
 State Automaton::next(State state, std::uint32_t symbol, Effort& effort)
 {
+    assert(state != 0 && symbol <= startSymbol_);
     const Beside left = symbol == startSymbol_ ? Beside::Nothing : program_.besideOfClass[symbol];
     reach(state, left);
     effort.spend((reached_.size() * 4 + wordCount_ + stride_) / 4 + 16);
@@ -217,6 +254,8 @@ State Automaton::next(State state, std::uint32_t symbol, Effort& effort)
         }
     }
     words.back() = static_cast<std::uint64_t>(left) | (reaches(program_.start) ? kBegins : 0);
+    // Once nothing can be taken, what stands to the right no longer matters: there is one such state,
+    // whatever the neighbour, and read() ends with it.
     const bool nothing = nothingStays_ && symbol != startSymbol_ && !reaches(program_.start) &&
         std::all_of(words.begin(), words.end() - 1, [](std::uint64_t word) { return word == 0; });
     if (nothing)
@@ -231,6 +270,7 @@ State Automaton::next(State state, std::uint32_t symbol, Effort& effort)
 bool Automaton::read(
     std::u16string_view text, std::size_t from, std::size_t to, State right, State* states, Effort& effort)
 {
+    assert(right != 0 && from <= to && to <= text.size());
     const ClassNo* const classes = program_.alphabet.table();
     const State* table = table_.data();
     State state = right;

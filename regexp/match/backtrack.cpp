@@ -1,6 +1,24 @@
+// The present way is at_ and place_; entries_ holds what to do when it fails, the latest on top. Kept true:
+// the entries above a choice undo everything that was changed since the choice was left open, so that after
+// going back to it all slots are as they were then. There are three kinds of entries:
+//
+//   what                        value                on going back
+//   kRestore | slot             its old value        the slot gets it again, and going back goes on
+//   an instruction              a place in the text  the way goes on there
+//   a Look instruction whose    the place it asks    the look-ahead has no way left: a positive one fails, a
+//   entry stands in looks_                           negative one holds, and the way goes on behind it
+//
+// A Look instruction may also be an ordinary choice, where a Split leads to one; looks_ tells the two apart.
+// Slots are those of the groups, two each, then one for each depth of loops with the place where its present
+// pass began.
+//
+// Loops end because Leave refuses a pass that took nothing. The number of ways is bounded by nothing but the
+// effort: a reference can make the right one the last of exponentially many. The automaton cuts most of them
+// off, for it takes a reference for any text its group could hold, and what fails even so fails for certain.
 #include "regexp/match/backtrack.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace vellums::regexp {
 namespace {
@@ -68,6 +86,7 @@ void Backtrack::change(std::uint32_t slot, std::uint32_t value)
     if (slots_[slot] == value)
         return;
     push(kRestore | slot, slots_[slot]);
+    assert(slot < slots_.size() && (slot & kRestore) == 0);
     slots_[slot] = value;
 }
 
@@ -150,6 +169,7 @@ bool Backtrack::accept(const Instruction& instruction)
         done_ = true;
         return true;
     }
+    assert(!looks_.empty() && looks_.back() < entries_.size());
     const std::size_t first = looks_.back();
     looks_.pop_back();
     const Entry begun = entries_[first];

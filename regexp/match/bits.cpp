@@ -50,6 +50,8 @@ bool UnitBits::listed(char16_t unit) const
 
 #ifdef __SSE2__
 
+// Sixteen units give sixteen bits: each comparison leaves 0 or -1 in a lane of 16 bits, packing turns them
+// into bytes, and the sign of each byte is a bit of the row.
 std::uint64_t UnitBits::wholeRow(const char16_t* units) const
 {
     const auto load = [](const void* lanes) { return _mm_loadu_si128(static_cast<const __m128i*>(lanes)); };

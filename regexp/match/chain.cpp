@@ -1,11 +1,37 @@
+// A try goes through the steps once (match), every run taking all it can; that is right because stepsOf() has
+// made sure that no run ever gains from giving a unit back. The rest is about not trying in vain:
+//
+//   - A mark is a row of bits, one for each place: these sets have units at these distances from it. It comes
+//     from the rows of the sets, shifted and joined, 64 places at a time. starts_ marks where the steps of
+//     fixed length at the beginning can succeed.
+//   - The units before the first run of open length are of a fixed number. Starts from which that run would
+//     begin inside the same stretch of units end it at the same place, hence fail alike as long as no
+//     reference asks where it began; afterFailure() passes over them together.
+//   - runEnds_ marks the last unit of that run together with what must follow it. toFirstRun() looks for it
+//     first, goes back to where the stretch before it begins, and has thereby passed over every stretch that
+//     is followed by something else.
+//   - Where a match ends with the text, a look at the last unit may settle it (kEnding).
+//
+// A pattern could still make every start look at the same units again. spent_ counts the units that runs and
+// references looked at; when it exceeds a few for each unit of the text up to the present start, next() hands
+// the rest to the automaton, so the time stays in proportion to the text.
+//
+// Rows count from the start of the text that was taken, not from begin_: narrowing to the next line keeps
+// what is known. A mark may see units beyond the line, but match() does not, and the unit before a line is
+// the LF of a line end, as little part of a word as nothing at all.
 #include "regexp/match/chain.h"
 
 #include <algorithm>
 #include <bit>
+#include <cassert>
 
 namespace vellums::regexp {
 namespace {
 
+// The bits of a mask: one for each set of the steps, and three more.
+//
+//   0 ... 12      13       14          15
+//   sets          ending   word unit   line end
 constexpr std::size_t kMostSets = 13;
 constexpr unsigned kEnding = 1U << 13;
 constexpr unsigned kWord = 1U << 14;
@@ -62,6 +88,8 @@ Chain::Chain(Steps steps, const Tree& tree)
     rows_.assign(2 * (sets_.size() + marks_.size()), {kNowhere, 0});
 }
 
+// A failure says something about later starts only where there is a run of open length, and no reference
+// before it.
 void Chain::findSkips()
 {
     std::size_t units = 0;
@@ -162,6 +190,8 @@ void Chain::findEndings(const std::vector<UnitSet>& sets)
         if (step->fewest > 0)
             break;
     }
+    // Every optional run at the end may be absent, so the last unit of a match is of one of these sets, up to
+    // the first that has to be there.
     for (const UnitRange& range : endings.ranges())
         for (std::uint32_t unit = range.first; unit <= range.last; ++unit)
             masks_[unit] = static_cast<Mask>(masks_[unit] | kEnding);
@@ -177,6 +207,7 @@ void Chain::take(std::u16string_view text)
 
 void Chain::narrow(std::size_t begin, std::size_t end)
 {
+    assert(begin <= end && end <= text_.size());
     begin_ = begin;
     end_ = end;
     spent_ = 0;
@@ -185,6 +216,7 @@ void Chain::narrow(std::size_t begin, std::size_t end)
 
 Chain::Found Chain::next(std::size_t from)
 {
+    assert(begin_ <= from && from <= end_);
     if (endsAtEnd_ && (begin_ == end_ || !has(end_ - 1, kEnding)))
         return {kNowhere, kNowhere};
     for (std::size_t start = nextStart(from); start != kNowhere; start = nextStart(afterFailure(start))) {
@@ -196,6 +228,8 @@ Chain::Found Chain::next(std::size_t from)
     return {kNowhere, kNowhere};
 }
 
+// A mark with several probes needs two neighbouring rows of its sets at a time and then goes on to the next,
+// so the latest row of even and of odd number is all that is worth keeping.
 std::uint64_t Chain::bitsOf(std::size_t mark, std::size_t row)
 {
     Row& known = rows_[2 * mark + row % 2];
@@ -279,8 +313,9 @@ std::size_t Chain::nextAtLine(std::size_t from)
     return lineEnd == kNowhere ? kNowhere : lineEnd + 1;
 }
 
-// Passes over starts from which the first run is followed by something else than it should be. False: all
-// are such.
+// Passes over starts from which the first run is followed by something else than it should be. False: all are
+// such. known_ says that between its `from` and its `last` there is no earlier place where the run could end;
+// a run that begins before known_.begin therefore meets another unit first, and ends at an unmarked place.
 bool Chain::toFirstRun(std::size_t& from)
 {
     const std::size_t entry = from + unitsBefore_;
@@ -294,7 +329,8 @@ bool Chain::toFirstRun(std::size_t& from)
     return true;
 }
 
-// Starts from which the first run would begin further on in the same row of units end like the last one.
+// Starts from which the first run would begin further on in the same row of units end like the last one. The
+// first that can differ lets the run begin behind runEnd_.
 std::size_t Chain::afterFailure(std::size_t start) const
 {
     if (runEnd_ == kNowhere)
@@ -346,6 +382,8 @@ std::size_t Chain::passRun(const Step& step, std::size_t place)
     const std::size_t end =
         place < last && has(place, 1U << step.set) ? runEnd(step.set, place, last) : place;
     spent_ += end - place;
+    // A run that stopped because it had its most units would go further from a later start: nothing is
+    // learnt.
     if (numberOf(step) == firstRun_ && (end < last || last == end_))
         runEnd_ = end;
     return end - place < step.fewest ? kNowhere : end;
@@ -354,6 +392,7 @@ std::size_t Chain::passRun(const Step& step, std::size_t place)
 std::size_t Chain::passReference(std::uint32_t group, std::size_t place)
 {
     const std::size_t from = slots_[2 * group];
+    assert(from <= slots_[2 * group + 1]);
     const std::size_t length = slots_[2 * group + 1] - from;
     if (length > end_ - place)
         return kNowhere;

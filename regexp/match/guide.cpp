@@ -1,6 +1,19 @@
+// The automaton needs the text from its end, the matches are wanted from its beginning, and the states of all
+// places of a long text would be four bytes for each unit. So the text is read twice: take() reads block
+// after block from the last to the first, and keeps of each no more than the state at its right end and
+// whether a match begins in it; begin() and state() read a block again when it is asked for, and pass over
+// blocks in which no match begins. As places are asked for from left to right, no block is read a third time.
+//
+// Between two blocks the automaton may give up all its states. What crosses from one block to another is
+// therefore kept as words (KeptState), never as a number. A border between two blocks belongs to both: its
+// state is the last of the left block and is at hand without reading the right one.
+//
+// Back-tracking goes back and forth and needs all places at once, which takeWhole() gives as long as the
+// automaton stays small enough to keep every state.
 #include "regexp/match/guide.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace vellums::regexp {
 
@@ -76,11 +89,13 @@ void Guide::readBlock(std::size_t number)
 
 void Guide::toBlockOf(std::size_t place)
 {
+    assert(!blocks_.empty() && place <= text_.size());
     readBlock(std::min(place / blockLength_, blocks_.size() - 1));
 }
 
 std::optional<std::size_t> Guide::begin(std::size_t place)
 {
+    assert(place >= from_);
     while (place <= text_.size()) {
         if (place > to_) {
             const std::size_t number = std::min(place / blockLength_, blocks_.size() - 1);

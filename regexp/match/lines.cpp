@@ -1,3 +1,15 @@
+// One of five plans is chosen from the pattern, once:
+//
+//   Literal     the matches are texts, and scanning for them is all there is to do
+//   Needed      a line without one of some texts is passed over
+//   ClassRun    the pattern is one run of a set, found by jumping `fewest` units at a time
+//   Beginning   a line without a unit that matches begin with is passed over
+//   EveryLine   nothing rules a line out
+//
+// A plan has to find its texts or units quickly and to rule out most lines, or else it costs more than it
+// saves; common() estimates that. The text is scanned across lines, and only where something is met does the
+// line around it become known: lineAround() looks back no further than to where the last one looked from, so
+// all looking back together is one pass over the text. That line is then matched as a text of its own.
 #include "regexp/match/lines.h"
 
 #include "regexp/parse/beginnings.h"
@@ -72,6 +84,7 @@ void LineSearch::choose(const Tree& tree)
     plan_ = Plan::Beginning;
 }
 
+// A run must not take line ends: it is sought in the whole text at once.
 bool LineSearch::chooseRun(const Tree& tree)
 {
     const Node* node = &tree.nodes[tree.root];

@@ -1,3 +1,11 @@
+// A literal is looked for by two of its units, the rarest by what is common in texts: eight places are
+// compared with both at their distances at once, and only where both fit is the whole literal compared. Two
+// units in place of one leave hardly any false alarms. Without regard to case a unit serves only if its two
+// forms differ in one bit: setting that bit in the text makes one comparison do for both. A literal without
+// any such unit makes the scan unusable, and the search takes another way.
+//
+// The comparison gives two bits for each unit (_mm_movemask_epi8 counts bytes); hence the halving in
+// firstLane, and the double `bits &= bits - 1`, which removes one unit.
 #include "regexp/match/scan.h"
 
 #include "regexp/parse/literals.h"
@@ -150,6 +158,8 @@ LiteralScan::Hit LiteralScan::next(std::u16string_view text, std::size_t from) c
             place += 2 * kLanes;
         }
     }
+    // The rest of the text, or several literals: leftmost place first, whichever literal it is. lengthAt()
+    // then prefers the first in order, as alternatives do.
     if (probes_.size() <= kMostProbes) {
         for (; place + kLanes + reach_ <= text.size(); place += kLanes) {
             __m128i all = _mm_setzero_si128();

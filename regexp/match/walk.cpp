@@ -1,3 +1,17 @@
+// A step begins behind a unit (or at the start of the pattern) and follows Splits in order of preference
+// without taking anything, until it meets a unit that the state of the place has, or the end of the pattern.
+// The first of these is the answer: the automaton has said that from there a match is reached, so no later
+// step can fail, and every way that was preferred to it has been seen to lead nowhere.
+//
+// The answer depends on where the step begins, on the state, and on the left neighbour if some assertion
+// asks. It is worked out once (findWay) and then looked up: in a table with a row for each state of the
+// automaton, or, where a pattern has too many places to begin at, in a small table by hash that forgets. Both
+// go when the automaton gives up its states (useGeneration).
+//
+// Within a step a loop must not be passed without taking a unit. Way::fresh carries what Leave has to know:
+// at the start of a step every loop around has just taken the unit before it; Enter makes its own loop, and
+// with it all inside, fresh. Seen marks are kept for each instruction and value of fresh, so a step visits
+// each pair once at most, and ends.
 #include "regexp/match/walk.h"
 
 #include <algorithm>
@@ -125,6 +139,7 @@ Place Walk::findWay(Automaton& automaton, Place at, Beside left, State state)
         assert(!ways_.empty());
         const Way way = ways_.back();
         ways_.pop_back();
+        assert(way.fresh <= program_.instructions[way.place].depth);
         std::uint32_t& seen = seenAt_[firstSeen_[way.place] + way.fresh];
         if (seen == round_)
             continue;

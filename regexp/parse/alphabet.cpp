@@ -1,3 +1,6 @@
+// Classes are found by splitting: at first all units are one class, and each set in turn gives a new name to
+// the part of every class that lies in it. The units between two neighbouring borders of any ranges are never
+// told apart, so names are given to those stretches and not to 65536 units.
 #include "regexp/parse/alphabet.h"
 
 #include <algorithm>

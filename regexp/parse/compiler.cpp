@@ -1,3 +1,15 @@
+// Instructions are made from the end of the pattern to its beginning, so that each knows what follows it.
+// Only the Split of a loop is made before what it leads to, and is completed afterwards.
+//
+// Counts are written out: x{2,4} becomes x x (x (x)?)?, both optional passes going on at the same place when
+// they are skipped; x{2,} becomes x x x*. A text of n units cannot tell more than n passes apart, as all that
+// are beyond the fewest take something; so counts are cut to the longest text that is expected, and the
+// pattern is compiled anew if a longer one comes. What is still too large is refused with number 7.
+//
+// A program is read in two ways. Forwards, `next` is preferred to `other`. Backwards, the tables `before` and
+// `unitsBefore` lead from an instruction to those that lead to it. Only this second reading goes through the
+// `other` of a BackReference: in its place stands what the group could have taken (relaxed_: without slots
+// and without loops that count), so the automaton takes more for possible than is, never less.
 #include "regexp/parse/program.h"
 #include "regexp/parse/regExpError.h"
 
@@ -7,6 +19,8 @@
 namespace vellums::regexp {
 namespace {
 
+// The limits keep the largest program to some tens of megabytes, the tables by instruction and depth that
+// Walk keeps among them.
 constexpr std::size_t kMostInstructions = 300000;
 constexpr std::uint64_t kMostDepths = 4000000; // instructions times loops around them
 
@@ -140,6 +154,8 @@ private:
     }
 
     // Read backwards, a reference takes any text of its group, or any text at all where that is not simple.
+    // It may also take nothing, as `next` is among the places that follow it: a group that is unset holds the
+    // empty text.
     Place emitBackReference(const Node& node, Place next)
     {
         const Node& group = tree_.nodes[groups_[node.number]];
@@ -193,7 +209,8 @@ private:
         return split;
     }
 
-    // A pass beyond the fewest counts only if it takes something.
+    // A pass beyond the fewest counts only if it takes something. Loops that stand side by side share a
+    // number, as no place lies in both; that keeps the numbers as low as the nesting is deep.
     Place emitOptionalPass(const Node& node, Place next)
     {
         if (relaxed_ || tree_.nodes[node.children[0]].minLength > 0)

@@ -1,3 +1,11 @@
+// Two questions are asked of a node. exact(): which texts can it match, all of them, if they are few? And
+// needed(): of which texts is one part of every match? In a sequence, neighbours with exact answers are
+// joined into ever longer texts; where that breaks off, the joined texts and what the other children need
+// compete (worth), for one set of texts is all that is scanned for. Anything uncertain is answered with "not
+// known", which costs time in the search and never a match.
+//
+// The answers stay small: at most kMostTexts texts, classes of at most kMostLetters letters, and no descent
+// below kDeepest, so the work grows with the length of the pattern alone.
 #include "regexp/parse/literals.h"
 
 #include <algorithm>
@@ -62,7 +70,8 @@ public:
         }
     }
 
-    // Texts one of which is part of every match of the node.
+    // Texts one of which is part of every match of the node. A node that takes at least one unit goes through
+    // each of its repeats once at least, so what the repeated node needs is needed.
     std::optional<Texts> needed(NodeNo number, int depth) const
     {
         const Node& node = tree_.nodes[number];
@@ -84,6 +93,8 @@ public:
     }
 
 private:
+    // Folded texts stand for all units of a folded form, so without regard to case a class serves only if it
+    // has all of them.
     std::optional<Texts> letters(const UnitSet& set) const
     {
         Texts result;

@@ -1,7 +1,16 @@
+// One pass from left to right. Brackets that are still open lie on a stack of the parser's own (open_), each
+// with the alternatives that are complete and the items of the one under way; so the parser does not recurse,
+// and the limit on open brackets bounds how deep those may recurse who walk the tree later: four nodes for
+// each bracket at most. Nodes are added when they are complete, hence children before parents.
+//
+// What a quantifier belongs to is known only when it comes: the last item is then wrapped in a Repeat, and
+// may not be quantified again. What the search asks about a part of the pattern (the least length of a match,
+// the groups inside, whether it has references or conditions) is summed up while the nodes are made.
 #include "regexp/parse/regExpError.h"
 #include "regexp/parse/tree.h"
 
 #include <algorithm>
+#include <cassert>
 #include <map>
 #include <optional>
 
@@ -9,6 +18,7 @@ namespace vellums::regexp {
 namespace {
 
 constexpr std::size_t kMostOpenGroups = 1000;
+// Lengths stop here, so that sums and products of them cannot overflow.
 constexpr std::uint64_t kMostLength = 1ULL << 60;
 
 bool isDigit(char16_t c)
@@ -317,6 +327,7 @@ private:
         OpenGroup& group = open_.back();
         if (!group.quantifiable)
             fail(5018, start);
+        assert(!group.items.empty());
         Node node = bare(NodeKind::Repeat);
         node.fewest = fewest;
         node.most = most;
@@ -326,6 +337,7 @@ private:
         }
         const NodeNo child = group.items.back();
         const Node& atom = tree_.nodes[child];
+        // A count has 31 bits: what is cut to kMostLength >> 31 beforehand can be multiplied.
         node.minLength = limited(std::min(atom.minLength, kMostLength >> 31) * fewest);
         node.hasBackReference = atom.hasBackReference;
         node.hasCondition = atom.hasCondition;
@@ -360,7 +372,9 @@ private:
             addSet(item.set);
     }
 
-    // The number of the group that is meant; 0: none, and nothing is passed over.
+    // The number of the group that is meant; 0: none, and nothing is passed over. Two digits mean one group
+    // if the whole pattern has so many, otherwise the first digit alone does; failing that, they are no
+    // reference.
     std::uint32_t backReference()
     {
         if (peek(at_) < u'1' || !isDigit(peek(at_)))
@@ -473,12 +487,15 @@ private:
             parseClassPart(start, ranges);
         }
         ++at_;
+        // The complement comes last: without regard to case [^a] takes neither "a" nor "A".
         UnitSet set(std::move(ranges));
         if (tree_.ignoreCase)
             set = set.withFolded();
         addFinishedSet(negative ? set.complement() : set);
     }
 
+    // A range needs a unit on both sides. Beside a set, such as \d, the hyphen is a member of the class like
+    // the others; first or last in the class it is one anyway.
     void parseClassPart(std::size_t start, std::vector<UnitRange>& ranges)
     {
         const std::size_t itemStart = at_;

@@ -76,6 +76,8 @@ private:
         return addStep({Step::Kind::Close, {}, 0, node.number});
     }
 
+    // Where references ask, a repeated group would have to be remembered with each pass, which is no single
+    // step.
     bool addRepeat(const Node& node)
     {
         const Node* inner = &tree_.nodes[node.children[0]];
@@ -102,7 +104,8 @@ private:
     }
 
     // Whether the run might do well to take less than it can: whether something that follows could go on
-    // where the next unit is one of the run's own.
+    // where the next unit is one of the run's own. What follows is looked at up to the first step that must
+    // take a unit or hold; steps that may take nothing are seen through.
     bool leavesChoice(std::size_t index) const
     {
         const Step& run = steps_.list[index];
@@ -128,7 +131,9 @@ private:
         return lazy_[index]; // nothing more is asked, so the longest run is the preferred one
     }
 
-    // Whether the assertion fails at every place where the run could stop early.
+    // Whether the assertion fails at every place where the run could stop early. There, both neighbours are
+    // units of the run; a word edge between them is ruled out if the set is of one kind. Before its first
+    // unit a run that may take nothing has a neighbour that is not its own.
     bool failsInside(Assertion assertion, const Step& run) const
     {
         const UnitSet& set = setOf(run);

@@ -120,6 +120,8 @@ UnitSet UnitSet::with(const UnitSet& other) const
 UnitSet UnitSet::withFolded() const
 {
     std::vector<UnitRange> all = ranges_;
+    // About a thousand groups are looked at, rather than the units of the set, which may be nearly all there
+    // are.
     for (const auto& [form, units] : folding().groups) {
         const bool met =
             std::any_of(units.begin(), units.end(), [this](char16_t unit) { return contains(unit); });
