@@ -9,6 +9,11 @@ namespace vellums {
 
 bool looksLikeAccessFile(const std::u16string& path)
 {
+    // The name stands behind four bytes that are the same in every version:
+    //
+    //   offset  size  holds
+    //        0     4  00 01 00 00
+    //        4    15  the name of the engine
     constexpr std::string_view kNames[] = {"Standard Jet DB", "Standard ACE DB"};
     constexpr std::size_t kNameAt = 4;
     std::array<std::byte, 19> start{};

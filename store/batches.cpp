@@ -35,6 +35,7 @@ void Batches::finish()
 {
     if (!open_)
         return;
+    // The flag goes down first: where the end of the batch fails, the destructor must not end it once more.
     open_ = false;
     connection_.endBatch();
     if (stored_)

@@ -6,12 +6,15 @@
 #include "store/safetyCopy.h"
 #include "text/decimal.h"
 
+#include <cassert>
 #include <new>
 #include <optional>
 
 namespace vellums {
 namespace {
 
+// Where the user selected a few records there is no copy: that of a large database would take longer than the
+// act itself.
 bool needsCopy(const Notebook& notebook, SafetyCopy copy, std::size_t total, const BulkUser& user)
 {
     constexpr std::size_t kFew = 10;
@@ -34,6 +37,8 @@ bool takeSteps(Connection& connection, Batches& batches, std::size_t total, cons
         BulkStep context(connection, batches, count.done);
         step(context);
         ++count.done;
+        // Asked after the last step too, as this is how the progress is shown; a Stop then has nothing left
+        // to stop.
         if (user.goesOn && !user.goesOn(count.done, total) && count.done < total)
             return false;
     }
@@ -103,6 +108,7 @@ BulkResult bulkAct(const Notebook& notebook, SafetyCopy copy, std::size_t total,
     try {
         const std::unique_ptr<Connection> connection = notebook.connect();
         Batches batches(*connection, [&] {
+            assert(count.lasting <= count.done && count.done <= total);
             count.lasting = count.done;
             if (user.lasting)
                 user.lasting(count.done);
@@ -115,6 +121,8 @@ BulkResult bulkAct(const Notebook& notebook, SafetyCopy copy, std::size_t total,
             throw; // nothing has happened
         result.failure = notebook.say(u"There is not enough memory.", u"内存不足。");
     }
+    // What was done and not made lasting has gone with the connection, or was made lasting by the end of the
+    // batches; either way the last word is that of the callback.
     result.done = count.lasting;
     return result;
 }

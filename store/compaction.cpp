@@ -1,3 +1,13 @@
+// The provider writes a compacted copy into the program's folder, which may be another disk than the
+// database's. What takes the database's place has to lie beside it, so that one renaming does it:
+//
+//   1. compact      database        -> temp.cdb in the program's folder
+//   2. copy, flush  temp.cdb        -> "<database>.compacted", or with a number where that name is taken
+//   3. rename       "...compacted"  -> database
+//
+// Wherever this ends, the database's name leads to a whole database, the old one or the new one; the two
+// other files are the program's own and are removed on every way out. A temp.cdb of a run that was cut off is
+// removed by the next.
 #include "store/compaction.h"
 
 #include "platform/files.h"
@@ -40,8 +50,9 @@ struct NotCompacted {
     std::u16string reason;
 };
 
-// The replacement is put beside the database, so that it takes its place in one step. While it is
-// copied nobody can change the database behind its back.
+// The replacement is put beside the database, so that it takes its place in one step. While it is copied
+// nobody can change the database behind its back; the lock is given up right before the renaming, because a
+// file that is open cannot be replaced on every system.
 void replaceDatabase(const std::u16string& file, const std::u16string& compacted)
 {
     const PassingFile replacement(file, u".compacted");
@@ -64,10 +75,13 @@ Sizes compact(const Notebook& notebook, const std::u16string& file)
     const auto before = platform::fileSize(file);
     if (!before)
         throw platform::FileError{platform::FileFault::NotFound, 0};
+    // A database that is marked read-only could not be replaced. The marks go before the copy is made, so
+    // that a failure here changes nothing else.
     platform::clearAttributes(file);
     const PassingFile compacted(platform::inFolder(notebook.appDir, u"temp.cdb"));
     notebook.provider->compact(file, compacted.path());
     const auto after = platform::fileSize(compacted.path());
+    // A provider that reports success is not taken at its word: the old file is about to go.
     if (!after || !looksLikeAccessFile(compacted.path()))
         throw NotCompacted{notebook.say(u"The compacted copy is no database.", u"整理后的文件不是数据库。")};
     replaceDatabase(file, compacted.path());

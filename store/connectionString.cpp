@@ -1,3 +1,7 @@
+// A connection string is not parsed as the list of properties that it is. What is looked for stands behind
+// "Data Source=" and ends at the first known extension that is followed by ";" or by the end: so a path may
+// itself hold ";" or any extension in the middle, and strings of any provider are understood. Where no such
+// extension follows, what stands there is a server, up to the next ";".
 #include "store/connectionString.h"
 
 #include "platform/files.h"

@@ -15,11 +15,11 @@ std::u16string connectionStringFor(const Notebook& notebook, std::u16string_view
 enum class ConnPart { WithBareName = 1, FileName = 2, FullPath = 3 };
 
 // A part of a connection string: the string with the data folder taken out; the bare file name; the
-// full path of the file (a bare name lies in the data folder). Of a string that names no file but a server
-// the last two are the server's name.
+// full path of the file (a path that is not absolute counts from the data folder). Of a string that names no
+// file but a server the last two are the server's name.
 std::u16string getConnPart(const Notebook& notebook, const std::u16string& connectionString, ConnPart part);
 
-// The string as it is opened: a bare file name is put into the data folder.
+// The string as it is opened: a path that is not absolute, bare name or not, is put behind the data folder.
 std::u16string expandedConnection(const Notebook& notebook, const std::u16string& connectionString);
 
 // The string names a file by a path that counts from the data folder.

@@ -29,6 +29,7 @@ bool isDeviceName(std::u16string_view fileName)
         stem[3] <= u'9';
 }
 
+// Stricter than this system may be: the data folder is carried from one system to another.
 void refuseBadFileName(const std::u16string& fileName)
 {
     const bool good = fileName.size() <= kLongestFileName &&

@@ -37,8 +37,8 @@ struct Notebook {
     // Who serves the databases; start-up chooses. Not owned.
     const Provider* provider = nullptr;
 
-    // Opens a connection; a bare file name in the string means the file in dbParent. A journal that was set
-    // aside shows in the status line. Throws ProviderError.
+    // Opens a connection; a path in the string that is not absolute counts from dbParent. A journal that was
+    // set aside shows in the status line. Throws ProviderError.
     std::unique_ptr<Connection> connect(const std::u16string& connectionString) const;
     // A connection to the current database.
     std::unique_ptr<Connection> connect() const { return connect(dbConn); }

@@ -1,3 +1,9 @@
+// Every statement of a single record is made here, as text, and is the same for each provider. Values stand
+// in it quoted; dates as sqlDate() writes them, which every locale reads alike.
+//
+// A step that takes several statements is made whole by hand, as not every provider can take statements back:
+// what the first one did is undone when the second one fails (copyRecord), and where even that fails, or
+// cannot be tried, HalfDone has the bulk act give up what is not lasting yet.
 #include "store/records.h"
 
 #include "platform/clock.h"
@@ -12,6 +18,7 @@
 #include "text/titles.h"
 
 #include <algorithm>
+#include <cassert>
 #include <functional>
 
 namespace vellums {
@@ -75,6 +82,7 @@ std::int32_t lastIdentity(Connection& connection)
     const auto rows = connection.query(u"SELECT @@IDENTITY");
     if (!rows->next())
         return 0;
+    // A 32-bit number from Access files; servers give a decimal, whose lowest word is the last.
     if (const auto* number = std::get_if<std::int32_t>(&rows->value(0)))
         return *number;
     const auto* wide = std::get_if<jet::Decimal>(&rows->value(0)); // of a server
@@ -94,6 +102,7 @@ ChangedRecords changeRecords(const Notebook& notebook, SafetyCopy copy, const st
     ChangedRecords changed;
     changed.result = bulkAct(
         notebook, copy, ids.size(), user, [&](BulkStep& step) { change(step.connection, ids[step.index]); });
+    assert(changed.result.done <= ids.size());
     changed.ids.assign(ids.begin(), ids.begin() + static_cast<std::ptrdiff_t>(changed.result.done));
     return changed;
 }
@@ -162,6 +171,7 @@ void delRecord(Connection& connection, const std::u16string& table, std::int32_t
 
 AddedRecord addRecord(Connection& connection, const std::u16string& table, const NewRecord& record)
 {
+    // The digest is that of the text as it is stored; the title is taken from the text as it came.
     const std::u16string body = text::cleanBody(record.text);
     std::u16string title = replaceAll(record.title, kLineEnd, u"");
     if (title.empty())
@@ -200,6 +210,7 @@ Saved modRecord(const Notebook& notebook, std::int32_t id, const std::u16string&
 bool dupRecord(const Notebook& notebook, std::int32_t id)
 {
     return reporting(notebook, labelWithId(u"dupRecord", id), [&](Connection& connection) {
+        // Columns are matched by their names; ID is left out and counted on.
         connection.execute(u"INSERT INTO [" + notebook.dbTable + u"] SELECT " + columnList() + u" FROM [" +
             notebook.dbTable + u"]" + whereId(id));
     });
@@ -287,6 +298,7 @@ ChangedRecords copyRecords(const Notebook& notebook, const std::u16string& targe
             ++place;
         });
     for (auto at = gone.rbegin(); at != gone.rend(); ++at)
+        // From the last on, so that the places before it stay valid.
         if (*at < copied.ids.size())
             copied.ids.erase(copied.ids.begin() + static_cast<std::ptrdiff_t>(*at));
     return copied;

@@ -9,6 +9,7 @@
 namespace vellums {
 namespace {
 
+// An earlier copy is replaced by renaming only once the new one is whole and on the disk.
 void copyUnder(const std::u16string& file, const std::u16string& unfinished)
 {
     platform::copyFile(file, unfinished);

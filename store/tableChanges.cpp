@@ -129,6 +129,8 @@ void renameTable(Connection& connection, const std::u16string& table, const std:
 {
     // An open batch that is never ended is given up with the connection: all or nothing.
     connection.beginBatch();
+    // A change of letter case goes by way of a third name, or the copy would be refused for the name it
+    // copies.
     if (table != name && equalNoCase(table, name)) { // the same name to the database
         const std::u16string passing = passingName(connection);
         replaceTable(connection, table, passing);

@@ -74,6 +74,7 @@ std::unique_ptr<Recordset> AdoConnection::query(std::u16string_view sql)
 std::int32_t AdoConnection::execute(std::u16string_view sql)
 {
     return throughCom([&] {
+        // The first argument is where ADO puts the number of rows; the second, the parameters, is left out.
         Variant changed;
         command(sql).call(u"Execute", {Variant::filledInto(changed), Variant::missing(), kText | kNoRecords});
         const bool told =

@@ -12,6 +12,7 @@ namespace {
 constexpr std::int32_t kRowsAtOnce = 2000;
 constexpr std::int32_t kLongRowsAtOnce = 50;
 
+// The number of elements in a dimension, whatever it is counted from.
 std::size_t extent(SAFEARRAY* array, UINT dimension)
 {
     LONG low = 0;
@@ -29,6 +30,7 @@ RowBlock::RowBlock(platform::Variant rows)
 {
     SAFEARRAY* const array = array_.type() == (VT_ARRAY | VT_VARIANT) ? array_.raw().parray : nullptr;
     void* data = nullptr;
+    // Locked until the block goes: cell() then reads the values where they lie, without a call for each.
     if (array == nullptr || SafeArrayGetDim(array) != 2 || FAILED(SafeArrayAccessData(array, &data)))
         throw platform::ComError(DISP_E_TYPEMISMATCH, u"Type mismatch.");
     fields_ = extent(array, 1);

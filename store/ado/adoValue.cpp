@@ -17,6 +17,7 @@ void takeText(jet::Value& out, std::u16string_view text)
         out = std::u16string(text);
 }
 
+// A GUID comes as text in braces; only the type of its column tells it from a text that looks like one.
 void takeTextOrGuid(jet::Value& out, BSTR text, int adType)
 {
     GUID parsed{};
@@ -44,6 +45,7 @@ jet::Decimal decimalOf(const DECIMAL& value)
     jet::Decimal decimal;
     decimal.negative = (value.sign & DECIMAL_NEG) != 0;
     decimal.scale = value.scale;
+    // Words from the highest to the lowest; COM's have 96 bits, those of a file 128.
     decimal.magnitude = {0, static_cast<std::uint32_t>(value.Hi32), static_cast<std::uint32_t>(value.Mid32),
         static_cast<std::uint32_t>(value.Lo32)};
     return decimal;

@@ -27,6 +27,7 @@ void compactMdb(const std::u16string& source, const std::u16string& destination)
         if ((e.number != kCannotCreate && e.number != kUnknownFormat) || !platform::canCreate(kAceEngine))
             throw;
     }
+    // What the first engine has begun would be in the way of the second.
     platform::removeFile(destination);
     ComObject::create(kAceEngine).call(u"CompactDatabase", {source, destination});
 }

@@ -1,5 +1,7 @@
 #include "store/embedded/embeddedConnection.h"
 
+#include <cassert>
+
 namespace vellums {
 namespace {
 
@@ -11,7 +13,11 @@ public:
     }
     const std::vector<std::u16string>& columns() const override { return result_.columns; }
     bool next() override { return ++row_ <= result_.rows.size(); }
-    const Value& value(std::size_t column) const override { return result_.rows[row_ - 1][column]; }
+    const Value& value(std::size_t column) const override
+    {
+        assert(row_ != 0 && row_ <= result_.rows.size() && column < result_.columns.size());
+        return result_.rows[row_ - 1][column];
+    }
 
 private:
     jet::Result result_;

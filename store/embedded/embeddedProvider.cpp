@@ -47,6 +47,7 @@ jet::TableSpec snippetTable(const std::u16string& name)
     return table;
 }
 
+// Other programs go by the extension, so a file must be what its name promises.
 jet::FileFormat formatOf(std::u16string_view path)
 {
     const std::u16string lower = text::lowerCase(path);
@@ -63,6 +64,7 @@ std::unique_ptr<Connection> EmbeddedProvider::open(const std::u16string& connect
 void EmbeddedProvider::createDatabase(const std::u16string& path, const std::u16string& table) const
 {
     asProvider([&] {
+        // Numbers and sentences are those that an installed provider gives.
         if (platform::fileExists(path) || platform::folderExists(path))
             throw jet::Error(3204, jet::kDuplicateSource, u"Database already exists.");
         const std::size_t cut = text::lastSeparator(path);
