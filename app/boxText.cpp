@@ -8,6 +8,8 @@ std::u16string boxText(std::u16string_view text)
     result.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char16_t c = text[i];
+        // One look to the left and one to the right: each half of a line end that lacks the other one gets
+        // it.
         if (c == u'\n' && (i == 0 || text[i - 1] != u'\r'))
             result += u'\r';
         result += c == u'\0' ? u' ' : c;

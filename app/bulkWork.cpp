@@ -25,6 +25,7 @@ BulkUser BulkWork::user()
     BulkUser user;
     if (dialogs_ != nullptr)
         user.goOnWithoutCopy = [this](const std::u16string& reason) {
+            // No is the default: Enter, pressed without reading, must not cost the only copy.
             return dialogs_->askNoYes(withoutCopyQuestion(notebook_, reason)) == Answer::Yes;
         };
     user.goesOn = [this](std::size_t done, std::size_t total) { return work_.step(done, total); };

@@ -15,6 +15,8 @@ constexpr std::u16string_view kAceClassKey =
 
 std::u16string detectedProviderId(std::u16string_view registeredName)
 {
+    // The older engine is part of every Windows and need not be looked for; but it serves 32-bit processes
+    // alone, which chooseEngine() asks about.
     return registeredName == kAceProvider ? u"104" : u"103";
 }
 

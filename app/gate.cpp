@@ -1,9 +1,18 @@
+// The gate is open while none of three flags is up: busy_ (a command runs), held_ (a menu of the bar is
+// open), shut_ (the window is going, for good). run() drops what comes while it is closed; runOrWait() keeps
+// it in waiting_, one of each kind, served in the order of the kinds and not of their coming, so a close
+// comes last.
+//
+// Whoever opens the gate does not serve what waits itself, but has the surroundings call serve() soon: the
+// caller's stack, a menu's or a message box's, is to be gone by then. Everything runs on one thread; the
+// flags guard against being called again from within, not against another thread.
 #include "app/gate.h"
 
 #include "platform/files.h"
 #include "text/decimal.h"
 #include "text/unicode.h"
 
+#include <cassert>
 #include <exception>
 #include <new>
 
@@ -42,6 +51,7 @@ bool Gate::run(const Command& command)
 
 void Gate::carryOut(const Command& command) noexcept
 {
+    assert(busy_);
     const std::u16string& noMemory = notebook_.chinese ? noMemoryChinese_ : noMemory_;
     try {
         try {
@@ -50,6 +60,7 @@ void Gate::carryOut(const Command& command) noexcept
             outcome_.failed(noMemory);
         } catch (const std::exception& failure) {
             outcome_.failed(described(failure));
+            // Not derived from std::exception, as it carries no sentence.
         } catch (const platform::FileError& failure) {
             outcome_.failed(notebook_.say(u"A file could not be read or written", u"文件读写失败") + u" (" +
                 text::decimal(failure.systemCode) + u")");

@@ -11,6 +11,7 @@
 
 #include "store/notebook.h"
 
+#include <cassert>
 #include <functional>
 #include <map>
 #include <memory>
@@ -97,9 +98,17 @@ public:
     }
     bool isMade() const { return commands_ != nullptr; }
 
-    Commands& operator()(const Turn&) { return *commands_; }
+    Commands& operator()(const Turn&)
+    {
+        assert(isMade());
+        return *commands_;
+    }
     // To look at, at any time.
-    const Commands& seen() const { return *commands_; }
+    const Commands& seen() const
+    {
+        assert(isMade());
+        return *commands_;
+    }
 
 private:
     std::unique_ptr<Commands> commands_;

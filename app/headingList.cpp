@@ -54,11 +54,14 @@ bool dbQuery(const Notebook& notebook, WindowPorts& window, const std::u16string
             const auto* title = std::get_if<std::u16string>(&rows->value(1));
             entries.push_back({title == nullptr ? u"" : *title, id == nullptr ? 0 : *id});
         }
+        // Asked once more before the list is touched: filling it takes long, too, and cannot be given up half
+        // way.
         if (giveUp && giveUp())
             return false;
         window.lstHeads.fill(entries);
         return true;
     } catch (const ProviderError& e) {
+        // Given up by request, which is no failure and says nothing.
         if (e.number == kOperationCanceled && giveUp)
             return false;
         notebook.status.failed(u"dbQuery: " + e.description + u" (" + text::decimal(e.number) + u")");

@@ -1,3 +1,13 @@
+// What a command may do to the text in the boxes is decided in one place, leave(): before anything is
+// replaced it asks about unsaved changes, and a command that gets false does nothing at all. Commands that
+// ask anything take IDs beforehand, never indexes of the list, and look the records up again afterwards
+// (entriesOf), as saving may have changed the list meanwhile.
+//
+// Filling the list anew never overwrites text that nobody was asked about: fillList() then leaves the record
+// shown and only selects its entry. That is how text survives which is typed while long work ends.
+//
+// A text that the user gave up (No) stays in the boxes until something replaces it. givenUp_ remembers it by
+// the record's generation and the texts themselves, so that one more letter makes it unsaved text again.
 #include "app/recordCommands.h"
 
 #include "app/bulkWork.h"
@@ -9,6 +19,7 @@
 #include "text/titles.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace vellums {
 namespace {
@@ -142,6 +153,7 @@ void RecordCommands::showFirst(std::int32_t wanted)
     }
     const std::vector<int> entries = entriesOf({wanted});
     const int entry = entries.empty() ? 0 : entries.front();
+    assert(entry >= 0 && entry < window_.lstHeads.count());
     window_.lstHeads.select(entry);
     if (!current_.load(window_.lstHeads.datum(entry)))
         showRecordOf(current_.id());
@@ -244,6 +256,8 @@ void RecordCommands::deleteSelected()
         notebook_.say(u"Are you sure to delete selected records?    ", u"确定删除选定的记录?   ");
     if (!window_.mnu_ezdel.checked() && window_.dialogs.askYesNo(question) != Answer::Yes)
         return;
+    // Text of a record that is to be deleted is not asked about; that of another one is, since the list will
+    // load an entry afterwards.
     const bool shownIsAmongThem = std::find(ids.begin(), ids.end(), current_.id()) != ids.end();
     if (!shownIsAmongThem && !leaveRecord())
         return;
@@ -328,6 +342,7 @@ void RecordCommands::offerUnsavedTexts()
                                               : notebook_.say(u"1 record saved.", u"已保存 1 条记录"));
             refreshKeeping(back->id);
         }
+        // Reached when the text is in the database or given up, and only then.
         if (!platform::removeFile(file))
             notebook_.status.failed(
                 notebook_.say(u"This file cannot be removed: " + file, u"无法删除文件: " + file));

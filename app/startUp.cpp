@@ -1,3 +1,10 @@
+// The order matters. The settings file comes first, as it says which engine serves; the engine next, since
+// only then can a database be opened; then the language, in which a failure is told; then the database, and
+// at last the table, for which the database is asked where the settings name none.
+//
+// A stored database is looked for in the stored data folder and then beside the program, which is where it is
+// after the whole folder was carried to another machine under another path. The folder in which it was found
+// becomes the data folder. Only where it is in neither does the first database beside the program serve.
 #include "app/startUp.h"
 
 #include "app/language.h"
@@ -27,7 +34,7 @@ std::u16string withoutEnd(std::u16string folder)
     return folder;
 }
 
-// A bare name is looked for in the data folder, then beside the program.
+// A path that is not absolute is looked for in the data folder, then beside the program.
 bool useStoredDatabase(Notebook& notebook)
 {
     const std::u16string stored = readSetting(notebook.settingsFile, kDbConnSetting);

@@ -1,3 +1,7 @@
+// A switch is made in an order that a failure cannot split: the other table is read first, while everything
+// still shows the present one; what throws is done next, on copies; then the window shows nothing, and only
+// then do dbConn and dbTable change, by moves that cannot fail. Between the two there is no moment in which a
+// heading or a text of one table could be taken for one of the other.
 #include "app/tableCommands.h"
 
 #include "app/headingList.h"
@@ -122,6 +126,7 @@ void TableCommands::newDatabase()
     const std::u16string table = dbCreateNew(notebook_, name);
     if (table.empty())
         return;
+    // Said twice: before the switch, should that fail, and after it, over what the switch itself has said.
     const std::u16string report =
         notebook_.say(u"New database file created: ", u"数据库文件新建成功: ") + name;
     notebook_.status.done(report);

@@ -38,6 +38,7 @@ public:
         : left_(bytes)
     {
     }
+    // Little-endian, of up to four bytes.
     std::uint32_t number(std::size_t count)
     {
         std::uint32_t value = 0;
@@ -49,6 +50,7 @@ public:
     std::u16string text()
     {
         const std::size_t units = number(4);
+        // Before room is made for them: the number may be anything in a damaged file.
         if (units > left_.size() / 2) {
             whole_ = false;
             return {};
