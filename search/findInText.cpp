@@ -5,6 +5,8 @@
 #include "search/inlineSearch.h"
 #include "text/pieces.h"
 
+#include <cassert>
+
 namespace vellums {
 namespace {
 
@@ -41,6 +43,7 @@ void prepareFindBox(WindowPorts& window)
 int nextEntry(const ListBox& list, std::int32_t caret, FindCommand command)
 {
     const int count = list.count();
+    assert(count > 0);
     if (command == FindCommand::Previous) {
         for (int i = count - 1; i >= 0; --i)
             if (list.datum(i) < caret)
@@ -63,6 +66,7 @@ void findInText(const Notebook& notebook, WindowPorts& window, FindCommand comma
         return;
     }
     ListBox& list = window.lstInLineSrch;
+    // The tag is the keyword that the list was made for; the places of another one lead nowhere.
     if (list.tag() != keyword || list.count() == 0) {
         doInlineSearch(notebook, window);
         return;

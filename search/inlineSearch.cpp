@@ -1,3 +1,10 @@
+// The results are kept nowhere but in the list itself: an entry shows "position > text", its datum is the
+// position, and what is selected in the record's text is as long as the entry's text behind the first " > ".
+// That is safe as the position is a number and cannot hold the mark, however often the text does.
+//
+// The list is disabled while it is filled, and shown and enabled only when a search that came to its end has
+// found something. Anything that ends the search early is told by the find box's tip, in the user's language:
+// the sentences of the engine itself are those that scripts know.
 #include "search/inlineSearch.h"
 
 #include "app/clipboardText.h"
@@ -72,6 +79,7 @@ void doInlineSearch(const Notebook& notebook, WindowPorts& window)
     ListBox& list = window.lstInLineSrch;
     const std::u16string keyword = window.txtInline.text();
     list.setEnabled(false);
+    // Set even when nothing is found: the same keyword is then searched for again, as the list is empty.
     list.setTag(keyword);
     const Occurrences found = findOccurrences(window.txtTarget().text(), keyword);
     window.txtInlineTip.setText(found.ending ? explanation(notebook, *found.ending) : u"");

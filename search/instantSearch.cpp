@@ -1,3 +1,10 @@
+// A change of the search box starts the pause anew, or cancels it where the list does not follow letters. The
+// pause ends when nothing else waits for the thread, so quick typing never queues searches; a search that is
+// under way asks in between whether the user goes on, and is then given up and due again. Where a search
+// would bring up the question about unsaved text it waits for a real pause first.
+//
+// While an input method composes, the box's text changes without being the user's word; the end of the
+// composition counts as the one change.
 #include "search/instantSearch.h"
 
 #include "store/snippetTable.h"

@@ -1,4 +1,11 @@
+// A match is not listed where the expression met it but where its text stands first, counted from behind the
+// beginning of the entry before in the same line. For most expressions that is the same place. It differs
+// where an earlier piece of the line is spelt alike without being a match, as with "$" or "\b": then the
+// earlier piece is listed. Positions ascend all the same, as each search starts behind the last place, and
+// never leads further than to the match itself.
 #include "search/occurrences.h"
+
+#include <cassert>
 
 namespace vellums {
 namespace {
@@ -24,6 +31,7 @@ public:
         }
         // No further than the match itself, so what is searched for is always found.
         const std::size_t place = text_.find(text_.substr(match.position, match.length), next_);
+        assert(place <= match.position);
         if (place - match.lineStart >= kLastColumn)
             throw ColumnTooLarge();
         next_ = place + 1;
@@ -44,7 +52,6 @@ Occurrences findOccurrences(std::u16string_view text, std::u16string_view keywor
     RegExp regExp;
     regExp.Pattern = keyword;
     regExp.IgnoreCase = true;
-    regExp.Global = true;
     Columns columns(text);
     try {
         regExp.findInLines(text, [&](const RegExpLineMatch& match) {

@@ -22,6 +22,7 @@ void SearchBoxes::newSearch()
     window_.txtKey.selectAll();
 }
 
+// Whatever was put off is done by this search.
 void SearchBoxes::searchEnter()
 {
     instantSearch_.cancel();
@@ -40,6 +41,8 @@ void SearchBoxes::searchInstantly(const std::function<bool()>& userGoesOn)
         instantSearch_.again();
 }
 
+// The first Enter lists the places and selects the first of them, each further one goes backwards and around
+// to the last. This pairing is meant.
 void SearchBoxes::findEnter()
 {
     findPrevious();

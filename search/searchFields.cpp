@@ -14,6 +14,8 @@ std::vector<std::u16string> columnsOf(Connection& connection, const std::u16stri
     return connection.query(u"SELECT TOP 1 * FROM [" + table + u"]")->columns();
 }
 
+// One array of entries holds the columns of whatever table is current: the tag is the column, the check mark
+// says whether it is searched, and only that of the text can be seen and changed.
 void setField(const Notebook& notebook, WindowPorts& window, std::size_t index, const std::u16string& column)
 {
     MenuItems& fields = window.mnu_AvailFields;
@@ -76,6 +78,7 @@ bool rebuildSearchFields(const Notebook& notebook, WindowPorts& window)
         const std::unique_ptr<Connection> connection = notebook.connect();
         const std::vector<std::u16string> columns = columnsOf(*connection, notebook.dbTable);
         setFields(notebook, window, columns);
+        // Counting is enough to know that columns lack; which ones is looked at before anything is added.
         if (columns.size() < std::size(kSnippetColumns) &&
             upgradeTable(notebook, window, *connection, columns))
             setFields(notebook, window, columnsOf(*connection, notebook.dbTable));
