@@ -1,3 +1,7 @@
+// Depth first, one open listing for each level. A link may lead back to a folder above, so every folder is
+// entered once only, told by its identity and not by its path (walked_); that also ends a walk through links
+// that form a ring. After each entry waiting events get their turn, and whoever they reach may call Abort(),
+// so aborted_ is looked at before the next entry of every level.
 #include "io/clsFolderScan.h"
 
 #include "platform/events.h"
@@ -30,6 +34,7 @@ bool clsFolderScan::isNew(const std::u16string& folder)
 
 void clsFolderScan::walk(const std::u16string& folder)
 {
+    assert(text::lastSeparator(folder) == folder.size() - 1);
     platform::FolderListing listing(folder);
     for (platform::FolderEntry entry; !aborted_ && listing.next(entry);) {
         if (entry.isFolder && (entry.name == u"." || entry.name == u".."))
@@ -51,6 +56,7 @@ void clsFolderScan::foundFolder(const std::u16string& parent, const platform::Fo
     const std::u16string inside = path + platform::separator();
     const std::u16string relativePath = relative(path);
     folders_.push_back(FullPath ? inside : relativePath);
+    // It was found, but cannot be opened by the name that the code page made of its own.
     if (SubFolders && entry.nameLost)
         unlisted_.push_back({path, std::nullopt});
     else if (SubFolders && isNew(inside))

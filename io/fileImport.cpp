@@ -28,6 +28,8 @@ namespace {
 
 using platform::SharedFile;
 
+// Between commas, also at both ends: an extension is looked for with its commas, and one that holds a comma
+// itself is none of these.
 constexpr std::u16string_view kTextTypes = u",txt,csv,ini,inf,cmd,bat,vbs,js,au3,asp,aspx,vbp,frm,nfo,vb,css,"
                                            u"htm,html,jsp,php,h,c,cs,nsi,cfg,bas,log,reg,mhtml,xml,";
 constexpr std::u16string_view kWordTypes = u",doc,docx,docm,dotx,dotm,dot,rtf,mht,";
@@ -151,6 +153,7 @@ bool FileImport::importFolder(const std::u16string& folder)
                           : notebook_.say(u"the code page lacks a character of its name",
                                 u"名称含有代码页之外的字符")) +
             u")");
+    // Nothing is asked in the midst of a folder: large files are told to the log.
     Dialogs* const askable = std::exchange(dialogs_, nullptr);
     const bool done = importFiles(scan.Files());
     dialogs_ = askable;
@@ -178,6 +181,8 @@ void FileImport::tellCount() const
                 u"已导入 " + made + u" 条记录, " + left + u" 个文件未导入 (见 Vellums.log)"));
 }
 
+// Opened before anything is said of it, and held while it is read: a file that is there and cannot be opened,
+// or has a name that the code page cannot hold, is told as one that is missing.
 void FileImport::addFile(Connection& connection, Batches& batches, const std::u16string& path)
 {
     const FileKind kind = fileKind(path);

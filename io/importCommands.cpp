@@ -36,6 +36,7 @@ void ImportCommands::importPaths(const std::vector<std::u16string>& paths)
         bool goesOn = true;
         ImportEvents events;
         events.added = [&](const AddedRecord&, const std::u16string&) { ++added; };
+        // A Stop holds for all paths that are left, not only for the one under way.
         events.stop = [&] { return !(goesOn = goesOn && work.step(added, 0)); };
         events.duplicates = work.user();
         FileImport import(notebook_, &window_.dialogs, events);

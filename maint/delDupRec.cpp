@@ -1,3 +1,7 @@
+// The rows come sorted by digest and then by date, so equal digests stand together and the oldest of each
+// leads its group: every further row of a group is a duplicate. What is remembered between two rows is one
+// digest, and the list of IDs to be deleted; the texts themselves are never read. Records without a digest
+// come first and form no group, as nothing says that their texts are alike.
 #include "maint/delDupRec.h"
 
 #include "store/records.h"
