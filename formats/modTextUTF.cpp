@@ -1,3 +1,9 @@
+// A file is read in two looks: four bytes for the mark, then everything behind it in one piece. A mark is
+// passed over only when the text is read in the encoding that it stands for; read in another one on request
+// it is part of the text, which is what the file then says.
+//
+// When text is appended and the caller leaves it open, the file's own mark decides over the encoding. No mark
+// is ever written into the midst of a file.
 #include "formats/modTextUTF.h"
 
 #include "platform/codePage.h"
@@ -151,6 +157,7 @@ TextRead readOpened(const SharedFile& file, Encoding& encoding)
     if (encoding == Encoding::Utf32Le || encoding == Encoding::Utf32Be)
         return {};
     const std::string bytes = readFrom(file, static_cast<std::uint64_t>(mark), *size);
+    // Fewer bytes than the file said it has: reading broke off half way.
     return {decoded(bytes, encoding), bytes.size() + static_cast<std::size_t>(mark) >= *size};
 }
 
@@ -175,6 +182,7 @@ bool writeOpened(SharedFile& file, std::u16string_view text, Encoding& encoding,
     const std::string body = encoded(text, encoding);
     bytes += body;
     const bool written = bytes.empty() || writeBytes(file, append ? size : 0, bytes);
+    // A text that became no bytes at all was not written, whatever the file says.
     return written && body.empty() == text.empty();
 }
 

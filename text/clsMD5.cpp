@@ -1,3 +1,10 @@
+// One pass over the blocks of 64 bytes; nothing is copied. A byte of the message is the low byte of a code
+// unit. Behind the text stand one byte 0x80, zeros, and in the last eight bytes of the last block the length
+// in bits, low byte first:
+//
+//   | text ... | 80 | 00 ... 00 | length in bits, 8 bytes |
+//
+// Nine bytes are needed behind the text at least, hence (size + 8) / 64 + 1 blocks.
 #include "text/clsMD5.h"
 
 #include <array>
@@ -85,6 +92,7 @@ std::u16string clsMD5::MD5(std::u16string_view text) const
     }
     std::u16string digits;
     for (const std::uint32_t word : chain) {
+        // Bytes from the lowest on, the high half of each first.
         for (const int shift : {4, 0, 12, 8, 20, 16, 28, 24})
             digits.push_back(u"0123456789abcdef"[(word >> shift) & 15u]);
     }

@@ -7,6 +7,8 @@
 namespace vellums::text {
 namespace {
 
+// The runs ascend and do not overlap; the first that does not end before the unit is the only one that can
+// hold it, and one with a step of two leaves out every other unit.
 char16_t mapped(char16_t c, std::span<const LetterRun> runs)
 {
     const auto run = std::lower_bound(

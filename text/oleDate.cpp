@@ -25,6 +25,7 @@ double oleDate(const LocalTime& time)
     const auto days = static_cast<double>((day - kDayZero).count());
     const int seconds = time.hour * 3600 + time.minute * 60 + time.second;
     const double fraction = static_cast<double>(seconds) / static_cast<double>(kSecondsPerDay);
+    // The time of day counts away from zero, so noon of the day before day zero is -1.5, not -0.5.
     return days < 0 ? days - fraction : days + fraction;
 }
 
@@ -35,6 +36,8 @@ std::optional<LocalTime> localTime(double date)
     const double whole = std::trunc(date);
     std::int64_t day = static_cast<std::int64_t>(whole);
     std::int64_t seconds = std::llround(std::fabs(date - whole) * static_cast<double>(kSecondsPerDay));
+    // Rounded up to midnight: the next day begins. Before day zero, where the fraction counts away from zero,
+    // the next day is still the next whole number.
     if (seconds == kSecondsPerDay) {
         seconds = 0;
         ++day;

@@ -2,6 +2,8 @@
 
 #include "text/letterCase.h"
 
+#include <cassert>
+
 namespace vellums::text {
 namespace {
 
@@ -9,6 +11,7 @@ namespace {
 std::u16string replaceFound(
     std::u16string_view text, std::u16string_view searched, std::u16string_view from, std::u16string_view to)
 {
+    assert(text.size() == searched.size());
     std::u16string out;
     out.reserve(text.size());
     std::size_t done = 0;

@@ -1,3 +1,8 @@
+// Each step is one pass with an output of its own, so the whole is linear in the length. Their order is part
+// of the result, and with it of every stored digest: blanks before a line end are looked for while the CR is
+// still there, then all line ends become LF, then blanks behind them go and CR LF is written, and blanks
+// within lines come last. No step is repeated until nothing changes: a text may therefore change once more
+// when it is cleaned again.
 #include "text/textCleanup.h"
 
 #include "text/unicode.h"
@@ -112,6 +117,7 @@ bool isVoicedKatakana(char16_t c)
 // Every three blanks in a row become one, again and again until no three are left.
 std::size_t shrunkRun(std::size_t length)
 {
+    // Replacing once turns each three into one and leaves the rest; the shorter run may again hold three.
     while (length >= 3)
         length = length / 3 + length % 3;
     return length;

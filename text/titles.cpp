@@ -4,6 +4,7 @@
 #include "text/pieces.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace vellums::text {
 namespace {
@@ -18,7 +19,8 @@ bool endsInHalfAPair(std::u16string_view text)
     return !text.empty() && text.back() >= 0xD800 && text.back() < 0xDC00;
 }
 
-// A mail's subject; empty when the text has none or begins with it.
+// A mail's subject; empty when the text has none or begins with it. Behind the colon one character is passed
+// over, which is a blank in mails; the line end is sought from the second character of the subject on.
 std::u16string subjectOf(std::u16string_view text)
 {
     const std::size_t at = text.find(kSubject);
@@ -45,6 +47,7 @@ std::u16string_view baseName(std::u16string_view path)
 // The beginning of a quoted text, without half of a doubled apostrophe or of a pair at its end.
 std::u16string cutQuoted(const std::u16string& text, std::size_t length)
 {
+    assert(length < text.size());
     std::u16string cut = text.substr(0, length);
     const std::size_t other = cut.find_last_not_of(u'\'');
     const std::size_t apostrophes = cut.size() - (other == std::u16string::npos ? 0 : other + 1);

@@ -1,5 +1,7 @@
 #include "text/unicode.h"
 
+#include <cassert>
+
 namespace vellums::text {
 namespace {
 
@@ -39,6 +41,7 @@ Utf8Sequence utf8At(std::string_view bytes)
     const auto at = [&bytes](std::size_t i) {
         return static_cast<unsigned>(static_cast<unsigned char>(bytes[i]));
     };
+    assert(!bytes.empty());
     const unsigned lead = at(0);
     if (lead < 0x80)
         return {lead, 1, true};
@@ -49,6 +52,8 @@ Utf8Sequence utf8At(std::string_view bytes)
         wanted = 3;
     else if (lead >= 0xF0 && lead < 0xF5)
         wanted = 4;
+    // A lead byte whose second byte does not fit stands alone; from the third byte on, what was good so far
+    // is passed over together.
     if (wanted == 0 || bytes.size() < 2 || !goodSecond(lead, at(1)))
         return {};
     char32_t value = lead & (0x7Fu >> wanted);
@@ -83,6 +88,7 @@ void appendUtf8(std::string& out, char32_t c)
 
 void appendUtf16(std::u16string& out, char32_t c)
 {
+    assert(c <= 0x10FFFF);
     if (c >= 0x10000) {
         out.push_back(static_cast<char16_t>(0xD800 + ((c - 0x10000) >> 10)));
         c = 0xDC00 + ((c - 0x10000) & 0x3FF);
