@@ -1,3 +1,6 @@
+// Options are told from values by their form alone, before it is known which command they belong to; whether
+// the command takes them is looked at later (takesOption), so that "no such option" and "not an option of
+// this command" are different answers. A lone "-" is a value: it stands for standard input.
 #include "cli/arguments.h"
 
 #include "text/unicode.h"
@@ -85,6 +88,7 @@ Arguments parseArguments(const std::vector<std::u16string>& words)
             continue;
         }
         const Word option = splitOption(word);
+        // "--flag=value" is no flag, and falls through to the refusal.
         bool* const flag = flagOf(arguments, option.name);
         if (flag != nullptr && !option.value) {
             *flag = true;

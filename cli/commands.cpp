@@ -1,3 +1,5 @@
+// One row a command: its help, what it takes and what runs it come from this table, so none of them can be
+// forgotten. The texts are shown as they stand here, and lines of details end in "\n".
 #include "cli/commands.h"
 
 #include "cli/databaseCommands.h"
@@ -70,6 +72,7 @@ constexpr Command kCommands[] = {
 
 constexpr std::u16string_view kEverywhere = u"--help -h --code-page";
 
+// A blank on both sides, so that no option is found within the name of another.
 bool listed(std::u16string_view options, std::u16string_view option)
 {
     const std::u16string wanted = u" " + std::u16string(option) + u" ";

@@ -77,6 +77,8 @@ void runSql(const Arguments& arguments)
         statements = statementsFromInput();
     bool first = true;
     for (const std::u16string& statement : statements) {
+        // Printed only once the statement is done: one that fails half way leaves no half of its rows in the
+        // output.
         const jet::Result result = asProvider([&] { return connection->database().run(statement); });
         if (!first)
             printLine(u"");

@@ -1,3 +1,6 @@
+// What is printed is a promise: an ID appears only when its record is lasting. So lines wait (waiting_) until
+// the batch they belong to has been stored, and when the output cannot be written any more the import stops,
+// rather than adding records that nobody is told of.
 #include "cli/importCommand.h"
 
 #include "cli/output.h"
@@ -76,6 +79,8 @@ void runImport(const Arguments& arguments)
         if (!done)
             session.fail();
     };
+    // Files in a row share a connection and batches; a folder among them is imported at its place in the
+    // order.
     const auto importFiles = [&] { check(files.empty() || import.importFiles(std::exchange(files, {}))); };
     for (std::size_t i = 1; i < arguments.values.size(); ++i) {
         const std::u16string path = platform::absolutePath(arguments.values[i]);

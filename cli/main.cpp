@@ -68,6 +68,8 @@ int runWords(const std::vector<std::u16string>& words)
         chooseCodePage(arguments);
         command.run(arguments);
     }
+    // Output is kept back, so a full disk or a closed pipe may show only here; it makes the command a failed
+    // one.
     if (flush())
         return kDone;
     complain(u"vellums-cli: The output could not be written.");

@@ -1,3 +1,6 @@
+// Every kind of value has one form, the same on every system and in every language: shortest digits that give
+// the same floating-point number, exact digits of decimals and amounts, dates to the second. Text is the only
+// kind that needs escaping.
 #include "cli/output.h"
 
 #include "text/decimal.h"
@@ -61,6 +64,8 @@ std::u16string currencyText(jet::Currency value)
     return withPoint(amount < 0 ? digits.substr(1) : digits, 4, amount < 0);
 }
 
+// 128 bits, the highest word first, divided by ten again and again; the remainders are the digits from the
+// right.
 std::u16string decimalText(jet::Decimal value)
 {
     std::u16string digits;
@@ -190,11 +195,13 @@ void printRow(const std::vector<Value>& values)
     printLine(line);
 }
 
+// An error of an earlier write stays set, so that it is not lost when the last one succeeds.
 bool flush()
 {
     return std::fflush(stdout) == 0 && std::ferror(stdout) == 0;
 }
 
+// Standard output first, so that both keep their order where they go to the same place.
 void complain(std::u16string_view sentence)
 {
     std::fflush(stdout);

@@ -34,6 +34,8 @@ Session::Session(const std::u16string& file)
     notebook_.safetyCopies = readSetting(notebook_.settingsFile, kBackupSetting);
     notebook_.provider = &provider_;
     notebook_.dbParent = file_.substr(0, text::lastSeparator(file_));
+    // Connections go by the file that the provider knows. Only the safety copy takes the path out of this
+    // string.
     notebook_.dbConn = u"Data Source=" + file_;
 }
 
