@@ -5,6 +5,7 @@
 namespace vellums::platform {
 namespace {
 
+// Of the process: work deep below knows no window that it could ask.
 std::function<void()>& currentYield()
 {
     static std::function<void()> yield;

@@ -15,6 +15,7 @@ char16_t lowerAscii(char16_t c)
 
 } // namespace
 
+// "*.*db": a dot, and at the end "db", which may follow the dot at once.
 bool matchesDatabasePattern(std::u16string_view name)
 {
     return name.size() >= 3 && lowerAscii(name[name.size() - 2]) == u'd' &&
@@ -24,6 +25,7 @@ bool matchesDatabasePattern(std::u16string_view name)
 
 namespace {
 
+// Piece by piece: a database may be larger than the memory that is left.
 void copyBytes(const File& original, File& copy)
 {
     constexpr std::size_t kPiece = std::size_t{1} << 20;
@@ -74,6 +76,7 @@ std::u16string unusedPath(std::u16string_view start, std::u16string_view ending)
     return path;
 }
 
+// Another process may make the same folder meanwhile, so at the end it counts whether it is there.
 bool makeFolders(const std::u16string& path)
 {
     if (folderExists(path) || makeFolder(path))

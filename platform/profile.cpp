@@ -9,6 +9,7 @@ std::u16string profileText(std::u16string_view value)
     const auto quote = [](char16_t c) { return c == u'"' || c == u'\''; };
     if (line.empty())
         return line;
+    // Reading takes one pair of quotes off; a value that has one of its own is given another around it.
     const bool outerQuotes = line.size() > 1 && quote(line.front()) && line.front() == line.back();
     if (blank(line.front()) || blank(line.back()) || outerQuotes)
         return u"\"" + line + u"\"";

@@ -11,6 +11,7 @@ std::u16string programFolder()
     const std::size_t cut = text::lastSeparator(file);
     if (cut == std::u16string::npos)
         return u".";
+    // "/" and "C:\" keep their separator: without it they would mean something else.
     const bool root = cut == 0 || (cut == 2 && file[1] == u':');
     return file.substr(0, root ? cut + 1 : cut);
 }

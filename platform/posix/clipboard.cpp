@@ -7,6 +7,7 @@
 namespace vellums::platform {
 namespace {
 
+// No value: nothing was ever put there, which is not the same as an empty text.
 std::optional<std::u16string>& kept()
 {
     static std::optional<std::u16string> text;

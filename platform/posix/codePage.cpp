@@ -1,3 +1,11 @@
+// Code pages other than UTF-8 are converted by the system's iconv, which stops at whatever it cannot convert.
+// What Windows does then is put here around it: run() takes the conversion up to that place, one replacement
+// is written, one unit (or byte) is passed over, and the conversion goes on behind it. Every turn takes
+// something off the input, so it ends.
+//
+// iconv is asked for "CP" and the number, with UTF-16LE on the other side, byte by byte: no mark is written,
+// and the order does not depend on the machine. A converter is made for each call; it holds a state, and two
+// threads must not share one.
 #include "platform/codePage.h"
 
 #include "platform/posix/systemPath.h"
@@ -36,6 +44,8 @@ public:
     void run(std::string_view& input, std::string& output)
     {
         while (!input.empty()) {
+            // E2BIG says that the buffer is full, not that anything is wrong: it is emptied, and the rest
+            // follows.
             char buffer[4096];
             char* from = const_cast<char*>(input.data());
             std::size_t left = input.size();
@@ -102,6 +112,7 @@ std::string convert(std::u16string_view text, std::size_t& missing)
     out.reserve(text.size());
     for (;;) {
         converter.run(input, out);
+        // A unit is two bytes; iconv never stops between them.
         if (input.size() < 2)
             return out;
         const auto c = static_cast<char16_t>(
@@ -180,6 +191,7 @@ std::int16_t ansiCode(char16_t c)
         return static_cast<std::int16_t>(c);
     if (chosenPage().load() == kCodePageUtf8)
         return -1;
+    // The number is signed as scripts know it: a lead byte of 0x80 and more makes it negative.
     const std::string bytes = toAnsi({&c, 1});
     if (bytes.size() == 1)
         return static_cast<unsigned char>(bytes[0]);

@@ -13,6 +13,8 @@ std::size_t readRange(int descriptor, std::uint64_t offset, std::span<std::byte>
     while (done < buffer.size()) {
         const ssize_t got = ::pread(
             descriptor, buffer.data() + done, buffer.size() - done, static_cast<off_t>(offset + done));
+        // Interrupted by a signal before anything was read: once more. Nothing at all means the end of the
+        // file.
         if (got < 0 && errno == EINTR)
             continue;
         if (got < 0)
@@ -33,6 +35,7 @@ int writeRange(int descriptor, std::uint64_t offset, std::span<const std::byte> 
         if (put < 0 && errno == EINTR)
             continue;
         if (put <= 0)
+            // A write that takes nothing and tells no error would otherwise be tried for ever.
             return put < 0 ? errno : ENOSPC;
         done += static_cast<std::size_t>(put);
     }

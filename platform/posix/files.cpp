@@ -81,6 +81,7 @@ int openOnce(const std::string& path, Access access)
     if (fd >= 0)
         return fd;
     const int code = errno;
+    // Two failures have one number here: the file is missing, or its folder is.
     if (code == ENOENT && !isFolder(folderOf(path)))
         throw FileError{FileFault::FolderNotFound, code};
     if (code == EACCES && access != Access::Read && ::access(path.c_str(), R_OK) == 0)
@@ -92,6 +93,7 @@ void lockWhole(int fd, Access access)
 {
     struct flock lock { };
     lock.l_type = access == Access::Read ? F_RDLCK : F_WRLCK;
+    // A length of 0 reaches to the end, however far the file grows.
     lock.l_whence = SEEK_SET;
     while (::fcntl(fd, F_OFD_SETLK, &lock) != 0) {
         if (errno == EAGAIN || errno == EACCES)
@@ -126,6 +128,7 @@ File::File(const std::u16string& path, Access access)
         struct stat opened { };
         if (::fstat(handle->fd, &opened) != 0)
             fail(errno);
+        // A folder can be opened for reading; that would show only when it is read.
         if (S_ISDIR(opened.st_mode))
             fail(EISDIR);
         lockWhole(handle->fd, access);
@@ -208,6 +211,7 @@ void File::View::release() noexcept
     bytes_ = {};
 }
 
+// Shared with the file: what writeAt() puts there shows in the view at once.
 File::View File::view() const
 {
     View view;
@@ -268,6 +272,7 @@ void moveFlushed(const std::u16string& from, const std::u16string& to, Rename&& 
     const std::string source = systemPath(from);
     const std::string target = systemPath(to);
     {
+        // The bytes have to be on the disk before the name leads to them.
         const OwnedDescriptor moved(::open(source.c_str(), O_RDONLY | O_CLOEXEC));
         if (moved.fd < 0 || ::fsync(moved.fd) != 0)
             fail(errno);
@@ -312,6 +317,7 @@ bool clearAttributes(const std::u16string& path)
     struct stat info { };
     if (::stat(name.c_str(), &info) != 0)
         return false;
+    // Of the four marks this system has one, read-only, in the form of a missing permission.
     if ((info.st_mode & S_IWUSR) != 0)
         return true;
     return ::chmod(name.c_str(), (info.st_mode & 07777) | S_IWUSR) == 0;

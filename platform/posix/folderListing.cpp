@@ -42,6 +42,7 @@ bool FolderListing::next(FolderEntry& entry)
 {
     if (search_->raw == nullptr)
         return false;
+    // The end and a failure are told apart by errno alone, which nothing else may have set.
     errno = 0;
     const struct dirent* found = ::readdir(search_->raw);
     if (found == nullptr) {
@@ -53,6 +54,7 @@ bool FolderListing::next(FolderEntry& entry)
     entry.name = throughAnsi(name);
     entry.nameLost = entry.name != name;
     struct stat info { };
+    // First the entry itself, then, for a link, what it leads to: a link to a folder counts as a folder.
     const int folder = ::dirfd(search_->raw);
     const bool known = ::fstatat(folder, found->d_name, &info, AT_SYMLINK_NOFOLLOW) == 0;
     entry.isLink = known && S_ISLNK(info.st_mode);

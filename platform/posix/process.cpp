@@ -21,6 +21,7 @@ struct SingleInstance::Claim {
     explicit Claim(const std::u16string& executable)
         : fd(::open(systemPath(executable).c_str(), O_RDONLY | O_CLOEXEC))
     {
+        // Where the executable cannot be opened nobody can be told from anybody, and the program runs.
         first = fd < 0 || ::flock(fd, LOCK_EX | LOCK_NB) == 0;
     }
     Claim(const Claim&) = delete;

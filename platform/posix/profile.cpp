@@ -1,3 +1,12 @@
+// A profile is kept as the lines it consists of, and only the line of the key that changes is written
+// otherwise: remarks, unknown keys and the order of everything stay as the user left them. Each call reads
+// the whole file and, where it changes something, writes the whole file; settings are few, and nothing is
+// ever out of date.
+//
+// Where Windows has calls for this, they are used there; what is done here is what those calls do: letter
+// case does not count, the first of equal names does, one pair of quotes around a value is taken off. A file
+// begins with FF FE when it is in UTF-16, and is written back in the encoding it was read in. Lines may end
+// in LF or CR LF and are written with CR LF.
 #include "platform/profile.h"
 
 #include "platform/codePage.h"
@@ -5,6 +14,7 @@
 #include "text/letterCase.h"
 #include "text/pieces.h"
 
+#include <cassert>
 #include <cstddef>
 #include <optional>
 #include <span>
@@ -44,6 +54,7 @@ std::optional<std::u16string_view> keyOf(std::u16string_view line)
 
 std::u16string_view valueOf(std::u16string_view line)
 {
+    assert(line.find(u'=') != line.npos);
     std::u16string_view value = trimmed(line.substr(line.find(u'=') + 1));
     const bool paired = value.size() > 1 && (value.front() == u'"' || value.front() == u'\'') &&
         value.front() == value.back();
@@ -79,6 +90,7 @@ std::optional<Profile> Profile::read(const std::u16string& path)
         bytes.resize(static_cast<std::size_t>(file.size()));
         bytes.resize(file.readAt(0, std::as_writable_bytes(std::span<char>(bytes))));
     } catch (const FileError& e) {
+        // A missing file is one without sections. One that cannot be read must not be written over either.
         if (e.fault == FileFault::NotFound)
             return profile;
         return std::nullopt;
@@ -120,6 +132,7 @@ bool Profile::write(const std::u16string& path) const
         bytes = toAnsi(text);
     }
     try {
+        // Written over and then cut, so that a failure of the cut leaves old lines behind rather than none.
         File file(path, Access::WriteOrCreate);
         file.writeAt(0, std::as_bytes(std::span<const char>(bytes)));
         file.resize(bytes.size());
@@ -145,6 +158,7 @@ Profile::Span Profile::section(std::u16string_view name) const
     return span;
 }
 
+// A section that is not there begins at npos, behind every end, so no key is found in it.
 std::size_t Profile::key(Span span, std::u16string_view name) const
 {
     for (std::size_t i = span.begin; i < span.end; ++i) {
@@ -158,6 +172,7 @@ std::size_t Profile::key(Span span, std::u16string_view name) const
 // Behind the last line of the section that is not blank.
 std::size_t endOfSection(const Profile& profile, Profile::Span span)
 {
+    assert(span.begin <= span.end && span.end <= profile.lines.size());
     std::size_t end = span.end;
     while (end > span.begin && trimmed(profile.lines[end - 1]).empty())
         --end;
@@ -190,6 +205,7 @@ bool writeProfile(const std::u16string& path, std::u16string_view section, std::
     const std::size_t line = profile->key(span, key);
     if (line != std::u16string::npos) {
         std::u16string& text = profile->lines[line];
+        // Up to the "=" the line stays as it is spelt.
         text = text.substr(0, text.find(u'=') + 1) + profileText(value);
         return profile->write(path);
     }

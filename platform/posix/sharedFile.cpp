@@ -20,6 +20,7 @@ int openFlags(SharedFile::Mode mode)
     case SharedFile::Mode::Replace:
         return O_RDWR | O_CREAT | O_TRUNC;
     case SharedFile::Mode::Append:
+        // No O_APPEND: with it writeAt() would not write where it is told to.
         return O_RDWR | O_CREAT;
     }
     return O_RDONLY;
@@ -58,6 +59,7 @@ std::optional<SharedFile> SharedFile::open(const std::u16string& path, Mode mode
     const int raw = ::open(systemPath(path).c_str(), openFlags(mode) | O_CLOEXEC | O_NONBLOCK, 0666);
     auto handle = std::make_unique<Handle>(raw);
     struct stat info { };
+    // Only plain files: a device or a pipe has no size, and reading one may never end.
     if (raw < 0 || ::fstat(raw, &info) != 0 || !S_ISREG(info.st_mode))
         return std::nullopt;
     return SharedFile(std::move(handle));

@@ -1,3 +1,6 @@
+// Names are bytes to a POSIX system, and need not be UTF-8. A byte that fits no sequence travels as a lone
+// low surrogate, U+DC00 plus the byte, which no well-formed text contains; on the way back it becomes the
+// byte again. So every file that can be listed can be opened.
 #include "platform/posix/systemPath.h"
 
 #include "text/unicode.h"

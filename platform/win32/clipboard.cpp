@@ -76,6 +76,7 @@ ClipboardText clipboardText()
     const OpenedClipboard clipboard;
     if (!clipboard)
         return {ClipboardText::State::Held, {}};
+    // The system makes this form of any text that was put there in another.
     const HGLOBAL block = GetClipboardData(CF_UNICODETEXT); // stays the clipboard's
     if (block == nullptr)
         return {};

@@ -24,6 +24,7 @@ std::string convertPiece(std::u16string_view text, DWORD flags, BOOL* missing)
 
 std::string exactPiece(std::u16string_view text, bool& missing)
 {
+    // Windows would put a look-alike for a missing character and tell nothing; without best fit it tells.
     BOOL used = FALSE;
     std::string bytes = convertPiece(text, WC_NO_BEST_FIT_CHARS, &used);
     missing = used != FALSE;
@@ -46,6 +47,8 @@ std::u16string fromAnsi(std::string_view bytes)
 {
     if (GetACP() == kCodePageUtf8)
         return text::fromUtf8(bytes);
+    // Bytes go in one piece, as a cut might fall into a character of two; so their number has to fit into an
+    // int.
     if (bytes.empty() || bytes.size() > kMostAtOnce * 7)
         return {};
     const int size = static_cast<int>(bytes.size());

@@ -44,9 +44,11 @@ struct OwnedException : EXCEPINFO {
 
 [[noreturn]] void fail(OwnedException& exception)
 {
+    // Some objects write down what went wrong only when they are asked.
     if (exception.pfnDeferredFillIn != nullptr)
         exception.pfnDeferredFillIn(&exception);
     const HRESULT code =
+        // Either of the two is filled in, never both.
         exception.scode != 0 ? exception.scode : static_cast<HRESULT>(kControlErrors | exception.wCode);
     throw ComError(code, std::u16string(textOf(exception.bstrDescription)));
 }
@@ -130,6 +132,7 @@ ComObject::ComObject(ComObject&& other) noexcept
 ComObject& ComObject::operator=(ComObject&& other) noexcept
 {
     if (this != &other) {
+        // Released at the end, when this object is whole again: releasing may call back.
         ComObject old(std::move(*this));
         raw_ = std::exchange(other.raw_, nullptr);
         ids_ = std::move(other.ids_);
@@ -145,6 +148,7 @@ ComObject::~ComObject()
 
 DISPID ComObject::idOf(std::u16string_view name) const
 {
+    // A handful of names for each object: a row to go through is quicker than a map.
     for (const auto& [known, id] : ids_)
         if (known == name)
             return id;
@@ -168,6 +172,7 @@ void ComObject::invoke(
     lent.reserve(count);
     for (std::size_t i = count; i-- > 0;)
         lent.push_back(first[i].raw());
+    // An assignment passes its value as a named argument; objects refuse it otherwise.
     DISPID assigned = DISPID_PROPERTYPUT;
     DISPPARAMS parameters{lent.data(), nullptr, static_cast<UINT>(count), 0};
     if ((flags & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0) {

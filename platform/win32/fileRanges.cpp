@@ -7,6 +7,8 @@ namespace {
 
 constexpr std::size_t kMostInOneCall = std::size_t{1} << 28;
 
+// With it a call reads or writes at a place of its own, and the file's position, which threads share, counts
+// for nothing.
 OVERLAPPED at(std::uint64_t offset)
 {
     OVERLAPPED place{};

@@ -50,6 +50,7 @@ OwnedHandle openFile(const std::wstring& path, Access access)
         disposition = CREATE_NEW;
     else if (access == Access::WriteOrCreate)
         disposition = OPEN_ALWAYS;
+    // Readers share with readers, a writer with nobody: the access modes of the header, word for word.
     OwnedHandle handle(CreateFileW(path.c_str(), reading ? GENERIC_READ : GENERIC_READ | GENERIC_WRITE,
         reading ? FILE_SHARE_READ : 0, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
     if (handle)
@@ -212,6 +213,7 @@ void moveFlushed(const std::u16string& from, const std::u16string& to, DWORD how
     const std::wstring source = systemPath(from);
     const std::wstring target = systemPath(to);
     {
+        // Flushing needs the right to write.
         const OwnedHandle moved(CreateFileW(
             source.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
         if (!moved || !FlushFileBuffers(moved.get()))

@@ -10,6 +10,8 @@ namespace vellums::platform {
 
 namespace {
 
+// Asks for no access at all, so that a folder which may not be read can be identified; a folder opens with
+// backup semantics only.
 bool identify(const std::u16string& folder, BY_HANDLE_FILE_INFORMATION& info)
 {
     const OwnedHandle handle(
@@ -66,6 +68,7 @@ bool FolderListing::next(FolderEntry& entry)
     search_->waiting = false;
     const DWORD marks = search_->data.dwFileAttributes;
     entry.isFolder = (marks & FILE_ATTRIBUTE_DIRECTORY) != 0;
+    // Other reparse points, such as those of files that lie in the cloud, stand for nothing elsewhere.
     entry.isLink = (marks & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
         (search_->data.dwReserved0 == IO_REPARSE_TAG_MOUNT_POINT ||
             search_->data.dwReserved0 == IO_REPARSE_TAG_SYMLINK);

@@ -29,6 +29,7 @@ std::u16string specialFolder(SpecialFolder folder)
     if (SHGetFolderPathW(nullptr, folderNumber(folder), nullptr, SHGFP_TYPE_CURRENT, path) != S_OK)
         return {};
     std::u16string found = fromWide(path);
+    // "C:\" keeps its separator.
     if (found.size() > 3 && found.back() == u'\\')
         found.pop_back();
     return found;

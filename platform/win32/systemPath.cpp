@@ -16,6 +16,7 @@ std::wstring toWide(std::u16string_view text)
 
 std::wstring systemPath(std::u16string_view path)
 {
+    // The limit of files is 260, but a folder must leave room for a name of 12.
     constexpr std::size_t kLongPath = 248;
     std::wstring wide = toWide(path);
     if (wide.size() < kLongPath || wide.rfind(L"\\\\?\\", 0) == 0)

@@ -43,6 +43,7 @@ Variant::Variant(const char16_t* text)
 {
 }
 
+// A reference of its own: clearing the variant releases it.
 Variant::Variant(const ComObject& object) noexcept
     : raw_(emptyVariant())
 {
@@ -52,6 +53,7 @@ Variant::Variant(const ComObject& object) noexcept
         raw_.pdispVal->AddRef();
 }
 
+// A VARIANT may be moved by its bytes, as long as the old one is emptied without being cleared.
 Variant::Variant(Variant&& other) noexcept
     : raw_(other.raw_)
 {
@@ -79,6 +81,7 @@ Variant Variant::missing() noexcept
 Variant Variant::filledInto(Variant& target) noexcept
 {
     Variant value;
+    // By reference: clearing this variant leaves the target alone.
     value.raw_.vt = VT_VARIANT | VT_BYREF;
     value.raw_.pvarVal = &target.raw_;
     return value;
@@ -93,6 +96,7 @@ VARIANT* Variant::put()
 // Numbers and texts look the same in every locale.
 void Variant::changeInto(Variant& target, VARTYPE type) const
 {
+    // NULL and nothing at all would turn into 0 or an empty text.
     const HRESULT result = raw_.vt == VT_NULL || raw_.vt == VT_EMPTY
         ? DISP_E_TYPEMISMATCH
         : VariantChangeTypeEx(&target.raw_, const_cast<VARIANT*>(&raw_), LOCALE_INVARIANT, 0, type);
