@@ -41,7 +41,7 @@
 
 // Menu "Edit".
 #define ID_mnu_edit 2050
-#define ID_mnu_txtops 2051 // 0 to 5
+#define ID_mnu_txtops 2051 // 0 to 6, the last being the line before "Find Inline"
 #define ID_mnu_txtops_SelectAll (ID_mnu_txtops + 0)
 #define ID_mnu_txtops_Clear (ID_mnu_txtops + 1)
 #define ID_mnu_txtops_Line (ID_mnu_txtops + 2)

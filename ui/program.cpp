@@ -1,4 +1,5 @@
-// The window program.
+// The window program. What is made first goes last: OLE outlives the providers, these the notebook that
+// points to one of them, and the notebook the window.
 #include "app/commandLine.h"
 #include "app/engines.h"
 #include "app/startUp.h"
@@ -47,6 +48,7 @@ int programMain(const std::vector<std::u16string>& /*arguments*/, const std::u16
     ui::frmMain window(notebook, outcome);
     Start start = parseCommandLine(commandLine);
     for (std::u16string& path : start.paths)
+        // Now, while the current folder is still that of whoever started the program.
         path = platform::absolutePath(path);
     window.open({std::move(start), firstStart}, SW_SHOWNORMAL);
     return ui::runWindow(window);

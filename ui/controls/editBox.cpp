@@ -21,6 +21,7 @@ void EditBox::create(HWND parent, int id, Kind kind)
     else
         style |= WS_VSCROLL | ES_MULTILINE | ES_AUTOVSCROLL | ES_WANTRETURN;
     if (kind == Kind::Scrolling)
+        // Scrolling sideways is what keeps the control from wrapping; it cannot be changed later.
         style |= WS_HSCROLL | ES_AUTOHSCROLL;
     hwnd_ = CreateWindowExW(0, L"EDIT", nullptr, style, 0, 0, 0, 0, parent,
         reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);

@@ -1,3 +1,9 @@
+// The mouse is captured while the button is down, and the end of the capture is the end of the drag, whoever
+// ended it: the button, another window that takes the mouse, a message box. So there is one way out, and a
+// drag never goes on without a button.
+//
+// Where in the bar it was gripped is kept: the bar moves by as much as the mouse does, not to where the mouse
+// is.
 #include "ui/controls/fraSplitter.h"
 
 #include "ui/windows/border.h"

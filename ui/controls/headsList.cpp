@@ -6,6 +6,8 @@ namespace vellums::ui {
 
 void HeadsList::setText(int index, std::u16string_view text)
 {
+    // No message changes a text: the entry is taken out and put in again, and everything that hung on it is
+    // brought back.
     const auto at = static_cast<WPARAM>(index);
     const std::int32_t number = datum(index);
     const LRESULT wasSelected = send(LB_GETSEL, at, 0);
@@ -28,6 +30,7 @@ std::vector<int> HeadsList::selected() const
 
 int HeadsList::current() const
 {
+    // An empty list has no such entry, whatever the control says.
     return count() == 0 ? -1 : static_cast<int>(send(LB_GETCARETINDEX));
 }
 

@@ -40,6 +40,7 @@ void ListControl::createList(HWND parent, int id, DWORD style)
             LBS_HASSTRINGS,
         0, 0, 0, 0, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr),
         nullptr);
+    // Before any of ours is put on: send() goes to this one directly.
     classProc_ = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(hwnd_, GWLP_WNDPROC));
     margins_ = Subclass(hwnd_, marginProc, this);
 }
@@ -125,6 +126,7 @@ void ListControl::fill(const std::vector<ListEntry>& entries)
         units += entry.text.size() + 1;
     const DrawingOff off(hwnd_);
     send(LB_RESETCONTENT);
+    // All room at once: growing entry by entry would copy the list again and again.
     send(LB_INITSTORAGE, entries.size(), static_cast<LPARAM>(units * sizeof(wchar_t)));
     for (std::size_t i = 0; i < entries.size(); ++i) {
         if (send(LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(wide(entries[i].text))) < 0)
@@ -171,6 +173,7 @@ void ListControl::insert(int index, const ListEntry& entry)
 void ListControl::remove(const std::vector<int>& indexes)
 {
     const DrawingOff off(hwnd_);
+    // From the last on, so that the indexes that are left keep their meaning.
     for (auto index = indexes.rbegin(); index != indexes.rend(); ++index)
         send(LB_DELETESTRING, static_cast<WPARAM>(*index), 0);
 }

@@ -1,3 +1,9 @@
+// One text, two boxes: whether an EDIT control wraps is fixed when it is made. Only the one that is shown
+// holds the text; the other one is empty.
+//
+// Changing over has an order. The new box gets text and selection while it is hidden, so that nothing is seen
+// to jump; the place at the top is read from the old box while that still has its text, and scrolled to when
+// the new one is shown. The old box is emptied at the end.
 #include "ui/controls/recordText.h"
 
 #include "ui/controls/windowText.h"
@@ -58,6 +64,7 @@ void RecordText::setWraps(bool wraps, bool withFocus)
 void RecordText::setFont(const std::u16string& name, double points, int dpi)
 {
     const int height = -static_cast<int>(std::lround(points * dpi / 72));
+    // A font that is set anew has the control lay out its whole text again: not for nothing.
     LOGFONTW now{};
     if (font_.get() != nullptr && GetObjectW(font_.get(), sizeof now, &now) != 0 && now.lfHeight == height &&
         lstrcmpiW(now.lfFaceName, wide(name)) == 0)

@@ -34,6 +34,7 @@ void ResultsList::draw(const DRAWITEMSTRUCT& item, COLORREF text, COLORREF backg
     ExtTextOutW(item.hDC, 0, 0, ETO_OPAQUE, &item.rcItem, nullptr, 0, nullptr);
     if (static_cast<int>(item.itemID) >= 0) {
         std::u16string shown = this->text(static_cast<int>(item.itemID));
+        // Drawing takes time for each unit, also for those far outside the window.
         shown.resize(std::min(shown.size(), kMostDrawn));
         RECT place = item.rcItem;
         place.left += 1;

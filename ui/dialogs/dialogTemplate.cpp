@@ -1,3 +1,26 @@
+// A dialog template in memory, in words of 16 bits:
+//
+//   words  holds
+//       2  style
+//       2  extended style
+//       1  number of controls (kCountAt)
+//       4  x, y, width, height in dialog units
+//       1  menu, 0: none
+//       1  class, 0: that of dialogs
+//       .  title, up to a 0
+//       1  points of the font
+//       .  name of the font, up to a 0
+//
+// and then for each control, from a multiple of four bytes on:
+//
+//   words  holds
+//       2  style
+//       2  extended style
+//       4  x, y, width, height
+//       1  id
+//       2  0xFFFF and the number of a class of the system
+//       .  text, up to a 0
+//       1  bytes of data of its own, 0
 #include "ui/dialogs/dialogTemplate.h"
 
 #include <cstring>

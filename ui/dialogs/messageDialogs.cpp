@@ -8,6 +8,7 @@ namespace vellums::ui {
 
 Answer MessageDialogs::ask(const std::u16string& question, UINT style)
 {
+    // A box that could not be shown counts as Cancel: whoever asked then leaves everything as it is.
     switch (MessageBoxW(owner_, wide(question), L"Vellums", style)) {
     case IDYES:
         return Answer::Yes;

@@ -1,3 +1,10 @@
+// The choice lives in two list boxes that nobody sees; menus, settings file and font follow them. Every way
+// to change it ends in a selection in one of the lists and the routine for it (onFontSelected,
+// onSizeSelected), as whoever selects by message gets no notification from the control and has to call it; a
+// program from outside that selects and notifies comes by onListSelection().
+//
+// Colours that are those of the program count as not chosen, and give way to high contrast. So a user who
+// wants exactly these in high contrast cannot have them, but nobody is left with a text that cannot be read.
 #include "ui/main/displaySettings.h"
 
 #include "app/settings.h"
@@ -191,6 +198,7 @@ void DisplaySettings::applyFont()
     if (name.empty())
         name = defaultFontName();
     const std::u16string size = selectedText(lstFontSizes_);
+    // The texts of the list are ours, so each is a number.
     text_.setFont(name, std::stod(std::string(size.begin(), size.end())), dpi_);
 }
 
@@ -285,6 +293,7 @@ std::u16string DisplaySettings::selectedText(HWND list) const
     if (index < 0)
         return {};
     const auto at = static_cast<WPARAM>(index);
+    // The control writes a terminator behind the text, where a string has room for one.
     std::u16string text(static_cast<std::size_t>(SendMessageW(list, LB_GETTEXTLEN, at, 0)), u'\0');
     SendMessageW(list, LB_GETTEXT, at, reinterpret_cast<LPARAM>(text.data()));
     return text;

@@ -1,3 +1,13 @@
+// The window is made under DefWindowProcW and gets this object's procedure afterwards, so that no message
+// ever reaches a frmMain without a handle or a menu. What follows in open() has an order of its own: the
+// menus before the window, which takes the bar; the controls before whoever watches them; the commands after
+// everything they work on, with commands_.isMade() telling the notifications of a control that is still being
+// made from those of the user; and what may ask a question (kStart) only when the window is shown.
+//
+// onMessage() is a list: each case unpacks a message and passes it on. What a message asks for is done at
+// once where it only concerns how things look; what changes the notebook goes through the gate; and what
+// comes from within a control's own treatment of the mouse or the keyboard is posted first (kHeadingSelected
+// and the like), because a question that appeared in the midst of it would leave the control half done.
 #include "ui/main/frmMain.h"
 
 #include "platform/events.h"
@@ -97,6 +107,7 @@ void frmMain::open(const Opening& opening, int showCommand)
 
     work_.attach(window, notebook_.chinese, ucStatusRight_, [this] { treatMessagesDuringWork(); });
     work_.Running = [this](bool runs) { lockBoxes(runs); };
+    // Outside of long work a routine that yields is part of a command, and the window's messages can wait.
     platform::setEventYield([this] {
         if (work_.isRunning())
             treatMessagesDuringWork();
@@ -127,6 +138,7 @@ bool frmMain::translate(MSG& message)
 {
     if (hwnd_ == nullptr || (message.hwnd != hwnd_ && !IsChild(hwnd_, message.hwnd)))
         return false;
+    // The keys of the menus come before those of dialogs, and both before the controls.
     return TranslateAcceleratorW(hwnd_, accelerators_.get(), &message) != 0 ||
         IsDialogMessageW(hwnd_, &message);
 }
@@ -196,6 +208,7 @@ LRESULT frmMain::onMessage(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_EXITMENULOOP:
         gate_.release();
         return 0;
+    // Sent while the list is being made, before it has a font.
     case WM_MEASUREITEM:
         lstInLineSrch_.measure(*reinterpret_cast<MEASUREITEMSTRUCT*>(lParam));
         return TRUE;
@@ -210,6 +223,8 @@ LRESULT frmMain::onMessage(UINT message, WPARAM wParam, LPARAM lParam)
         onMenuSelect(LOWORD(wParam), HIWORD(wParam));
         return 0;
     case WM_ACTIVATE:
+        // The system gives the focus to the window itself when it comes back; the control that had it gets it
+        // again.
         if (LOWORD(wParam) == WA_INACTIVE)
             focusBefore_ = GetFocus();
         break;
@@ -234,6 +249,7 @@ LRESULT frmMain::onMessage(UINT message, WPARAM wParam, LPARAM lParam)
         PostQuitMessage(0);
         return 0;
     case WM_NCDESTROY:
+        // The last message: the destructor must not destroy a handle that another window may have by then.
         return DefWindowProcW(std::exchange(hwnd_, nullptr), message, wParam, lParam);
     }
     return DefWindowProcW(hwnd_, message, wParam, lParam);

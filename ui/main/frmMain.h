@@ -92,6 +92,7 @@ private:
     bool onControlMouse(HWND control, UINT message);
     HBRUSH colourControl(HDC dc, HWND control);
     void onSystemLook(UINT message);
+    void copyDate();
 
     // frmMainLayout.cpp
     void onResized();
@@ -120,9 +121,8 @@ private:
     void onMenuSelect(UINT id, UINT flags);
     void onSourceChanged();
     void showSourceMenu(int x, int y);
-    void copyDate();
 
-    // What the commands change of the window.
+    // What the commands change of the window; longer ones are in frmMainMenus.cpp, too.
     void toggleWrap() override;
     void toggleList() override { showList(!listShown_); }
     void toggleEasyDelete() override { mnu_ezdel_.setChecked(!mnu_ezdel_.checked()); }

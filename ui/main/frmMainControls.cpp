@@ -1,4 +1,10 @@
 // The controls of the main window and the keys that they take for themselves.
+//
+// A key passes four stations, and the first that wants it keeps it: the accelerators of the menus; the dialog
+// keys of the window (Tab, Enter, Esc), which ask each control by WM_GETDLGCODE what it wants for itself
+// (keysWanted); our procedure before the control's own (onControlMessage), where Enter, Esc and Del are
+// commands; and the control. A key that is treated at the third station as WM_KEYDOWN comes once more as
+// WM_CHAR, which has to be kept from the control too.
 #include "ui/main/frmMain.h"
 
 #include "app/clipboardText.h"
@@ -31,6 +37,7 @@ void registerCheckBox()
 {
     WNDCLASSEXW button{};
     button.cbSize = sizeof button;
+    // Everything of it, its procedure included, so that it behaves as a button in every way but its name.
     GetClassInfoExW(nullptr, L"BUTTON", &button);
     button.hInstance = GetModuleHandleW(nullptr);
     button.lpszClassName = kCheckBoxClass;
@@ -62,6 +69,7 @@ void frmMain::createControls()
     };
     display_->create(hwnd_, scale_.dpi());
 
+    // The procedure for borders first, so that ours is asked before it.
     const HWND bordered[] = {txtKey_.hwnd(), txtInline_.hwnd(), txtType_.hwnd(), lstHeads_.hwnd(),
         text_.wrapping().hwnd(), text_.scrolling().hwnd(), lstInLineSrch_.hwnd()};
     for (const HWND control : bordered) {

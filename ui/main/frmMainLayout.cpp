@@ -34,6 +34,7 @@ bool stands(HWND parent, const Place& place)
 
 void frmMain::makeFonts()
 {
+    // The old font stays until every control has the new one: a control draws with what it was given last.
     OwnedFont font(CreateFontW(-MulDiv(kFontTenths, scale_.dpi(), 720), 0, 0, 0, FW_NORMAL, FALSE, FALSE,
         FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS, CLIP_DEFAULT_PRECIS, CLEARTYPE_QUALITY,
         DEFAULT_PITCH | FF_SWISS, wide(defaultFontName())));

@@ -1,3 +1,18 @@
+// Everything is computed in twips and becomes pixels at the very end, so that borders which meet in twips
+// meet in pixels: both sides round the same number. From the top:
+//
+//   lblStaticBorder -----------------------------------------------------------
+//   lblSearch [ txtKey            ] lblFind [ txtInline         ]  lblDate
+//   [ txtType                                                   ]       chkSort
+//   lstHeads            | f | text
+//                       | r |
+//                       | a | lstInLineSrch, while there are results
+//   shpEdge -------------------------------------------------------------------
+//   ucStatusLeft            | ucStatusRight
+//
+// The rows of boxes and the panels have fixed heights; list and text take what is left. In the first row the
+// labels and the date are as wide as their texts, and the two boxes share the rest. Where the window is too
+// small for all of it, rectangles become empty, never negative.
 #include "ui/main/layout.h"
 
 #include <algorithm>

@@ -242,6 +242,7 @@ constexpr MenuEntry kContextMenus[] = {
 };
 
 constexpr int kMostDatabases = 2000;
+// The ids of the arrays lie in one row; each reaches to before the next one, whatever number of them is used.
 constexpr MenuArrayCommand kArrays[] = {
     {ID_mnu_AvailFields, ID_mnu_sizes - 1,     kPick<&Commands::boxes, &Boxes::toggleSearchField>},
     {ID_mnu_sizes_First, ID_mnu_fonts - 1,     [](Commands& commands, std::size_t index) { commands.view.chooseSize(index); }},
@@ -279,6 +280,7 @@ std::u16string keyName(const MenuEntry& entry)
             return name + known.name;
     if (entry.key >= VK_F1 && entry.key <= VK_F9)
         return name + u"F" + static_cast<char16_t>(u'1' + (entry.key - VK_F1));
+    // Letters and digits have their own character as their key.
     return name + static_cast<char16_t>(entry.key);
 }
 

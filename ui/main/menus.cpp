@@ -1,3 +1,11 @@
+// Windows finds an entry by its id in a menu and all below it, but not in the bar and the context menus at
+// once; homes_ knows for each id the menu in which it stands, and whoever changes an entry need not know. An
+// entry that opens a menu gets an id as well, which AppendMenu cannot give, and can then be made grey like
+// any other.
+//
+// A MenuArray keeps all its items and has only the visible ones in the menu. An item's id is the base and its
+// index, whatever is visible before it, so a command needs no translation; its place is before the next
+// visible item, or before the entry that follows the array.
 #include "ui/main/menus.h"
 
 #include "text/pieces.h"
@@ -222,6 +230,7 @@ void MenuArray::set(std::size_t index, const MenuItem& item)
 // Puts the entry where it belongs among those of the array that are visible.
 void MenuArray::show(std::size_t index)
 {
+    // Taken out and put in anew: a caption, a mark and a place change together.
     DeleteMenu(menu_, static_cast<UINT>(baseId_) + static_cast<UINT>(index), MF_BYCOMMAND);
     if (!items_[index].visible)
         return;

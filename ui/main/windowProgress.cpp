@@ -1,3 +1,7 @@
+// step() is called for each record, however small, so it mostly looks at the clock and returns: messages get
+// their turn every kBetweenMs, the texts change every kRefreshMs, and nothing is shown of work that is over
+// within kUnseenMs. The link stays what it was underneath (LinkPanel): a record that is loaded meanwhile
+// changes the link, and is shown when the cover goes.
 #include "ui/main/windowProgress.h"
 
 #include "platform/clock.h"
@@ -60,6 +64,8 @@ bool WindowProgress::step(std::size_t done, std::size_t total)
         shownMs_ = now;
     }
     if (now - treatedMs_ >= kBetweenMs) {
+        // Counted from the end of the treatment, so that work goes on even where treating takes longer than
+        // the pause.
         treatMessages_();
         treatedMs_ = platform::steadyMs();
     }

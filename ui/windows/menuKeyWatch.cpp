@@ -10,6 +10,7 @@ bool& pressed() noexcept
     return was;
 }
 
+// An open menu has a message loop of its own, which asks nobody but this kind of hook.
 LRESULT CALLBACK filterProc(int code, WPARAM wParam, LPARAM lParam) noexcept
 {
     const auto* message = reinterpret_cast<const MSG*>(lParam);

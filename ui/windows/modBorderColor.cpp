@@ -33,6 +33,7 @@ void drawBorder(HWND control)
 
 LRESULT CALLBACK borderProc(HWND control, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR)
 {
+    // Takes this very procedure off; the message is passed on all the same.
     if (message == WM_DESTROY) {
         RemovePropW(control, kProperty);
         borders().erase(control);

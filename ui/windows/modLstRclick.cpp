@@ -34,6 +34,8 @@ int selectItemUnderPoint(HWND list, double x, double y, double twipsPerPixelX, d
     const int pixelX = static_cast<int>(x / twipsPerPixelX);
     const int pixelY = static_cast<int>(y / twipsPerPixelY);
     const LRESULT count = SendMessageW(list, LB_GETCOUNT, 0, 0);
+    // From the first visible entry down to the point, as LB_ITEMFROMPOINT would give the nearest entry
+    // instead.
     for (LRESULT i = SendMessageW(list, LB_GETTOPINDEX, 0, 0); i < count; ++i) {
         const auto index = static_cast<WPARAM>(i);
         RECT rect{};

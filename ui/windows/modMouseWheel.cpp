@@ -38,6 +38,7 @@ void hook(HWND window, SizeCommand clickmnusizes)
     hooked().subclass = Subclass(window, wheelProc, nullptr);
 }
 
+// Called while the window is destroyed, within wheelProc's own call for that message.
 void unhook(HWND /*window*/)
 {
     hooked() = {};

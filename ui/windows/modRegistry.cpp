@@ -60,6 +60,7 @@ std::optional<std::u16string> read(
     }
     DWORD type = 0;
     DWORD bytes = 0;
+    // First for the type and the length, then for the text.
     LSTATUS error = RegQueryValueExW(key.get(), wide(name), nullptr, &type, nullptr, &bytes);
     if (error == ERROR_SUCCESS && type != REG_SZ) {
         problem = kNotAString;

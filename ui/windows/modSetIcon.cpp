@@ -5,6 +5,7 @@ namespace {
 
 void setOne(HWND window, HWND owner, const wchar_t* name, WPARAM kind, int widthMetric, int heightMetric)
 {
+    // Shared icons belong to the system and are never given back.
     const HANDLE icon = LoadImageW(GetModuleHandleW(nullptr), name, IMAGE_ICON, GetSystemMetrics(widthMetric),
         GetSystemMetrics(heightMetric), LR_SHARED);
     if (icon == nullptr)

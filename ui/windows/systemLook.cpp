@@ -35,6 +35,7 @@ void keepOnScreen(HWND window)
         !GetWindowRect(window, &rect))
         return;
     const RECT& work = monitor.rcWork;
+    // First no larger than the work area, so that there is a place where the whole window fits.
     const LONG width = std::min(rect.right - rect.left, work.right - work.left);
     const LONG height = std::min(rect.bottom - rect.top, work.bottom - work.top);
     const LONG left = std::clamp(rect.left, work.left, work.right - width);

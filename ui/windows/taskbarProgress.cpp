@@ -13,6 +13,7 @@ TaskbarProgress::~TaskbarProgress()
 
 void TaskbarProgress::show(std::size_t done, std::size_t total)
 {
+    // Made when something is to be shown first: most commands are over before.
     if (!asked_) {
         asked_ = true;
         void* made = nullptr;
