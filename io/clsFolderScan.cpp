@@ -6,7 +6,10 @@
 
 #include "platform/events.h"
 #include "platform/files.h"
+#include "text/path.h"
 #include "text/pieces.h"
+
+#include <cassert>
 
 namespace vellums {
 

@@ -1,13 +1,14 @@
-// The window is made under DefWindowProcW and gets this object's procedure afterwards, so that no message
-// ever reaches a frmMain without a handle or a menu. What follows in open() has an order of its own: the
-// menus before the window, which takes the bar; the controls before whoever watches them; the commands after
-// everything they work on, with commands_.isMade() telling the notifications of a control that is still being
-// made from those of the user; and what may ask a question (kStart) only when the window is shown.
+// The window learns of this object as it is made, but messages reach it only when open() has the handle:
+// until then they are the system's. What follows in open() has an order of its own: the menus before the
+// window, which takes the bar; the controls before whoever watches them; the commands after everything they
+// work on, with commands_.isMade() telling the notifications of a control that is still being made from those
+// of the user; and what may ask a question (kStart) only when the window is shown.
 //
-// onMessage() is a list: each case unpacks a message and passes it on. What a message asks for is done at
-// once where it only concerns how things look; what changes the notebook goes through the gate; and what
-// comes from within a control's own treatment of the mouse or the keyboard is posted first (kHeadingSelected
-// and the like), because a question that appeared in the midst of it would leave the control half done.
+// The messages stand in four lists, by what they are about; each case unpacks one and passes it on. What a
+// message asks for is done at once where it only concerns how things look; what changes the notebook goes
+// through the gate; and what comes from within a control's own treatment of the mouse or the keyboard is
+// posted first (kHeadingSelected and the like), because a question that appeared in the midst of it would
+// leave the control half done.
 #include "ui/main/frmMain.h"
 
 #include "platform/events.h"
@@ -32,11 +33,11 @@ constexpr int kHeightTwips = 9600;
 
 constexpr UINT_PTR kInstantSearch = 1; // a timer
 
-void registerClass()
+void registerClass(WNDPROC procedure)
 {
     WNDCLASSEXW main{};
     main.cbSize = sizeof main;
-    main.lpfnWndProc = DefWindowProcW; // frmMain takes over once its parts exist
+    main.lpfnWndProc = procedure;
     main.hInstance = GetModuleHandleW(nullptr);
     main.hIcon = LoadIconW(main.hInstance, modSetIcon::kProgramIcon);
     main.hCursor = LoadCursorW(nullptr, IDC_ARROW);
@@ -81,14 +82,12 @@ frmMain::~frmMain()
 
 void frmMain::open(const Opening& opening, int showCommand)
 {
-    registerClass();
+    registerClass(windowProc);
     menus_ = std::make_unique<Menus>(notebook_.chinese);
     const HWND window = CreateWindowExW(WS_EX_APPWINDOW, kWindowClass, L"Vellums",
         WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT,
-        nullptr, menus_->takeBar(), GetModuleHandleW(nullptr), nullptr);
+        nullptr, menus_->takeBar(), GetModuleHandleW(nullptr), this);
     hwnd_ = window;
-    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-    SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(windowProc));
     scale_ = Scale(dpiOf(window));
     menus_->setWindow(window);
     modSetIcon::setIcon(window, modSetIcon::kProgramIcon, false);
@@ -145,11 +144,30 @@ bool frmMain::translate(MSG& message)
 
 LRESULT CALLBACK frmMain::windowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
+    if (message == WM_NCCREATE) {
+        const auto* created = reinterpret_cast<CREATESTRUCTW*>(lParam);
+        SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(created->lpCreateParams));
+    }
     auto* form = reinterpret_cast<frmMain*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (form == nullptr || form->hwnd_ == nullptr)
+        return DefWindowProcW(window, message, wParam, lParam);
     return border::guarded<LRESULT>(0, [&] { return form->onMessage(message, wParam, lParam); });
 }
 
 LRESULT frmMain::onMessage(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    using List = std::optional<LRESULT> (frmMain::*)(UINT, WPARAM, LPARAM);
+    constexpr List kLists[] = {&frmMain::onLooks, &frmMain::onInput, &frmMain::onPosted, &frmMain::onEnd};
+    for (const List list : kLists)
+        if (const std::optional<LRESULT> answer = (this->*list)(message, wParam, lParam))
+            return *answer;
+    // The last message: the destructor must not destroy a handle that another window may have by then.
+    const HWND window = message == WM_NCDESTROY ? std::exchange(hwnd_, nullptr) : hwnd_;
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+// Size, resolution, colours, and what the window draws for its controls.
+std::optional<LRESULT> frmMain::onLooks(UINT message, WPARAM wParam, LPARAM lParam)
 {
     switch (message) {
     case WM_SIZE:
@@ -175,10 +193,58 @@ LRESULT frmMain::onMessage(UINT message, WPARAM wParam, LPARAM lParam)
     case WM_SETTINGCHANGE:
         onSystemLook(message);
         break;
+    case WM_MEASUREITEM: // sent while the list is being made, before it has a font
+        lstInLineSrch_.measure(*reinterpret_cast<MEASUREITEMSTRUCT*>(lParam));
+        return TRUE;
+    case WM_DRAWITEM:
+        lstInLineSrch_.draw(
+            *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam), display_->foreColor(), display_->backColor());
+        return TRUE;
+    }
+    return std::nullopt;
+}
+
+// What the user does, with the controls' notifications of it.
+std::optional<LRESULT> frmMain::onInput(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    switch (message) {
     case WM_COMMAND:
         if (onCommand(LOWORD(wParam), HIWORD(wParam)))
             return 0;
         break;
+    case WM_KEYDOWN: // posted by another process; the user's own goes to a control
+        if (wParam == VK_F5)
+            handOver();
+        return 0;
+    case WM_ENTERMENULOOP:
+        gate_.hold();
+        return 0;
+    case WM_EXITMENULOOP:
+        gate_.release();
+        return 0;
+    case WM_CONTEXTMENU:
+        onContextMenu(reinterpret_cast<HWND>(wParam), {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
+        return 0;
+    case WM_MENUSELECT:
+        onMenuSelect(LOWORD(wParam), HIWORD(wParam));
+        return 0;
+    case WM_ACTIVATE:
+        if (LOWORD(wParam) == WA_INACTIVE)
+            focusBefore_ = GetFocus();
+        break;
+    case WM_SETFOCUS:
+        // The system gives the focus to the window itself when it comes back; the control that had it gets it
+        // again.
+        SetFocus(focusBefore_ != nullptr && IsChild(hwnd_, focusBefore_) ? focusBefore_ : lstHeads_.hwnd());
+        return 0;
+    }
+    return std::nullopt;
+}
+
+// What the window has posted to itself, and its timer.
+std::optional<LRESULT> frmMain::onPosted(UINT message, WPARAM wParam, LPARAM /*lParam*/)
+{
+    switch (message) {
     case kHeadingSelected:
         gate_.runOrWait(
             Waiting::Heading, [this](const Turn& turn) { commands_(turn).records.selectHeading(); });
@@ -196,41 +262,18 @@ LRESULT frmMain::onMessage(UINT message, WPARAM wParam, LPARAM lParam)
         gate_.run([this](const Turn& turn) { carryOutStart(turn, start_); });
         return 0;
     case WM_TIMER:
+        if (wParam != kInstantSearch)
+            break;
         searchDue();
         return 0;
-    case WM_KEYDOWN: // posted by another process; the user's own goes to a control
-        if (wParam == VK_F5)
-            handOver();
-        return 0;
-    case WM_ENTERMENULOOP:
-        gate_.hold();
-        return 0;
-    case WM_EXITMENULOOP:
-        gate_.release();
-        return 0;
-    // Sent while the list is being made, before it has a font.
-    case WM_MEASUREITEM:
-        lstInLineSrch_.measure(*reinterpret_cast<MEASUREITEMSTRUCT*>(lParam));
-        return TRUE;
-    case WM_DRAWITEM:
-        lstInLineSrch_.draw(
-            *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam), display_->foreColor(), display_->backColor());
-        return TRUE;
-    case WM_CONTEXTMENU:
-        onContextMenu(reinterpret_cast<HWND>(wParam), {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)});
-        return 0;
-    case WM_MENUSELECT:
-        onMenuSelect(LOWORD(wParam), HIWORD(wParam));
-        return 0;
-    case WM_ACTIVATE:
-        // The system gives the focus to the window itself when it comes back; the control that had it gets it
-        // again.
-        if (LOWORD(wParam) == WA_INACTIVE)
-            focusBefore_ = GetFocus();
-        break;
-    case WM_SETFOCUS:
-        SetFocus(focusBefore_ != nullptr && IsChild(hwnd_, focusBefore_) ? focusBefore_ : lstHeads_.hwnd());
-        return 0;
+    }
+    return std::nullopt;
+}
+
+// How the window comes to its end.
+std::optional<LRESULT> frmMain::onEnd(UINT message, WPARAM wParam, LPARAM /*lParam*/)
+{
+    switch (message) {
     case WM_CLOSE:
         close();
         return 0;
@@ -248,11 +291,8 @@ LRESULT frmMain::onMessage(UINT message, WPARAM wParam, LPARAM lParam)
         chkSortTip_.destroy();
         PostQuitMessage(0);
         return 0;
-    case WM_NCDESTROY:
-        // The last message: the destructor must not destroy a handle that another window may have by then.
-        return DefWindowProcW(std::exchange(hwnd_, nullptr), message, wParam, lParam);
     }
-    return DefWindowProcW(hwnd_, message, wParam, lParam);
+    return std::nullopt;
 }
 
 int runWindow(frmMain& window)

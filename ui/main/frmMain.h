@@ -68,6 +68,11 @@ public:
 private:
     static LRESULT CALLBACK windowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam);
+    // Each treats the messages of one kind; nothing: the message is of another, or the system's as well.
+    std::optional<LRESULT> onLooks(UINT message, WPARAM wParam, LPARAM lParam);
+    std::optional<LRESULT> onInput(UINT message, WPARAM wParam, LPARAM lParam);
+    std::optional<LRESULT> onPosted(UINT message, WPARAM wParam, LPARAM lParam);
+    std::optional<LRESULT> onEnd(UINT message, WPARAM wParam, LPARAM lParam);
 
     // frmMainControls.cpp
     void createControls();
