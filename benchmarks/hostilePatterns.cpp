@@ -29,13 +29,13 @@ const std::u16string_view kPatternsWithReferences[] = {u"(a+)+\\1b", u"(a|aa)+\\
 
 std::string search(std::u16string_view pattern, std::u16string_view text)
 {
-    RegExp regExp;
+    regexp::RegExp regExp;
     regExp.Pattern = pattern;
     regExp.IgnoreCase = true;
     regExp.Global = true;
     try {
         return std::to_string(regExp.Execute(text).size()) + " matches";
-    } catch (const RegExpError& e) {
+    } catch (const regexp::RegExpError& e) {
         return "error " + std::to_string(e.number);
     }
 }

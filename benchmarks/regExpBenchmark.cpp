@@ -61,10 +61,10 @@ const Question kQuestions[] = {
     {"back reference", u"(['\"]).*?\\1", 2},
 };
 
-std::size_t ours(RegExp& regExp, std::u16string_view text)
+std::size_t ours(regexp::RegExp& regExp, std::u16string_view text)
 {
     std::size_t count = 0;
-    regExp.findInLines(text, [&count](const RegExpLineMatch&) { return ++count < kMostMatches; });
+    regExp.findInLines(text, [&count](const regexp::RegExpLineMatch&) { return ++count < kMostMatches; });
     return count;
 }
 
@@ -165,7 +165,7 @@ std::u16string realText(const std::string& path)
 
 void measure(const Question& question, std::u16string_view text, const std::string& utf8)
 {
-    RegExp regExp;
+    regexp::RegExp regExp;
     regExp.Pattern = question.pattern;
     regExp.IgnoreCase = true;
     Pcre pcre(question.pattern);

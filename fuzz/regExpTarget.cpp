@@ -27,7 +27,7 @@ std::u16string decoded(std::string_view bytes)
 }
 
 void checkAgainstReference(
-    const RegExp& regExp, std::u16string_view text, const std::vector<RegExpMatch>& matches)
+    const regexp::RegExp& regExp, std::u16string_view text, const std::vector<regexp::RegExpMatch>& matches)
 {
     constexpr std::size_t kLongestPattern = 40;
     constexpr std::size_t kLongestText = 30;
@@ -50,46 +50,47 @@ void checkAgainstReference(
 }
 
 // As one of two ways, the other of which never matches, the pattern takes none of the engine's shortcuts.
-void checkAsOneOfTwo(const RegExp& regExp, std::u16string_view text, const std::vector<RegExpMatch>& matches)
+void checkAsOneOfTwo(
+    const regexp::RegExp& regExp, std::u16string_view text, const std::vector<regexp::RegExpMatch>& matches)
 {
-    RegExp either;
+    regexp::RegExp either;
     either.Pattern = u"(?:" + regExp.Pattern + u"|[])";
     either.IgnoreCase = regExp.IgnoreCase;
     either.Global = regExp.Global;
     either.Multiline = regExp.Multiline;
-    std::vector<RegExpMatch> expected;
+    std::vector<regexp::RegExpMatch> expected;
     try {
         expected = either.Execute(text);
-    } catch (const RegExpError&) {
+    } catch (const regexp::RegExpError&) {
         return; // it may be nested too deeply now, or try too much
     }
     require(matches == expected, "a shortcut finds something else");
 }
 
-void checkLines(RegExp& regExp, std::u16string_view text)
+void checkLines(regexp::RegExp& regExp, std::u16string_view text)
 {
-    std::vector<RegExpMatch> expected;
+    std::vector<regexp::RegExpMatch> expected;
     for (std::size_t start = 0; start <= text.size();) {
         const std::size_t end = std::min(text.find(u"\r\n", start), text.size());
-        for (const RegExpMatch& match : regExp.Execute(text.substr(start, end - start)))
+        for (const regexp::RegExpMatch& match : regExp.Execute(text.substr(start, end - start)))
             if (match.Length > 0)
                 expected.push_back({start + match.FirstIndex, match.Length});
         start = end + 2;
     }
-    std::vector<RegExpMatch> found;
-    regExp.findInLines(text, [&found](const RegExpLineMatch& match) {
+    std::vector<regexp::RegExpMatch> found;
+    regExp.findInLines(text, [&found](const regexp::RegExpLineMatch& match) {
         found.push_back({match.position, match.length});
         return true;
     });
     require(found == expected, "a text gives other matches than its lines");
 }
 
-void search(RegExp& regExp, std::u16string_view text)
+void search(regexp::RegExp& regExp, std::u16string_view text)
 {
-    const std::vector<RegExpMatch> matches = regExp.Execute(text);
+    const std::vector<regexp::RegExpMatch> matches = regExp.Execute(text);
     require(regExp.Global || matches.size() <= 1, "more than one match");
     std::size_t place = 0;
-    for (const RegExpMatch& match : matches) {
+    for (const regexp::RegExpMatch& match : matches) {
         require(match.FirstIndex >= place && match.Length <= text.size() - match.FirstIndex,
             "a match lies outside");
         place = match.FirstIndex + match.Length;
@@ -125,14 +126,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     const std::string_view bytes(reinterpret_cast<const char*>(data) + 2, size - 2);
     const std::size_t length = std::min<std::size_t>(data[1], bytes.size());
-    RegExp regExp;
+    regexp::RegExp regExp;
     regExp.IgnoreCase = (data[0] & 1) != 0;
     regExp.Global = (data[0] & 2) != 0;
     regExp.Multiline = (data[0] & 4) != 0;
     regExp.Pattern = fuzz::decoded(bytes.substr(0, length));
     try {
         fuzz::search(regExp, fuzz::decoded(bytes.substr(length)));
-    } catch (const RegExpError& e) {
+    } catch (const regexp::RegExpError& e) {
         fuzz::require(!e.description.empty() && (!e.position || *e.position <= regExp.Pattern.size()),
             "an error without its reason");
     }

@@ -17,9 +17,7 @@
 #include <algorithm>
 #include <optional>
 
-namespace vellums {
-
-using regexp::Effort;
+namespace vellums::regexp {
 
 // What was made of Pattern and the properties beside it.
 // The members use each other: `program` reads nothing of `tree` once it is made, but `matcher` holds a
@@ -28,20 +26,20 @@ struct RegExp::Compiled {
     std::u16string pattern;
     bool ignoreCase;
     bool multiline;
-    regexp::Tree tree;
-    regexp::LineSearch lines;
-    std::optional<regexp::Program> program;
-    std::optional<regexp::Matcher> matcher;
+    Tree tree;
+    LineSearch lines;
+    std::optional<Program> program;
+    std::optional<Matcher> matcher;
 
     // Large counts are cut to what the text's length lets matter.
-    regexp::Matcher& matcherFor(std::size_t length)
+    Matcher& matcherFor(std::size_t length)
     {
         constexpr std::size_t kFirstLimit = 255;
         if (!program || (program->countsCut && program->countLimit < length)) {
             const std::size_t limit = program ? std::max(length, 2 * program->countLimit) : kFirstLimit;
             matcher.reset();
             program.reset();
-            program.emplace(regexp::compile(tree, std::max(length, limit)));
+            program.emplace(compile(tree, std::max(length, limit)));
             matcher.emplace(*program);
         }
         return *matcher;
@@ -58,8 +56,8 @@ RegExp::Compiled& RegExp::compiled()
     if (!compiled_ || compiled_->pattern != Pattern || compiled_->ignoreCase != IgnoreCase ||
         compiled_->multiline != Multiline) {
         compiled_.reset();
-        regexp::Tree tree = regexp::parsePattern(Pattern, IgnoreCase, Multiline);
-        regexp::LineSearch lines(tree);
+        Tree tree = parsePattern(Pattern, IgnoreCase, Multiline);
+        LineSearch lines(tree);
         compiled_ = std::make_unique<Compiled>(
             Compiled{Pattern, IgnoreCase, Multiline, std::move(tree), std::move(lines), {}, {}});
     }
@@ -74,13 +72,12 @@ void RegExp::forEach(std::u16string_view text, Visit visit)
         return;
     if (made.lines.literal()) {
         auto hit = made.lines.scan().next(text, 0);
-        while (hit.place != regexp::kNowhere && visit(hit.place, hit.place + hit.length))
+        while (hit.place != kNowhere && visit(hit.place, hit.place + hit.length))
             hit = made.lines.scan().next(text, hit.place + hit.length);
     } else if (made.lines.promising(text)) {
         Effort effort(text.size());
         made.lines.forEach(
-            text, [&made](std::size_t length) -> regexp::Matcher& { return made.matcherFor(length); }, effort,
-            visit);
+            text, [&made](std::size_t length) -> Matcher& { return made.matcherFor(length); }, effort, visit);
     }
 }
 
@@ -109,10 +106,10 @@ void RegExp::findInLines(std::u16string_view text, const Visitor& visit)
     Compiled& made = compiled();
     Effort effort(text.size());
     made.lines.run(
-        text, [&made](std::size_t length) -> regexp::Matcher& { return made.matcherFor(length); }, effort,
+        text, [&made](std::size_t length) -> Matcher& { return made.matcherFor(length); }, effort,
         [&visit](std::size_t line, std::size_t first, std::size_t length) {
             return visit({line, first, length});
         });
 }
 
-} // namespace vellums
+} // namespace vellums::regexp

@@ -19,7 +19,7 @@
 #include <string_view>
 #include <vector>
 
-namespace vellums {
+namespace vellums::regexp {
 
 struct RegExpMatch {
     std::size_t FirstIndex = 0; // units from the start of the text
@@ -68,4 +68,4 @@ private:
     std::unique_ptr<Compiled> compiled_;
 };
 
-} // namespace vellums
+} // namespace vellums::regexp

@@ -23,7 +23,7 @@ public:
     }
 
     // Units from the start of the text.
-    std::size_t placeOf(const RegExpLineMatch& match)
+    std::size_t placeOf(const regexp::RegExpLineMatch& match)
     {
         if (!line_ || *line_ != match.lineStart) {
             line_ = match.lineStart;
@@ -49,18 +49,18 @@ private:
 Occurrences findOccurrences(std::u16string_view text, std::u16string_view keyword)
 {
     Occurrences result;
-    RegExp regExp;
+    regexp::RegExp regExp;
     regExp.Pattern = keyword;
     regExp.IgnoreCase = true;
     Columns columns(text);
     try {
-        regExp.findInLines(text, [&](const RegExpLineMatch& match) {
+        regExp.findInLines(text, [&](const regexp::RegExpLineMatch& match) {
             const std::size_t place = columns.placeOf(match);
             result.list.push_back({static_cast<std::int32_t>(place),
                 std::u16string(text.substr(match.position, match.length))});
             return result.list.size() < kMostOccurrences;
         });
-    } catch (const RegExpError& e) {
+    } catch (const regexp::RegExpError& e) {
         result.ending = {e.number, e.description, e.position};
     } catch (const ColumnTooLarge&) {
         result.ending = {6, u"Overflow", {}};

@@ -148,7 +148,7 @@ State Automaton::stateOf(const std::vector<std::uint64_t>& words)
     }
     const std::size_t row = count_++ * stride_;
     if (row + stride_ > 0x7FFFFFFF)
-        throw RegExpError(7, {});
+        throw RegExpError(RegExpFault::OutOfMemory, {});
     table_.resize(row + stride_, 0);
     pool_.insert(pool_.end(), words.begin(), words.end());
     hash_[slot] = static_cast<State>(row) + ((words.back() & kBegins) != 0 ? 1 : 0);

@@ -77,7 +77,7 @@ void Backtrack::begin(Place place, std::size_t start)
 void Backtrack::push(std::uint32_t what, std::uint32_t value)
 {
     if (entries_.size() >= kMostEntries)
-        throw RegExpError(7, {});
+        throw RegExpError(RegExpFault::OutOfMemory, {});
     entries_.push_back({what, value});
 }
 

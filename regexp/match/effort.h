@@ -22,7 +22,7 @@ public:
     {
         left_ -= static_cast<std::int64_t>(steps);
         if (left_ < 0)
-            throw RegExpError(7, {});
+            throw RegExpError(RegExpFault::OutOfMemory, {});
     }
 
     // The same for trying one way after the other, which may be endless and gets less.
@@ -30,7 +30,7 @@ public:
     {
         triesLeft_ -= static_cast<std::int64_t>(steps);
         if (triesLeft_ < 0)
-            throw RegExpError(7, {});
+            throw RegExpError(RegExpFault::OutOfMemory, {});
     }
 
 private:

@@ -69,7 +69,7 @@ private:
         instruction.depth = std::max(instruction.depth, depth_);
         depths_ += instruction.depth;
         if (program_.instructions.size() >= kMostInstructions || depths_ > kMostDepths)
-            throw RegExpError(7, {});
+            throw RegExpError(RegExpFault::OutOfMemory, {});
         program_.deepest = std::max(program_.deepest, instruction.depth);
         program_.instructions.push_back(instruction);
         return static_cast<Place>(program_.instructions.size() - 1);

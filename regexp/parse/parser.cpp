@@ -82,15 +82,15 @@ public:
         while (at_ < pattern_.size())
             parseNext();
         if (open_.size() > 1)
-            fail(5020, open_.back().position);
+            fail(RegExpFault::OpenGroup, open_.back().position);
         tree_.root = closeAlternatives(open_.back());
         return std::move(tree_);
     }
 
 private:
-    [[noreturn]] static void fail(std::int32_t number, std::size_t position)
+    [[noreturn]] static void fail(RegExpFault fault, std::size_t position)
     {
-        throw RegExpError(number, position);
+        throw RegExpError(fault, position);
     }
 
     // Left brackets that remember: a reference may name a group that stands further right.
@@ -250,14 +250,14 @@ private:
     void openGroup(std::size_t start)
     {
         if (open_.size() > kMostOpenGroups)
-            fail(28, start);
+            fail(RegExpFault::NestedTooDeeply, start);
         OpenGroup group;
         group.position = start;
         group.groupsFrom = groupsSeen_ + 1;
         if (peek(at_) == u'?' && at_ < pattern_.size()) {
             const char16_t kind = peek(at_ + 1);
             if (kind != u':' && kind != u'=' && kind != u'!')
-                fail(5018, start);
+                fail(RegExpFault::Quantifier, start);
             at_ += 2;
             group.node.kind = kind == u':' ? NodeKind::Sequence : NodeKind::Look;
             group.node.negative = kind == u'!';
@@ -271,7 +271,7 @@ private:
     void closeGroup(std::size_t start)
     {
         if (open_.size() == 1)
-            fail(5017, start);
+            fail(RegExpFault::Syntax, start);
         OpenGroup group = std::move(open_.back());
         open_.pop_back();
         const NodeNo inner = closeAlternatives(group);
@@ -317,7 +317,7 @@ private:
         }
         ++at_;
         if (fewest > most)
-            fail(5017, start);
+            fail(RegExpFault::Syntax, start);
         quantify(start, fewest, most);
         return true;
     }
@@ -326,7 +326,7 @@ private:
     {
         OpenGroup& group = open_.back();
         if (!group.quantifiable)
-            fail(5018, start);
+            fail(RegExpFault::Quantifier, start);
         assert(!group.items.empty());
         Node node = bare(NodeKind::Repeat);
         node.fewest = fewest;
@@ -353,7 +353,7 @@ private:
     void parseEscape(std::size_t start)
     {
         if (at_ == pattern_.size())
-            fail(5017, start);
+            fail(RegExpFault::Syntax, start);
         const char16_t c = pattern_[at_];
         if (c == u'b' || c == u'B') {
             ++at_;
@@ -465,7 +465,7 @@ private:
         if (c != u'\\')
             return {{}, c};
         if (at_ == pattern_.size())
-            fail(5019, start);
+            fail(RegExpFault::OpenClass, start);
         if (pattern_[at_] == u'b') {
             ++at_;
             return {{}, u'\b'};
@@ -481,7 +481,7 @@ private:
         std::vector<UnitRange> ranges;
         while (true) {
             if (at_ >= pattern_.size())
-                fail(5019, start);
+                fail(RegExpFault::OpenClass, start);
             if (pattern_[at_] == u']')
                 break;
             parseClassPart(start, ranges);
@@ -506,7 +506,7 @@ private:
         const ClassItem last = classItem(start);
         if (first.unit && last.unit) {
             if (*first.unit > *last.unit)
-                fail(5021, itemStart);
+                fail(RegExpFault::Range, itemStart);
             ranges.push_back({*first.unit, *last.unit});
             return;
         }

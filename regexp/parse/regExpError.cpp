@@ -1,35 +1,36 @@
 #include "regexp/parse/regExpError.h"
 
-namespace vellums {
+namespace vellums::regexp {
 namespace {
 
-const char16_t* sentenceOf(std::int32_t number)
+const char16_t* sentenceOf(RegExpFault fault)
 {
-    switch (number) {
-    case 7:
+    switch (fault) {
+    case RegExpFault::OutOfMemory:
         return u"Out of memory";
-    case 28:
+    case RegExpFault::NestedTooDeeply:
         return u"Out of stack space";
-    case 5018:
+    case RegExpFault::Quantifier:
         return u"Unexpected quantifier";
-    case 5019:
+    case RegExpFault::OpenClass:
         return u"Expected ']' in regular expression";
-    case 5020:
+    case RegExpFault::OpenGroup:
         return u"Expected ')' in regular expression";
-    case 5021:
+    case RegExpFault::Range:
         return u"Invalid range in character set";
-    default:
-        return u"Syntax error in regular expression";
+    case RegExpFault::Syntax:
+        break;
     }
+    return u"Syntax error in regular expression";
 }
 
 } // namespace
 
-RegExpError::RegExpError(std::int32_t code, std::optional<std::size_t> where)
-    : number(code)
-    , description(sentenceOf(code))
+RegExpError::RegExpError(RegExpFault fault, std::optional<std::size_t> where)
+    : number(static_cast<std::int32_t>(fault))
+    , description(sentenceOf(fault))
     , position(where)
 {
 }
 
-} // namespace vellums
+} // namespace vellums::regexp

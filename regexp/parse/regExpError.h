@@ -8,14 +8,22 @@
 #include <string>
 #include <utility>
 
-namespace vellums {
+namespace vellums::regexp {
 
-// Carries the number and the sentence that scripts know from their own regular expressions:
-//
-//   5017 syntax error, 5018 unexpected quantifier, 5019 expected ']', 5020 expected ')',
-//   5021 invalid range in a class, 7 out of memory (a search beyond its limits), 28 nested too deeply
+// Why, with the number under which scripts know it from their own regular expressions.
+enum class RegExpFault : std::int32_t {
+    OutOfMemory = 7, // a search beyond its limits
+    NestedTooDeeply = 28,
+    Syntax = 5017,
+    Quantifier = 5018, // where none can stand
+    OpenClass = 5019,  // no "]"
+    OpenGroup = 5020,  // no ")"
+    Range = 5021,      // of a class, the wrong way round
+};
+
+// Carries the number and the sentence that scripts know.
 struct RegExpError : std::exception {
-    RegExpError(std::int32_t code, std::optional<std::size_t> where);
+    RegExpError(RegExpFault fault, std::optional<std::size_t> where);
 
     const char* what() const noexcept override { return "regular expression refused"; }
 
@@ -24,4 +32,4 @@ struct RegExpError : std::exception {
     std::optional<std::size_t> position; // in the pattern, in units; none when no place is to blame
 };
 
-} // namespace vellums
+} // namespace vellums::regexp

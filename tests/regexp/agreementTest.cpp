@@ -23,10 +23,10 @@ std::string shown(const std::vector<std::pair<std::size_t, std::size_t>>& matche
     return result;
 }
 
-std::string shown(RegExp& regExp, std::u16string_view text)
+std::string shown(regexp::RegExp& regExp, std::u16string_view text)
 {
     std::vector<std::pair<std::size_t, std::size_t>> matches;
-    for (const RegExpMatch& match : regExp.Execute(text))
+    for (const regexp::RegExpMatch& match : regExp.Execute(text))
         matches.emplace_back(match.FirstIndex, match.FirstIndex + match.Length);
     return shown(matches);
 }
@@ -41,11 +41,11 @@ public:
         regexp::Tree tree;
         try {
             tree = regexp::parsePattern(pattern, ignoreCase, multiline);
-        } catch (const RegExpError&) {
+        } catch (const regexp::RegExpError&) {
             return true;
         }
         ++patterns;
-        RegExp regExp;
+        regexp::RegExp regExp;
         regExp.Pattern = pattern;
         regExp.IgnoreCase = ignoreCase;
         regExp.Multiline = multiline;
@@ -143,12 +143,12 @@ TEST(RegExpAgreement, OnRandomPatterns)
 }
 
 // What findInLines promises: Execute on each line, without the empty matches.
-std::string lineByLine(RegExp& regExp, std::u16string_view text)
+std::string lineByLine(regexp::RegExp& regExp, std::u16string_view text)
 {
     std::string result;
     for (std::size_t start = 0; start <= text.size();) {
         const std::size_t end = std::min(text.find(u"\r\n", start), text.size());
-        for (const RegExpMatch& match : regExp.Execute(text.substr(start, end - start)))
+        for (const regexp::RegExpMatch& match : regExp.Execute(text.substr(start, end - start)))
             if (match.Length > 0)
                 result += std::to_string(start) + "+" + std::to_string(match.FirstIndex) + ":" +
                     std::to_string(match.Length) + " ";
@@ -157,10 +157,10 @@ std::string lineByLine(RegExp& regExp, std::u16string_view text)
     return result;
 }
 
-std::string inLines(RegExp& regExp, std::u16string_view text)
+std::string inLines(regexp::RegExp& regExp, std::u16string_view text)
 {
     std::string result;
-    regExp.findInLines(text, [&](const RegExpLineMatch& match) {
+    regExp.findInLines(text, [&](const regexp::RegExpLineMatch& match) {
         result += std::to_string(match.lineStart) + "+" + std::to_string(match.position - match.lineStart) +
             ":" + std::to_string(match.length) + " ";
         return true;
@@ -177,7 +177,7 @@ TEST(RegExpAgreement, OfWholeTextsWithTheirLines)
         u"\u00c9", u"\u03c2", u"aaaaaaaaaaaaaaaaaaaa"};
     std::mt19937 random(7);
     for (const std::u16string_view pattern : kPatterns) {
-        RegExp regExp;
+        regexp::RegExp regExp;
         regExp.Pattern = pattern;
         regExp.Global = true;
         for (int i = 0; i < 400; ++i) {

@@ -10,9 +10,9 @@
 namespace vellums {
 namespace {
 
-RegExp expression(std::u16string_view pattern, std::string_view flags)
+regexp::RegExp expression(std::u16string_view pattern, std::string_view flags)
 {
-    RegExp result;
+    regexp::RegExp result;
     result.Pattern = pattern;
     result.IgnoreCase = flags.find('i') != flags.npos;
     result.Global = flags.find('g') != flags.npos;
@@ -20,22 +20,22 @@ RegExp expression(std::u16string_view pattern, std::string_view flags)
     return result;
 }
 
-std::string found(RegExp& regExp, std::u16string_view text)
+std::string found(regexp::RegExp& regExp, std::u16string_view text)
 {
     try {
         std::string result;
-        for (const RegExpMatch& match : regExp.Execute(text))
+        for (const regexp::RegExpMatch& match : regExp.Execute(text))
             result += (result.empty() ? "" : " ") + std::to_string(match.FirstIndex) + ":" +
                 std::to_string(match.Length);
         return result.empty() ? "-" : result;
-    } catch (const RegExpError& e) {
+    } catch (const regexp::RegExpError& e) {
         return "error " + std::to_string(e.number);
     }
 }
 
 std::string found(std::u16string_view pattern, std::string_view flags, std::u16string_view text)
 {
-    RegExp regExp = expression(pattern, flags);
+    regexp::RegExp regExp = expression(pattern, flags);
     return found(regExp, text);
 }
 
@@ -56,11 +56,11 @@ TEST(RegExp, TellsWhereAPatternIsWrong)
         {u"x[z-a]", 5021, 2}, {u"ab\\", 5017, 2}, {u"a{3,2}", 5017, 1}, {u"x(?<n>a)", 5018, 1},
         {u"(a|b", 5020, 0}, {u"[\\]", 5019, 0}};
     for (const auto& c : cases) {
-        RegExp regExp = expression(c.pattern, "ig");
+        regexp::RegExp regExp = expression(c.pattern, "ig");
         try {
             regExp.Execute(u"");
             ADD_FAILURE() << text::toUtf8(c.pattern);
-        } catch (const RegExpError& e) {
+        } catch (const regexp::RegExpError& e) {
             EXPECT_EQ(e.number, c.number) << text::toUtf8(c.pattern);
             EXPECT_EQ(e.position, c.position) << text::toUtf8(c.pattern);
             EXPECT_FALSE(e.description.empty());
@@ -138,7 +138,7 @@ TEST(RegExp, FindsAcrossLongTexts)
 
 TEST(RegExp, MayBeGivenAnotherPattern)
 {
-    RegExp regExp = expression(u"a", "g");
+    regexp::RegExp regExp = expression(u"a", "g");
     EXPECT_EQ(found(regExp, u"aA"), "0:1");
     regExp.IgnoreCase = true;
     EXPECT_EQ(found(regExp, u"aA"), "0:1 1:1");

@@ -195,7 +195,7 @@ TEST_F(TextCommandsTest, PatternsAreInsertedWithoutTheirGaps)
     window.txtInline.undo();
     EXPECT_EQ(window.txtInline.text(), u"ab");
     for (std::size_t i = 0; i < menu.size(); ++i) { // each is a pattern, or becomes one behind a letter
-        RegExp regExp;
+        regexp::RegExp regExp;
         regExp.Pattern = u"(a)" + text::replaceAll(menu.at(i).tag, u"...", u"b");
         EXPECT_NO_THROW(regExp.Test(u"ab")) << text::toUtf8(menu.at(i).tag);
     }

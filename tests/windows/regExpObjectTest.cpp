@@ -144,16 +144,16 @@ protected:
 
 std::string ours(const std::u16string& pattern, const std::u16string& text, bool ignoreCase, bool global)
 {
-    RegExp regExp;
+    regexp::RegExp regExp;
     regExp.Pattern = pattern;
     regExp.IgnoreCase = ignoreCase;
     regExp.Global = global;
     try {
         std::string shown;
-        for (const RegExpMatch& match : regExp.Execute(text))
+        for (const regexp::RegExpMatch& match : regExp.Execute(text))
             shown += std::to_string(match.FirstIndex) + ":" + std::to_string(match.Length) + " ";
         return shown;
-    } catch (const RegExpError&) {
+    } catch (const regexp::RegExpError&) {
         return "error";
     }
 }
@@ -243,7 +243,7 @@ TEST_F(SystemRegExp, AgreesOnGeneratedPatterns)
                 ++known["left out"];
                 continue;
             }
-        } catch (const RegExpError&) {
+        } catch (const regexp::RegExpError&) {
             ++refused;
         }
         const std::string system = systems(pattern, text, ignoreCase, global);

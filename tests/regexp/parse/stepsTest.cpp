@@ -93,18 +93,18 @@ private:
     std::mt19937 random_;
 };
 
-std::string matchesOf(RegExp& regExp, std::u16string_view text)
+std::string matchesOf(regexp::RegExp& regExp, std::u16string_view text)
 {
     std::string result;
-    for (const RegExpMatch& match : regExp.Execute(text))
+    for (const regexp::RegExpMatch& match : regExp.Execute(text))
         result += std::to_string(match.FirstIndex) + ":" + std::to_string(match.Length) + " ";
     return result;
 }
 
-std::string matchesInLines(RegExp& regExp, std::u16string_view text)
+std::string matchesInLines(regexp::RegExp& regExp, std::u16string_view text)
 {
     std::string result;
-    regExp.findInLines(text, [&](const RegExpLineMatch& match) {
+    regExp.findInLines(text, [&](const regexp::RegExpLineMatch& match) {
         result += std::to_string(match.lineStart) + "+" + std::to_string(match.position) + ":" +
             std::to_string(match.length) + " ";
         return true;
@@ -118,12 +118,12 @@ TEST(RegExpSteps, FindWhatThePatternFindsAsOneOfTwo)
     int matches = 0;
     for (unsigned seed = 0; seed < 4000; ++seed) {
         RowMaker maker(seed);
-        RegExp row;
+        regexp::RegExp row;
         row.Pattern = maker.pattern();
         row.Global = true;
         row.IgnoreCase = seed % 2 == 0;
         row.Multiline = seed % 3 == 0;
-        RegExp either;
+        regexp::RegExp either;
         either.Pattern = u"(?:" + row.Pattern + u"|[])"; // an empty class never matches
         either.Global = true;
         either.IgnoreCase = row.IgnoreCase;
@@ -148,7 +148,7 @@ TEST(RegExpSteps, FindWhatThePatternFindsAsOneOfTwo)
 // Too many starts that look far ahead: the automaton takes over, at whatever place that is.
 TEST(RegExpSteps, LoseNoMatchWhereTheAutomatonTakesOver)
 {
-    RegExp regExp;
+    regexp::RegExp regExp;
     regExp.Global = true;
     const std::u16string_view kPatterns[] = {u"a{1,40}b", u"(a{1,40})b(!{0})\\2"};
     for (const std::u16string_view pattern : kPatterns) {
