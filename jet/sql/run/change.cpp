@@ -219,14 +219,20 @@ ChangeResult runUpdate(PageFile& file, UpdateStatement& statement, Date now)
     refuseTwice(places, target.columns());
     const Evaluator evaluator(target.scope());
     ChangeResult result;
-    for (const RowRef home : matchingRows(target, statement.where)) {
+    const std::vector<RowRef> homes = matchingRows(target, statement.where);
+    for (const RowRef& home : homes) {
+        // A literal, which may be a text of megabytes, is not needed any more after the last row.
+        const bool last = &home == &homes.back();
+        const auto valueOf = [&](Expression& expression, const Row& row) {
+            return last && isConstant(expression) ? std::move(expression.literal)
+                                                  : evaluator.value(expression, &row);
+        };
         std::vector<Assignment> assignments;
         { // all values are those of the old row, which is gone with its change
             const Row row = target.table().rowAt(home);
             for (std::size_t i = 0; i < places.size(); ++i)
                 assignments.push_back({places[i],
-                    coerceFor(
-                        target.columns()[places[i]], evaluator.value(statement.changes[i].value, &row))});
+                    coerceFor(target.columns()[places[i]], valueOf(statement.changes[i].value, row))});
         }
         target.table().update(home, assignments);
         ++result.rows;
