@@ -8,6 +8,7 @@
 #include "jet/file/mapRow.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace vellums::jet {
 namespace {

@@ -11,6 +11,7 @@
 #include "jet/file/mapRow.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace vellums::jet {
 

@@ -140,7 +140,7 @@ TEST_P(FindTest, TheListFollowsEachLetterWhereItIsToldTo)
     EXPECT_TRUE(eventually([&] { return program.count(ID_lstHeads) == 3; }));
 }
 
-INSTANTIATE_TEST_SUITE_P(InBothLanguages, FindTest, testing::Bool(), languageOf);
+INSTANTIATE_TEST_SUITE_P(InBothLanguages, FindTest, languagesHere(), languageOf);
 
 } // namespace
 } // namespace vellums::tests

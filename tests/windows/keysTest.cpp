@@ -105,7 +105,7 @@ TEST_P(KeysTest, TabAndEscLeaveTheRecordText)
     EXPECT_EQ(program.close(), 0u);
 }
 
-INSTANTIATE_TEST_SUITE_P(InBothLanguages, KeysTest, testing::Bool(), languageOf);
+INSTANTIATE_TEST_SUITE_P(InBothLanguages, KeysTest, languagesHere(), languageOf);
 
 } // namespace
 } // namespace vellums::tests

@@ -209,7 +209,7 @@ TEST_P(LooksTest, TheBoxWithTheFocusIsYellow)
     EXPECT_EQ(pixelAt(text.right - 30, text.bottom - 20), kPaper);
 }
 
-INSTANTIATE_TEST_SUITE_P(InBothLanguages, LooksTest, testing::Bool(), languageOf);
+INSTANTIATE_TEST_SUITE_P(InBothLanguages, LooksTest, languagesHere(), languageOf);
 
 } // namespace
 } // namespace vellums::tests

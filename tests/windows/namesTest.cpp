@@ -160,7 +160,7 @@ TEST_P(NamesTest, EveryControlHasAName)
     program.run([&] { CoRevokeClassObject(cookie); });
 }
 
-INSTANTIATE_TEST_SUITE_P(InBothLanguages, NamesTest, testing::Bool(), languageOf);
+INSTANTIATE_TEST_SUITE_P(InBothLanguages, NamesTest, languagesHere(), languageOf);
 
 } // namespace
 } // namespace vellums::tests

@@ -27,7 +27,7 @@ protected:
     const std::u16string table = say(u"Memo", u"笔记");
 };
 
-INSTANTIATE_TEST_SUITE_P(InBothLanguages, NotebookTest, testing::Bool(), languageOf);
+INSTANTIATE_TEST_SUITE_P(InBothLanguages, NotebookTest, languagesHere(), languageOf);
 
 // Start in an empty folder, add, edit, save, search, delete, restart: everything is found again.
 TEST_P(NotebookTest, KeepsWhatIsTypedFromTheFirstStartOn)

@@ -156,7 +156,7 @@ TEST_P(TextMenuTest, PasteAndGoAndResetAreEnterAndEsc)
     EXPECT_EQ(program.text(ID_txtShowWrap), u"中文😀 apple pie");
 }
 
-INSTANTIATE_TEST_SUITE_P(InBothLanguages, TextMenuTest, testing::Bool(), languageOf);
+INSTANTIATE_TEST_SUITE_P(InBothLanguages, TextMenuTest, languagesHere(), languageOf);
 
 } // namespace
 } // namespace vellums::tests

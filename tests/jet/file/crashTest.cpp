@@ -2,6 +2,7 @@
 #include "jet/file/pageFile.h"
 #include "tests/support/bareFile.h"
 #include "tests/support/crashingDisk.h"
+#include "tests/support/sanitized.h"
 #include "tests/support/smallMemory.h"
 #include "tests/support/temporaryFolder.h"
 
@@ -120,7 +121,7 @@ TEST_P(CrashTest, AStatementOfAnySizeIsAllOrNothing)
         ASSERT_NE(after, before);
         bool finished = false;
         for (int stop = 0; !finished; ++stop) {
-            for (unsigned seed = 0; seed < 5; ++seed) {
+            for (unsigned seed = 0; seed < (tests::kSanitized ? 1u : 5u); ++seed) {
                 restore();
                 CrashingDisk disk(path);
                 disk.stopAfter(stop);
@@ -166,7 +167,7 @@ TEST_P(CrashTest, TheNextStatementSpoilsNothing)
     }
     for (int stop = all - 3; stop <= all; ++stop) // from behind the sync of the database on
         for (int next = 0; next < 6; ++next)
-            for (unsigned seed = 0; seed < 12; ++seed) {
+            for (unsigned seed = 0; seed < (tests::kSanitized ? 2u : 12u); ++seed) {
                 restore();
                 CrashingDisk disk(path);
                 disk.stopAfter(stop);
