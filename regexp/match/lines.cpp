@@ -15,6 +15,7 @@
 #include "regexp/parse/beginnings.h"
 
 #include <algorithm>
+#include <cassert>
 
 namespace vellums::regexp {
 namespace {
@@ -173,6 +174,7 @@ std::size_t LineSearch::nextRun(std::u16string_view text, std::size_t place) con
 {
     if (fewest_ == 1)
         return units_->next(text, place);
+    assert(place <= text.size());
     while (fewest_ <= text.size() - place) {
         const std::size_t probe = place + fewest_ - 1;
         std::size_t first = probe + 1;

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cassert>
 
 #ifdef __SSE2__
 #include <emmintrin.h>
@@ -71,8 +72,10 @@ LiteralScan::LiteralScan(std::vector<std::u16string> literals, bool ignoreCase)
     : literals_(std::move(literals))
     , fold_(ignoreCase ? foldTable() : nullptr)
 {
-    for (const std::u16string& literal : literals_)
+    for (const std::u16string& literal : literals_) {
+        assert(!literal.empty());
         usable_ = usable_ && addProbe(literal);
+    }
     usable_ = usable_ && !literals_.empty();
 }
 
@@ -143,7 +146,7 @@ LiteralScan::Hit LiteralScan::next(std::u16string_view text, std::size_t from) c
         return _mm_cmpeq_epi16(_mm_or_si128(units, lane.bits[k]), lane.value[k]);
     };
     if (count == 1 && probes_.size() == 1) {
-        // Passes over what has neither unit, sixteen places at a time.
+        // Passes over places that do not have both units, sixteen at a time.
         const Lanes lane = lanes[0];
         while (place + 2 * kLanes + reach_ <= text.size()) {
             const __m128i a = _mm_and_si128(fits(lane, 0, place), fits(lane, 1, place));

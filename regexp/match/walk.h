@@ -27,7 +27,7 @@ private:
     static constexpr std::size_t kRemembered = 1024;
 
     // What was once found: from `at`, with this left neighbour and state, the way leads to `result`.
-    // Where instructions are few every step has an entry of its own, beside the automaton's table.
+    // Where few places begin steps every step has an entry of its own, beside the automaton's table.
     struct Step {
         Place at = kAccepted;
         State state = 0;
@@ -49,10 +49,10 @@ private:
     void push(Place place, std::uint32_t fresh) { ways_.push_back({place, fresh}); }
 
     const Program& program_;
-    std::size_t width_ = 0;             // 0: instructions are many
+    std::size_t width_ = 0;             // 0: too many places begin steps
     std::vector<std::uint32_t> column_; // by instruction: where its steps stand in a row
     std::vector<Place> table_;          // by state and column and left neighbour; kUnknown at first
-    std::vector<Step> steps_;           // where instructions are many
+    std::vector<Step> steps_;           // where too many places begin steps
     std::size_t generation_ = 0;
     std::vector<Way> ways_;
     std::vector<std::uint32_t> firstSeen_; // by instruction: where its marks in seenAt_ begin

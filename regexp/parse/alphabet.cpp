@@ -49,6 +49,8 @@ void Alphabet::tellApart(const std::vector<UnitSet>& sets)
         std::unordered_map<std::uint32_t, std::uint32_t> renamed;
         for (const UnitRange& range : parts.ranges()) {
             const std::size_t end = placeOf(borders, range.last + 1);
+            // One new name for each old one that is met in the set: what was one class stays one, inside and
+            // outside.
             for (std::size_t i = placeOf(borders, range.first); i < end; ++i)
                 classes[i] = renamed.try_emplace(classes[i], count + renamed.size()).first->second;
         }

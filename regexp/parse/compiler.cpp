@@ -2,9 +2,10 @@
 // Only the Split of a loop is made before what it leads to, and is completed afterwards.
 //
 // Counts are written out: x{2,4} becomes x x (x (x)?)?, both optional passes going on at the same place when
-// they are skipped; x{2,} becomes x x x*. A text of n units cannot tell more than n passes apart, as all that
-// are beyond the fewest take something; so counts are cut to the longest text that is expected, and the
-// pattern is compiled anew if a longer one comes. What is still too large is refused with number 7.
+// they are skipped; x{2,} becomes x x x*. A text of n units cannot tell more than n passes apart: those
+// beyond the fewest take something each, and of more than n that must be there the rest take nothing. So
+// counts are cut to the longest text that is expected, and the pattern is compiled anew if a longer one
+// comes. What is still too large is refused with number 7.
 //
 // A program is read in two ways. Forwards, `next` is preferred to `other`. Backwards, the tables `before` and
 // `unitsBefore` lead from an instruction to those that lead to it. Only this second reading goes through the

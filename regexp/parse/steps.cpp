@@ -1,3 +1,10 @@
+// The tree is laid out from left to right; the first node that is more than a row of units (alternatives,
+// look-aheads, repeats of more than one unit) ends the attempt. Then every run whose length is open is held
+// against what may follow it. If that could begin with one of the run's own units, taking fewer might lead to
+// a match where taking all does not, and the pattern leaves a choice. The sets alone decide, so the answer is
+// sometimes too careful; then nothing is lost but speed, as the automaton takes any pattern.
+//
+// Each run is compared with the steps behind it, at most kMostSteps times kMostSteps comparisons in all.
 #include "regexp/parse/steps.h"
 
 #include "regexp/parse/beginnings.h"

@@ -1,14 +1,22 @@
+// A set is kept as its ranges, sorted, apart from each other and with a gap between any two, so that equal
+// sets are equal lists and can be sorted and looked up as such. Sets of patterns have few ranges, and every
+// operation goes through them once. Where units are looked up one by one, as in a scan, whoever does so makes
+// a table of the set for itself.
 #include "regexp/parse/units.h"
 
 #include "text/capitalLetters.h"
 
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <map>
 
 namespace vellums::regexp {
 namespace {
 
+// The table maps every unit to its capital letter, or to itself; a capital letter maps to itself, so folding
+// twice is folding once. Up to four units share a form: the micro sign, the small and the capital letter mu
+// are three with one.
 struct Folding {
     std::array<char16_t, kUnits> to{};
     std::map<char16_t, std::vector<char16_t>> groups; // folded form -> its units, where more than one
@@ -59,6 +67,7 @@ UnitSet::UnitSet(std::vector<UnitRange> ranges)
 {
     std::sort(ranges.begin(), ranges.end());
     for (const UnitRange& range : ranges) {
+        assert(range.first <= range.last && range.last < kUnits);
         if (!ranges_.empty() && range.first <= ranges_.back().last + 1)
             ranges_.back().last = std::max(ranges_.back().last, range.last);
         else
