@@ -75,8 +75,8 @@ Sizes compact(const Notebook& notebook, const std::u16string& file)
     const auto before = platform::fileSize(file);
     if (!before)
         throw platform::FileError{platform::FileFault::NotFound, 0};
-    // A database that is marked read-only could not be replaced. The marks go before the copy is made, so
-    // that a failure here changes nothing else.
+    // A database that is marked read-only could not be replaced. Whether the marks could be cleared shows
+    // when it is.
     platform::clearAttributes(file);
     const PassingFile compacted(platform::inFolder(notebook.appDir, u"temp.cdb"));
     notebook.provider->compact(file, compacted.path());

@@ -1,7 +1,8 @@
 // A connection string is not parsed as the list of properties that it is. What is looked for stands behind
-// "Data Source=" and ends at the first known extension that is followed by ";" or by the end: so a path may
-// itself hold ";" or any extension in the middle, and strings of any provider are understood. Where no such
-// extension follows, what stands there is a server, up to the next ";".
+// "Data Source=" and ends with a known extension that is followed by ";" or by the end, the extensions being
+// tried in the order of the list: so a path may itself hold ";" or an extension in the middle, and strings of
+// any provider are understood. Where no such extension follows, what stands there is a server, up to the next
+// ";".
 #include "store/connectionString.h"
 
 #include "platform/files.h"

@@ -16,6 +16,7 @@ std::u16string joined(const std::vector<std::u16string>& names, std::u16string_v
     return all;
 }
 
+// System tables, links to other files and stored queries have types of their own.
 std::vector<std::u16string> ordinaryTables(Connection& connection)
 {
     std::vector<std::u16string> names;

@@ -1,3 +1,7 @@
+// The SQL of Access files cannot rename a table, so renaming is copying and dropping (replaceTable), in a
+// batch where the provider has such: then both happen or neither. Names are checked before the provider sees
+// them, as providers differ in what they let pass; the same name in another letter case is the same to all of
+// them.
 #include "store/tableChanges.h"
 
 #include "jet/catalogue/objectName.h"

@@ -1,3 +1,6 @@
+// A table is described in full before it is appended to the catalogue, which is the call that has the engine
+// make it. The connection that creation leaves in the catalogue holds the file open and is closed on every
+// way out.
 #include "store/ado/adoxCreation.h"
 
 #include "platform/files.h"
