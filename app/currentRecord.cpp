@@ -132,9 +132,10 @@ CurrentRecord::Saving CurrentRecord::save()
     return Saving::Saved;
 }
 
-// Adds what the boxes hold as a new record, where the record before came from. What can throw comes before
-// the statement; once it has been carried out, the record is remembered first and shown afterwards, so that a
-// failure in between cannot have the next save add it a second time.
+// Adds what the boxes hold as a new record: to the current table or, where they show a record that is gone,
+// to the table it came from. What can throw comes before the statement; once that has been carried out, the
+// record is remembered first and shown afterwards, so that a failure in between cannot have the next save add
+// it a second time.
 bool CurrentRecord::add(const RecordTexts& texts)
 {
     NewRecord record;

@@ -280,6 +280,7 @@ ChangedRecords RecordCommands::deleteRecords(const std::vector<std::int32_t>& id
 bool RecordCommands::takeFromList(const std::set<std::int32_t>& ids, bool afterFailure)
 {
     const std::vector<int> gone = entriesOf(ids);
+    assert(std::is_sorted(gone.begin(), gone.end()));
     window_.lstHeads.remove(gone);
     if (afterFailure && !ids.contains(current_.id())) {
         showRecordOf(current_.id());
