@@ -7,8 +7,9 @@
 namespace vellums {
 
 // Lists every occurrence of the find box's text, a regular expression without regard to case, shows the
-// list, selects the first and reports their number. Where nothing is found the list stays empty, not
-// enabled, and is not shown; why an expression could not be searched for is told by the find box's tip.
+// list, selects the first and reports their number. Where nothing is found the list is empty and not enabled;
+// it is not shown then, but one that was shown before stays so. Why an expression could not be searched for,
+// or not to the end of the text, is told by the find box's tip; what was found by then is in the list.
 void doInlineSearch(const Notebook& notebook, WindowPorts& window);
 
 // Selects in the text what the selected entry of the list stands for, and gives the text the focus.
