@@ -7,8 +7,18 @@ namespace {
 
 constexpr char16_t kReplacement = 0xFFFD;
 
-// The range of a second byte depends on the first: no overlong forms, no surrogates, nothing above
-// U+10FFFF.
+// The second byte is where ill-formed sequences are told: its range depends on the first.
+//
+//   first byte     bytes   second byte
+//   C2 ... DF        2     80 ... BF
+//   E0               3     A0 ... BF   no overlong forms
+//   ED               3     80 ... 9F   no surrogates
+//   E1 ... EF        3     80 ... BF   but for ED
+//   F0               4     90 ... BF   no overlong forms
+//   F1 ... F3        4     80 ... BF
+//   F4               4     80 ... 8F   nothing above U+10FFFF
+//
+// Every byte after that is 80 ... BF.
 bool goodSecond(unsigned lead, unsigned second)
 {
     switch (lead) {
