@@ -12,6 +12,7 @@
 namespace vellums::cli {
 namespace {
 
+// A table that cannot be read is none, and the list goes on.
 bool isSnippetTableOf(Connection& connection, const std::u16string& table)
 {
     try {
@@ -92,6 +93,7 @@ void runCheck(const Arguments& arguments)
     const Session session(arguments.values[0]);
     const auto connection = session.open();
     const auto faults = asProvider([&] { return connection->database().check(); });
+    // The faults are the result and go to standard output; that there are any is the failure.
     for (const std::u16string& fault : faults)
         printFields({fault});
     if (!faults.empty())

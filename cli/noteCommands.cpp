@@ -57,6 +57,7 @@ void printAll(Recordset& rows)
 
 std::u16string readText(const std::u16string& path)
 {
+    // The reader gives an empty text for a missing file as for an empty one; opening it tells them apart.
     if (!platform::SharedFile::open(path, platform::SharedFile::Mode::Read))
         throw Failure{u"File can't be read: " + path};
     formats::Encoding encoding = formats::Encoding::Detect;
@@ -140,6 +141,8 @@ void runDigest(const Arguments& arguments)
 
 void runFind(const Arguments& arguments)
 {
+    // A pattern that is none has no result at all and is a failed operation; a search that ended early has
+    // one.
     constexpr std::int32_t kFirstOfBadPatterns = 5016;
     constexpr std::int32_t kNestedTooDeeply = 28;
     const Occurrences found = findOccurrences(readText(arguments.values[0]), arguments.values[1]);

@@ -31,6 +31,7 @@ bool TerminalProgress::step(std::size_t done, std::size_t total)
 
 void TerminalProgress::clear() noexcept
 {
+    // Blanks over the line, and the cursor back at its start, where whatever comes next is printed.
     if (const std::size_t length = std::exchange(shownLength_, 0); length != 0)
         std::fprintf(stderr, "\r%*s\r", static_cast<int>(length), "");
 }

@@ -34,6 +34,7 @@ void MaintenanceCommands::compactData()
         const LongWork work(window_.progress, notebook_.say(u"Compacting", u"正在压缩"));
         result = compactDatabase(notebook_, file);
     }
+    // The report waits for an answer, so it comes when the work is over and the boxes are open again.
     window_.dialogs.tell(result.report, result.done);
 }
 
