@@ -26,6 +26,7 @@ struct FolderListing::Search {
 FolderListing::FolderListing(const std::u16string& folder)
     : search_(std::make_unique<Search>())
 {
+    // A folder whose name the code page cannot hold counts as missing, on every system alike.
     if (toAnsiExact(folder))
         search_->raw = ::opendir(systemPath(folder).c_str());
     else

@@ -1,3 +1,10 @@
+// A call by name takes three things from us: the number of the name, which an object tells (idOf asks each
+// object once for each name); the arguments in an array, last first; and a record for an exception, whose
+// texts are ours to free, whatever happens.
+//
+// A refusal comes in one of two forms. Either the object fills in the exception, and its sentence and number
+// travel on; or the call gives a bare code, and the system is asked for a sentence. Err.Number is the low
+// half of a code in the block 800A0000, which is meant for it, and the whole code otherwise (errNumber).
 #include "platform/win32/comObject.h"
 
 #include "platform/win32/systemPath.h"

@@ -153,6 +153,7 @@ File::View File::view() const
     const std::uint64_t length = size();
     if (length == 0)
         return view;
+    // Two objects for one view, the mapping and where it is seen; both are given back by release().
     view.handle_ = CreateFileMappingW(handle_->get(), nullptr, PAGE_READONLY, 0, 0, nullptr);
     if (view.handle_ == nullptr)
         fail(GetLastError());
@@ -223,6 +224,7 @@ void moveFlushed(const std::u16string& from, const std::u16string& to, DWORD how
     constexpr int kAttempts = 10;
     constexpr DWORD kPauseMs = 20;
     for (int attempt = 1;; ++attempt) {
+        // Write-through: the call comes back when the new name is on the disk.
         if (MoveFileExW(source.c_str(), target.c_str(), how | MOVEFILE_WRITE_THROUGH))
             return;
         const DWORD code = GetLastError();

@@ -65,6 +65,7 @@ RegistryText readRegistry(
     const std::wstring wideName = toWide(name);
     std::wstring text;
     for (DWORD bytes = 256;;) {
+        // One unit more: a value of another kind may have an odd number of bytes.
         text.resize(bytes / sizeof(wchar_t) + 1);
         DWORD kind = 0;
         DWORD size = bytes;
