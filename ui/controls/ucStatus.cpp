@@ -25,6 +25,7 @@ COLORREF colourOf(std::uint32_t colour)
     return (colour & kSystemColour) != 0 ? GetSysColor(static_cast<int>(colour & 0xFF)) : colour;
 }
 
+// 1 Shift, 2 Ctrl, 4 Alt: the sum that handlers of such events expect.
 int shiftState(WPARAM keys)
 {
     return ((keys & MK_SHIFT) != 0 ? 1 : 0) | ((keys & MK_CONTROL) != 0 ? 2 : 0) |
@@ -52,6 +53,7 @@ OwnedFont fontOf(const std::u16string& text)
     return OwnedFont(CreateFontIndirectW(&description));
 }
 
+// Digits alone; anything else, or a number beyond 32 bits, gives the default.
 std::uint32_t numberIn(const PropertyBag& bag, const std::u16string& name, std::uint32_t defaultValue)
 {
     const auto found = bag.find(name);
@@ -237,6 +239,7 @@ LRESULT CALLBACK ucStatus::panelProc(HWND window, UINT message, WPARAM wParam, L
         SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(created->lpCreateParams));
         static_cast<ucStatus*>(created->lpCreateParams)->hwnd_ = window;
     }
+    // Messages come before WM_NCCREATE as well.
     auto* panel = reinterpret_cast<ucStatus*>(GetWindowLongPtrW(window, GWLP_USERDATA));
     if (panel == nullptr)
         return DefWindowProcW(window, message, wParam, lParam);
