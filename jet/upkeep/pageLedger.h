@@ -1,6 +1,8 @@
 // Who owns which page, and what is wrong with the file: what the parts of the checker write into.
 #pragma once
 
+#include "jet/file/pageFile.h"
+
 #include <string>
 #include <vector>
 
