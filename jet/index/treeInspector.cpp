@@ -11,6 +11,7 @@
 #include "jet/file/usageMap.h"
 #include "jet/index/bTree.h"
 #include "jet/index/indexPage.h"
+#include "text/decimal.h"
 
 #include <algorithm>
 #include <optional>
@@ -19,11 +20,7 @@
 namespace vellums::jet {
 namespace {
 
-std::u16string decimal(std::size_t number)
-{
-    const std::string digits = std::to_string(number);
-    return {digits.begin(), digits.end()};
-}
+using text::decimal;
 
 class Inspector {
 public:

@@ -14,12 +14,6 @@ const char16_t* const kMaps = u"usage maps";
 
 } // namespace
 
-std::u16string decimal(std::int64_t number)
-{
-    const std::string digits = std::to_string(number);
-    return {digits.begin(), digits.end()};
-}
-
 std::u16string placeText(RowRef place)
 {
     return u"page " + decimal(place.page) + u", row " + decimal(place.row);

@@ -2,13 +2,14 @@
 #pragma once
 
 #include "jet/file/pageFile.h"
+#include "text/decimal.h"
 
 #include <string>
 #include <vector>
 
 namespace vellums::jet {
 
-std::u16string decimal(std::int64_t number);
+using text::decimal;
 // "page 12, row 3"
 std::u16string placeText(RowRef place);
 

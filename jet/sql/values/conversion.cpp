@@ -161,18 +161,10 @@ Value toSingle(const Value& value)
 
 Value toDate(const Value& value)
 {
-    if (std::holds_alternative<Date>(value))
-        return value;
-    if (const auto* text = std::get_if<std::u16string>(&value)) {
-        const std::optional<Date> date = readDateText(*text);
-        if (!date)
-            throwTypeMismatch();
-        return *date;
-    }
-    const double days = numberOf(value);
-    if (!isDateInRange(days))
+    const std::optional<Date> date = dateOf(value);
+    if (!date)
         throwOverflow();
-    return Date{days};
+    return *date;
 }
 
 Value toGuid(const Value& value)
@@ -287,6 +279,20 @@ std::optional<std::int32_t> roundedLong(double number)
             whole <= std::numeric_limits<std::int32_t>::max()))
         return std::nullopt;
     return static_cast<std::int32_t>(whole);
+}
+
+std::optional<Date> dateOf(const Value& value)
+{
+    if (const auto* date = std::get_if<Date>(&value))
+        return *date;
+    if (const auto* text = std::get_if<std::u16string>(&value)) {
+        const std::optional<Date> read = readDateText(*text);
+        if (!read)
+            throwTypeMismatch();
+        return read;
+    }
+    const double days = numberOf(value);
+    return isDateInRange(days) ? std::optional(Date{days}) : std::nullopt;
 }
 
 Value coerceFor(const Column& column, Value value)

@@ -26,6 +26,10 @@ std::optional<double> readNumber(std::u16string_view text);
 // Rounded to a whole number, halves to the even one; nullopt outside of 32 bits.
 std::optional<std::int32_t> roundedLong(double number);
 
+// As date columns and CDATE take it. Nothing: a number outside the years 100 to 9999. Throws (mismatch) for
+// what is no date at all.
+std::optional<Date> dateOf(const Value& value);
+
 // The value as the column holds it. Throws Error: mismatch, overflow. Lengths, NULL and empty texts are
 // the table's affair.
 Value coerceFor(const Column& column, Value value);

@@ -78,18 +78,10 @@ Value trimmed(Function function, const std::u16string& text)
 // As a date column takes values, but for what is out of range: a mismatch here, an overflow there.
 Value cDate(const Value& value)
 {
-    if (std::holds_alternative<Date>(value))
-        return value;
-    if (const auto* text = std::get_if<std::u16string>(&value)) {
-        const std::optional<Date> date = readDateText(*text);
-        if (!date)
-            throwTypeMismatch();
-        return *date;
-    }
-    const double days = numberOf(value);
-    if (!isDateInRange(days))
+    const std::optional<Date> date = dateOf(value);
+    if (!date)
         throwTypeMismatch();
-    return Date{days};
+    return *date;
 }
 
 bool isDate(const Value& value)
