@@ -12,7 +12,7 @@ namespace vellums::ui::modMouseWheel {
 // each wheel message.
 using SizeCommand = std::function<void(int)>;
 
-// One window at a time.
+// Replaces the window's procedure until unhook(), which puts the one before back. One window at a time.
 void hook(HWND window, SizeCommand clickmnusizes);
 void unhook(HWND window);
 
