@@ -5,7 +5,7 @@
 #include "app/tableCommands.h"
 
 #include "app/headingList.h"
-#include "app/settings.h"
+#include "app/start/settings.h"
 #include "platform/files.h"
 #include "store/connectionString.h"
 #include "store/modCreateDB.h"

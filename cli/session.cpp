@@ -1,6 +1,6 @@
 #include "cli/session.h"
 
-#include "app/settings.h"
+#include "app/start/settings.h"
 #include "cli/output.h"
 #include "platform/files.h"
 #include "platform/programPath.h"

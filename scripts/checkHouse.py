@@ -12,10 +12,12 @@ import subprocess
 import sys
 import tempfile
 
-# From top to bottom; "" is the whole house.
+# From top to bottom; "" is the whole house. A folder's own files lie above its rooms, or where "." stands.
 FLOORS = {
     "": [["cli", "ui"], ["io"], ["maint"], ["search"], ["app"], ["ports"], ["store"], ["jet", "formats", "regexp"], ["platform"], ["text"]],
     "ui": [["main"], ["dialogs"], ["controls"], ["windows"], ["ids.h"]],
+    "app": [["start"]],
+    "store": [["records"], ["databases"], ["ado", "embedded"], ["."]],
     "jet": [["sql"], ["upkeep"], ["catalogue"], ["table"], ["index"], ["file"]],
     "jet/sql": [["run"], ["parse"], ["values"]],
     "regexp": [["match"], ["parse"]],
@@ -32,10 +34,11 @@ def stem(path):
 
 
 def floor_of(path, folder):
-    """The floor of the folder that the path lies on, from 0; -1 for the folder's own files."""
+    """The floor of the folder that the path lies on, from 0 (-1 above all rooms), and its room."""
     part = path[len(folder) + 1 if folder else 0:].split("/")
-    floors = [number for number, rooms in enumerate(FLOORS[folder]) if part[0] in rooms]
-    return (floors[0] if floors else -1), part[0]
+    room = part[0] if len(part) > 1 or any(part[0] in rooms for rooms in FLOORS[folder]) else "."
+    floors = [number for number, rooms in enumerate(FLOORS[folder]) if room in rooms]
+    return (floors[0] if floors else -1), room
 
 
 def goes_up(path, target):
@@ -139,6 +142,9 @@ def self_test():
         "jet/sql/run/m.h": '#pragma once\n#include "regexp/regExp.h"\n',
         "regexp/parse/n.h": '#pragma once\n#include "regexp/match/walk.h"\n',
         "formats/o.h": '#pragma once\n#include "jet/database.h"\n',
+        "app/start/q.h": '#pragma once\n#include "app/gate.h"\n',
+        "store/databases/r.h": '#pragma once\n#include "store/records/records.h"\n',
+        "store/s.h": '#pragma once\n#include "store/databases/schema.h"\n',
         "text/p.h": '#pragma once\n#include "platform/files.h"\n',
         "app/f.h": "#pragma once\n#include <windows.h>\n",
         "app/g.cpp": "#ifdef _WIN32\n#endif\n",

@@ -1,6 +1,6 @@
 #include "search/searchBoxes.h"
 
-#include "app/settings.h"
+#include "app/start/settings.h"
 #include "search/findInText.h"
 #include "search/inlineSearch.h"
 #include "search/searchFields.h"

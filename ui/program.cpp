@@ -1,8 +1,8 @@
 // The window program. What is made first goes last: OLE outlives the providers, these the notebook that
 // points to one of them, and the notebook the window.
-#include "app/commandLine.h"
-#include "app/engines.h"
-#include "app/startUp.h"
+#include "app/start/commandLine.h"
+#include "app/start/engines.h"
+#include "app/start/startUp.h"
 #include "platform/entryPoint.h"
 #include "platform/files.h"
 #include "platform/programPath.h"

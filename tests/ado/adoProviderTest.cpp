@@ -1,8 +1,8 @@
 #include "store/ado/adoProvider.h"
 
-#include "app/engines.h"
-#include "app/settings.h"
-#include "app/startUp.h"
+#include "app/start/engines.h"
+#include "app/start/settings.h"
+#include "app/start/startUp.h"
 #include "platform/files.h"
 #include "platform/registry.h"
 #include "store/accessFile.h"

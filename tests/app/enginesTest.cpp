@@ -1,6 +1,6 @@
-#include "app/engines.h"
+#include "app/start/engines.h"
 
-#include "app/settings.h"
+#include "app/start/settings.h"
 #include "tests/support/shownLines.h"
 #include "tests/support/temporaryFolder.h"
 #include "text/unicode.h"

@@ -1,8 +1,8 @@
-#include "app/startUp.h"
+#include "app/start/startUp.h"
 
-#include "app/commandLine.h"
-#include "app/language.h"
-#include "app/settings.h"
+#include "app/start/commandLine.h"
+#include "app/start/language.h"
+#include "app/start/settings.h"
 #include "platform/files.h"
 #include "platform/profile.h"
 #include "store/connectionString.h"

@@ -1,6 +1,6 @@
 #include "maint/delDupRec.h"
 
-#include "app/settings.h"
+#include "app/start/settings.h"
 #include "platform/files.h"
 #include "store/safetyCopy.h"
 #include "tests/support/testNotebook.h"

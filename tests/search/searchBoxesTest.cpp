@@ -1,6 +1,6 @@
 #include "search/searchBoxes.h"
 
-#include "app/settings.h"
+#include "app/start/settings.h"
 #include "tests/search/boxesFixture.h"
 #include "tests/support/failingProvider.h"
 

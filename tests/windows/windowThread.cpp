@@ -1,7 +1,7 @@
 #include "tests/windows/windowThread.h"
 
-#include "app/engines.h"
-#include "app/startUp.h"
+#include "app/start/engines.h"
+#include "app/start/startUp.h"
 #include "ui/main/frmMain.h"
 
 #include <atomic>

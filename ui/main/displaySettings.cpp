@@ -7,7 +7,7 @@
 // wants exactly these in high contrast cannot have them, but nobody is left with a text that cannot be read.
 #include "ui/main/displaySettings.h"
 
-#include "app/settings.h"
+#include "app/start/settings.h"
 #include "platform/codePage.h"
 #include "ui/ids.h"
 #include "ui/windows/border.h"

@@ -1,7 +1,7 @@
 // Font, size and colours of the record text: the lists to choose from, their menus, the settings file.
 #pragma once
 
-#include "app/settings.h"
+#include "app/start/settings.h"
 #include "ui/controls/recordText.h"
 #include "ui/main/menus.h"
 

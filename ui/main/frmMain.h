@@ -2,8 +2,8 @@
 // gate; no rule of the notebook lives here.
 #pragma once
 
-#include "app/commandLine.h"
 #include "app/gate.h"
+#include "app/start/commandLine.h"
 #include "ports/windowPorts.h"
 #include "search/instantSearch.h"
 #include "ui/controls/editBox.h"

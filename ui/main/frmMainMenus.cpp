@@ -1,7 +1,7 @@
 // What the menus and the tool items do.
 #include "ui/main/frmMain.h"
 
-#include "app/settings.h"
+#include "app/start/settings.h"
 #include "platform/files.h"
 #include "ui/ids.h"
 #include "ui/main/menuTable.h"

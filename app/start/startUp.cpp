@@ -5,10 +5,10 @@
 // A stored database is looked for in the stored data folder and then beside the program, which is where it is
 // after the whole folder was carried to another machine under another path. The folder in which it was found
 // becomes the data folder. Only where it is in neither does the first database beside the program serve.
-#include "app/startUp.h"
+#include "app/start/startUp.h"
 
-#include "app/language.h"
-#include "app/settings.h"
+#include "app/start/language.h"
+#include "app/start/settings.h"
 #include "platform/files.h"
 #include "store/accessFile.h"
 #include "store/connectionString.h"

@@ -1,6 +1,6 @@
-#include "app/language.h"
+#include "app/start/language.h"
 
-#include "app/settings.h"
+#include "app/start/settings.h"
 #include "platform/registry.h"
 
 namespace vellums {

@@ -1,6 +1,6 @@
-#include "app/engines.h"
+#include "app/start/engines.h"
 
-#include "app/settings.h"
+#include "app/start/settings.h"
 #include "platform/registry.h"
 #include "text/letterCase.h"
 

@@ -1,4 +1,4 @@
-#include "app/settings.h"
+#include "app/start/settings.h"
 
 #include "platform/profile.h"
 #include "text/decimal.h"

@@ -1,4 +1,4 @@
-#include "app/commandLine.h"
+#include "app/start/commandLine.h"
 
 #include "text/letterCase.h"
 #include "text/pieces.h"
