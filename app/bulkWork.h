@@ -4,7 +4,7 @@
 
 #include "ports/dialogs.h"
 #include "ports/progress.h"
-#include "store/bulkAct.h"
+#include "store/records/bulkAct.h"
 
 #include <string>
 #include <string_view>

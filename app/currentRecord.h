@@ -3,7 +3,7 @@
 
 #include "app/unsavedText.h"
 #include "ports/windowPorts.h"
-#include "store/records.h"
+#include "store/records/records.h"
 
 #include <cstdint>
 

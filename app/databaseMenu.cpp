@@ -1,9 +1,9 @@
 #include "app/databaseMenu.h"
 
 #include "platform/files.h"
-#include "store/accessFile.h"
 #include "store/connectionString.h"
-#include "store/schema.h"
+#include "store/databases/accessFile.h"
+#include "store/databases/schema.h"
 #include "text/letterCase.h"
 #include "text/path.h"
 #include "text/pieces.h"

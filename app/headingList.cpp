@@ -1,7 +1,7 @@
 #include "app/headingList.h"
 
 #include "store/connectionString.h"
-#include "store/headingQuery.h"
+#include "store/records/headingQuery.h"
 #include "text/decimal.h"
 
 namespace vellums {

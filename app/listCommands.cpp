@@ -1,7 +1,7 @@
 #include "app/listCommands.h"
 
 #include "app/bulkWork.h"
-#include "store/records.h"
+#include "store/records/records.h"
 #include "text/decimal.h"
 
 namespace vellums {

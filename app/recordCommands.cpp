@@ -14,7 +14,7 @@
 #include "app/clipboardText.h"
 #include "app/headingList.h"
 #include "platform/files.h"
-#include "store/headingQuery.h"
+#include "store/records/headingQuery.h"
 #include "text/decimal.h"
 #include "text/titles.h"
 

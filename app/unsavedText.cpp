@@ -6,7 +6,7 @@
 
 #include "app/boxText.h"
 #include "platform/files.h"
-#include "store/records.h"
+#include "store/records/records.h"
 #include "text/clsMD5.h"
 #include "text/decimal.h"
 #include "text/unicode.h"

@@ -10,7 +10,7 @@
 #include "platform/win32/comObject.h"
 #include "store/ado/adoProvider.h"
 #include "store/embedded/embeddedProvider.h"
-#include "store/headingQuery.h"
+#include "store/records/headingQuery.h"
 #include "tests/ado/registration.h"
 #include "text/decimal.h"
 #include "text/unicode.h"

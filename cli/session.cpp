@@ -4,8 +4,8 @@
 #include "cli/output.h"
 #include "platform/files.h"
 #include "platform/programPath.h"
+#include "store/databases/schema.h"
 #include "store/embedded/embeddedProvider.h"
-#include "store/schema.h"
 #include "text/path.h"
 
 namespace vellums::cli {

@@ -4,7 +4,7 @@
 
 #include "platform/terminal.h"
 #include "ports/progress.h"
-#include "store/bulkAct.h"
+#include "store/records/bulkAct.h"
 
 #include <cstdint>
 #include <string>

@@ -7,10 +7,10 @@
 
 #include "platform/sharedFile.h"
 #include "ports/dialogs.h"
-#include "store/batches.h"
-#include "store/bulkAct.h"
 #include "store/notebook.h"
-#include "store/records.h"
+#include "store/records/batches.h"
+#include "store/records/bulkAct.h"
+#include "store/records/records.h"
 
 #include <functional>
 #include <string>

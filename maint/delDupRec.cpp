@@ -4,7 +4,7 @@
 // come first and form no group, as nothing says that their texts are alike.
 #include "maint/delDupRec.h"
 
-#include "store/records.h"
+#include "store/records/records.h"
 #include "text/decimal.h"
 
 #include <cstdio>

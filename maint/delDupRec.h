@@ -1,7 +1,7 @@
 // Removal of duplicates: records of the current table that have the digest of an earlier one.
 #pragma once
 
-#include "store/bulkAct.h"
+#include "store/records/bulkAct.h"
 
 #include <cstddef>
 #include <functional>

@@ -2,8 +2,8 @@
 
 #include "app/bulkWork.h"
 #include "maint/delDupRec.h"
-#include "store/compaction.h"
 #include "store/connectionString.h"
+#include "store/databases/compaction.h"
 
 namespace vellums {
 

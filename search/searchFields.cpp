@@ -1,6 +1,6 @@
 #include "search/searchFields.h"
 
-#include "store/schema.h"
+#include "store/databases/schema.h"
 #include "store/snippetTable.h"
 #include "text/decimal.h"
 

@@ -10,10 +10,10 @@
 #include "app/start/language.h"
 #include "app/start/settings.h"
 #include "platform/files.h"
-#include "store/accessFile.h"
 #include "store/connectionString.h"
-#include "store/modCreateDB.h"
-#include "store/schema.h"
+#include "store/databases/accessFile.h"
+#include "store/databases/modCreateDB.h"
+#include "store/databases/schema.h"
 #include "text/path.h"
 
 namespace vellums {

@@ -2,7 +2,7 @@
 
 #include "jet/database.h"
 #include "store/connectionString.h"
-#include "store/records.h"
+#include "store/records/records.h"
 #include "tests/ado/adoFixture.h"
 #include "text/decimal.h"
 #include "text/unicode.h"

@@ -5,10 +5,10 @@
 #include "app/start/startUp.h"
 #include "platform/files.h"
 #include "platform/registry.h"
-#include "store/accessFile.h"
 #include "store/connectionString.h"
-#include "store/records.h"
-#include "store/schema.h"
+#include "store/databases/accessFile.h"
+#include "store/databases/schema.h"
+#include "store/records/records.h"
 #include "tests/ado/adoFixture.h"
 #include "text/unicode.h"
 

@@ -2,7 +2,7 @@
 
 #include "platform/clipboard.h"
 #include "platform/files.h"
-#include "store/records.h"
+#include "store/records/records.h"
 #include "tests/support/failingProvider.h"
 #include "tests/support/windowNotebook.h"
 #include "text/pieces.h"

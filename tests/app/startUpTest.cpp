@@ -6,7 +6,7 @@
 #include "platform/files.h"
 #include "platform/profile.h"
 #include "store/connectionString.h"
-#include "store/schema.h"
+#include "store/databases/schema.h"
 #include "tests/support/client.h"
 #include "tests/support/shownLines.h"
 #include "tests/support/temporaryFolder.h"

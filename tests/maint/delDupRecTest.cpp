@@ -2,7 +2,7 @@
 
 #include "app/start/settings.h"
 #include "platform/files.h"
-#include "store/safetyCopy.h"
+#include "store/databases/safetyCopy.h"
 #include "tests/support/testNotebook.h"
 #include "text/decimal.h"
 

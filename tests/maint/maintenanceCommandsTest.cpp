@@ -1,7 +1,7 @@
 // Maintenance as the window starts it: through the gate.
 #include "maint/maintenanceCommands.h"
 
-#include "store/records.h"
+#include "store/records/records.h"
 #include "tests/support/windowNotebook.h"
 
 #include <gmock/gmock.h>

@@ -1,9 +1,9 @@
-#include "store/bulkAct.h"
+#include "store/records/bulkAct.h"
 
 #include "platform/files.h"
 #include "store/connectionString.h"
-#include "store/records.h"
-#include "store/safetyCopy.h"
+#include "store/databases/safetyCopy.h"
+#include "store/records/records.h"
 #include "tests/support/failingProvider.h"
 #include "tests/support/testNotebook.h"
 #include "text/decimal.h"

@@ -1,8 +1,8 @@
 // The disk stops at every operation of acts on many records, each record a batch of its own.
 #include "maint/delDupRec.h"
-#include "store/batches.h"
 #include "store/embedded/embeddedProvider.h"
-#include "store/records.h"
+#include "store/records/batches.h"
+#include "store/records/records.h"
 #include "tests/support/crashingDisk.h"
 #include "tests/support/testNotebook.h"
 #include "text/decimal.h"

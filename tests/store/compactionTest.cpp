@@ -1,7 +1,7 @@
-#include "store/compaction.h"
+#include "store/databases/compaction.h"
 
 #include "platform/files.h"
-#include "store/records.h"
+#include "store/records/records.h"
 #include "tests/support/testNotebook.h"
 #include "text/unicode.h"
 

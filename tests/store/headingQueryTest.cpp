@@ -1,6 +1,6 @@
-#include "store/headingQuery.h"
+#include "store/records/headingQuery.h"
 
-#include "store/records.h"
+#include "store/records/records.h"
 #include "tests/support/testNotebook.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,4 @@
-#include "store/records.h"
+#include "store/records/records.h"
 
 #include "platform/clock.h"
 #include "platform/files.h"

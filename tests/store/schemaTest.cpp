@@ -1,10 +1,10 @@
-#include "store/schema.h"
+#include "store/databases/schema.h"
 
 #include "jet/catalogue/blankDatabase.h"
 #include "platform/files.h"
-#include "store/accessFile.h"
 #include "store/connectionString.h"
-#include "store/modCreateDB.h"
+#include "store/databases/accessFile.h"
+#include "store/databases/modCreateDB.h"
 #include "tests/support/testNotebook.h"
 
 #include <gmock/gmock.h>

@@ -1,10 +1,10 @@
-#include "store/tableChanges.h"
+#include "store/databases/tableChanges.h"
 
 #include "store/connectionString.h"
+#include "store/databases/modCreateDB.h"
+#include "store/databases/schema.h"
 #include "store/embedded/embeddedProvider.h"
-#include "store/modCreateDB.h"
-#include "store/records.h"
-#include "store/schema.h"
+#include "store/records/records.h"
 #include "tests/support/testNotebook.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,6 @@
 #include "tests/support/windowNotebook.h"
 
-#include "store/records.h"
+#include "store/records/records.h"
 #include "text/decimal.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
-#include "store/modCreateDB.h"
+#include "store/databases/modCreateDB.h"
 
 #include "platform/files.h"
-#include "store/tableChanges.h"
+#include "store/databases/tableChanges.h"
 #include "text/decimal.h"
 #include "text/letterCase.h"
 

@@ -2,11 +2,11 @@
 //
 // Each routine that takes a Notebook opens a connection of its own and ends every failure with one line
 // in the status panel; it tells its caller by its result. The forms that take a Connection throw
-// ProviderError. The routines for several records are bulk acts (store/bulkAct.h).
+// ProviderError. The routines for several records are bulk acts (store/records/bulkAct.h).
 #pragma once
 
-#include "store/bulkAct.h"
 #include "store/notebook.h"
+#include "store/records/bulkAct.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,4 +1,4 @@
-#include "store/accessFile.h"
+#include "store/databases/accessFile.h"
 
 #include "platform/files.h"
 

@@ -1,4 +1,4 @@
-#include "store/fileReason.h"
+#include "store/databases/fileReason.h"
 
 namespace vellums {
 

@@ -1,4 +1,4 @@
-#include "store/batches.h"
+#include "store/records/batches.h"
 
 #include "platform/clock.h"
 

@@ -1,4 +1,4 @@
-#include "store/schema.h"
+#include "store/databases/schema.h"
 
 #include "platform/files.h"
 #include "store/connectionString.h"

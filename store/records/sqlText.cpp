@@ -1,4 +1,4 @@
-#include "store/sqlText.h"
+#include "store/records/sqlText.h"
 
 #include "platform/clock.h"
 #include "text/decimal.h"

@@ -1,6 +1,6 @@
-#include "store/headingQuery.h"
+#include "store/records/headingQuery.h"
 
-#include "store/sqlText.h"
+#include "store/records/sqlText.h"
 #include "text/decimal.h"
 #include "text/pieces.h"
 

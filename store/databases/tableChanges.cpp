@@ -2,7 +2,7 @@
 // batch where the provider has such: then both happen or neither. Names are checked before the provider sees
 // them, as providers differ in what they let pass; the same name in another letter case is the same to all of
 // them.
-#include "store/tableChanges.h"
+#include "store/databases/tableChanges.h"
 
 #include "jet/catalogue/objectName.h"
 #include "jet/file/error.h"

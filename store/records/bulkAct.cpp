@@ -1,9 +1,9 @@
 // The database is opened once before it is copied: that completes or takes back what a crash has left,
 // and a copy of a file with a half-written statement would help nobody. It is copied while nobody has it
 // open, and opened again for the work.
-#include "store/bulkAct.h"
+#include "store/records/bulkAct.h"
 
-#include "store/safetyCopy.h"
+#include "store/databases/safetyCopy.h"
 #include "text/decimal.h"
 
 #include <cassert>

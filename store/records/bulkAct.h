@@ -6,8 +6,8 @@
 // act, and what was lasting before stays.
 #pragma once
 
-#include "store/batches.h"
 #include "store/notebook.h"
+#include "store/records/batches.h"
 
 #include <cstddef>
 #include <functional>

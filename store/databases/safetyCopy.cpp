@@ -1,8 +1,8 @@
-#include "store/safetyCopy.h"
+#include "store/databases/safetyCopy.h"
 
 #include "platform/files.h"
 #include "store/connectionString.h"
-#include "store/fileReason.h"
+#include "store/databases/fileReason.h"
 
 #include <new>
 

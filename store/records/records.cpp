@@ -4,12 +4,12 @@
 // A step that takes several statements is made whole by hand, as not every provider can take statements back:
 // what the first one did is undone when the second one fails (copyRecord), and where even that fails, or
 // cannot be tried, HalfDone has the bulk act give up what is not lasting yet.
-#include "store/records.h"
+#include "store/records/records.h"
 
 #include "platform/clock.h"
 #include "platform/files.h"
+#include "store/records/sqlText.h"
 #include "store/snippetTable.h"
-#include "store/sqlText.h"
 #include "text/clsMD5.h"
 #include "text/decimal.h"
 #include "text/oleDate.h"

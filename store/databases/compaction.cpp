@@ -8,11 +8,11 @@
 // Wherever this ends, the database's name leads to a whole database, the old one or the new one; the two
 // other files are the program's own and are removed on every way out. A temp.cdb of a run that was cut off is
 // removed by the next.
-#include "store/compaction.h"
+#include "store/databases/compaction.h"
 
 #include "platform/files.h"
-#include "store/accessFile.h"
-#include "store/fileReason.h"
+#include "store/databases/accessFile.h"
+#include "store/databases/fileReason.h"
 #include "text/decimal.h"
 #include "text/letterCase.h"
 
