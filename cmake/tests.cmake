@@ -114,7 +114,7 @@ if(WIN32 AND TARGET Vellums)
   target_link_libraries(windows_tests PRIVATE ui ntdll GTest::gmock_main)
   add_dependencies(windows_tests Vellums)
   add_test(NAME windows COMMAND windows_tests)
-  set_tests_properties(windows PROPERTIES TIMEOUT 900 RESOURCE_LOCK "screen;classes"
+  set_tests_properties(windows PROPERTIES TIMEOUT 900 COST 1000 RESOURCE_LOCK "screen;classes"
     PASS_REGULAR_EXPRESSION "\\[  PASSED  \\]" FAIL_REGULAR_EXPRESSION "\\[  FAILED  \\]")
 endif()
 if(TARGET cli_tests)

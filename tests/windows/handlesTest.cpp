@@ -172,6 +172,8 @@ INSTANTIATE_TEST_SUITE_P(Languages, HandlesTest, testing::Values(GetACP() == 936
 TEST_P(HandlesTest, AreTheSameInNumberAfterManyRounds)
 {
     const char* const wanted = std::getenv("VELLUMS_ROUNDS");
+    if (wanted == nullptr && GetACP() == 936)
+        GTEST_SKIP() << "counted in English: the same handles in any language";
     const int rounds = wanted == nullptr ? kShortRounds : std::atoi(wanted);
     ASSERT_TRUE(setClipboard(u"from the clipboard"));
     Program program(folder.executable());

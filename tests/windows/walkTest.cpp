@@ -27,7 +27,7 @@
 namespace vellums::tests {
 namespace {
 
-constexpr int kShortWalk = 30; // VELLUMS_WALK names a longer one
+constexpr int kShortWalk = 20; // VELLUMS_WALK names a longer one
 constexpr unsigned kSeed = 20261125;
 constexpr std::size_t kStepsTold = 60;
 constexpr int kImported = 120;
