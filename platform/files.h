@@ -24,8 +24,8 @@ struct FileError {
 };
 
 // How a file is opened and what others may do with it meanwhile. The lock belongs to the open file
-// and covers all of it: between the threads and processes of this program, and on Windows (share
-// modes) between all programs.
+// and covers all of it: between the threads and processes of this program, also across a network share
+// that hands locks on, and on Windows (share modes) between all programs.
 //   Read:   others may read. Fails with InUse while someone holds it for writing.
 //   Write:  nobody else may have it open. Fails with InUse while anyone has.
 //   Create: as Write; the file must not exist yet (Exists).

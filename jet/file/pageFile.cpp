@@ -3,7 +3,7 @@
 // The lock of the database file is taken first and is the only one that counts; the journal is opened under
 // it, so that no two processes change it at once. Nothing is read from the database before a left-over
 // journal has been settled. Locks are asked for again and again for about two seconds, since a statement of
-// another process holds them no longer than it runs.
+// another process holds them no longer than it runs. A file that Access has open is not touched (lockFile.h).
 //
 // A page is either dirty, a copy in memory that belongs to this statement, or as the disk has it. read()
 // gives the first where there is one. dirtyPage() makes the copy and, inside a batch, notes before the first
@@ -11,11 +11,11 @@
 // in the file.
 #include "jet/file/pageFile.h"
 
+#include "jet/file/lockFile.h"
 #include "jet/file/recovery.h"
 #include "text/decimal.h"
 
 #include <algorithm>
-#include <chrono>
 #include <exception>
 #include <thread>
 
@@ -28,8 +28,19 @@ using platform::File;
 using platform::FileError;
 using platform::FileFault;
 
-constexpr auto kLongestWait = std::chrono::milliseconds(2000);
 constexpr auto kRetryPause = std::chrono::milliseconds(5);
+
+[[noreturn]] void throwInUse(const std::u16string& path)
+{
+    const OpenElsewhere elsewhere = openElsewhere(path);
+    // Only programs of ours leave a journal: where one lies beside the file, one of them most likely writes.
+    if (elsewhere == OpenElsewhere::No && platform::fileExists(journalPath(path)))
+        throw Error(3218, kFail, u"Could not update; currently locked.");
+    std::u16string text = u"Could not use '" + path + u"'; file already in use.";
+    if (elsewhere == OpenElsewhere::Perhaps)
+        text += u" If no other program has it open, remove '" + lockFilePath(path) + u"'.";
+    throw Error(3045, kFail, text);
+}
 
 [[noreturn]] void throwOpenError(const std::u16string& path, FileFault fault)
 {
@@ -42,11 +53,7 @@ constexpr auto kRetryPause = std::chrono::milliseconds(5);
                 u"' is not a valid path. Make sure that the path name is spelled correctly and that you are "
                 u"connected to the server on which the file resides.");
     case FileFault::InUse:
-        // Only programs of ours leave a journal: where one lies beside the file, one of them most likely
-        // writes.
-        if (platform::fileExists(journalPath(path)))
-            throw Error(3218, kFail, u"Could not update; currently locked.");
-        throw Error(3045, kFail, u"Could not use '" + path + u"'; file already in use.");
+        throwInUse(path);
     case FileFault::ReadOnly:
         throw Error(3073, kFail, u"Operation must use an updateable query.");
     case FileFault::Denied:
@@ -63,12 +70,14 @@ constexpr auto kRetryPause = std::chrono::milliseconds(5);
     throw Error(3043, kFail, u"Disk or network error.");
 }
 
-File openWaiting(const std::u16string& path, Access access)
+// Asks for a file until it can be had.
+template <typename Open>
+File waiting(const std::u16string& path, Open&& open)
 {
-    const auto deadline = std::chrono::steady_clock::now() + kLongestWait;
+    const auto deadline = std::chrono::steady_clock::now() + PageFile::longestWait;
     for (;;) {
         try {
-            return File(path, access);
+            return open();
         } catch (const FileError& e) {
             if (e.fault != FileFault::InUse || std::chrono::steady_clock::now() >= deadline)
                 throwOpenError(path, e.fault);
@@ -77,13 +86,29 @@ File openWaiting(const std::u16string& path, Access access)
     }
 }
 
+// The lock file is looked at once the database is held: from then on nobody else can open it.
+File openDatabase(const std::u16string& path, Access access)
+{
+    return waiting(path, [&] {
+        File file(path, access);
+        if (openElsewhere(path) != OpenElsewhere::No)
+            throw FileError{FileFault::InUse, 0};
+        return file;
+    });
+}
+
+File openJournalFile(const std::u16string& path, Access access)
+{
+    return waiting(path, [&] { return File(path, access); });
+}
+
 // Opens the journal of a file that is held for writing. A folder that takes no new file makes the
 // database read-only.
 DiskFile openJournal(const std::u16string& path)
 {
     try {
         const std::u16string journal = journalPath(path);
-        DiskFile file(openWaiting(journal, Access::WriteOrCreate), DiskFile::Role::Journal);
+        DiskFile file(openJournalFile(journal, Access::WriteOrCreate), DiskFile::Role::Journal);
         // Whoever made it may have died before its entry in the folder was lasting.
         if (file.size() == 0)
             DiskFile::syncFolderOf(journal);
@@ -115,7 +140,7 @@ std::u16string setJournalAside(const std::u16string& path)
 
 DiskFile readJournal(const std::u16string& path)
 {
-    return {openWaiting(journalPath(path), Access::Read), DiskFile::Role::Journal};
+    return {openJournalFile(journalPath(path), Access::Read), DiskFile::Role::Journal};
 }
 
 bool journalIsHot(const std::u16string& path)
@@ -126,6 +151,8 @@ bool journalIsHot(const std::u16string& path)
 }
 
 } // namespace
+
+std::chrono::milliseconds PageFile::longestWait{2000};
 
 PageFile::PageFile(std::u16string path, OpenMode mode)
     : path_(std::move(path))
@@ -143,7 +170,7 @@ void PageFile::open()
     if (mode_ == OpenMode::Read) {
         openForReading();
     } else {
-        file_.emplace(openWaiting(path_, Access::Write), DiskFile::Role::Database);
+        file_.emplace(openDatabase(path_, Access::Write), DiskFile::Role::Database);
         journal_.emplace(openJournal(path_));
         settleJournal();
     }
@@ -158,7 +185,7 @@ void PageFile::open()
 void PageFile::openForReading()
 {
     const auto openShared = [this] {
-        file_.emplace(openWaiting(path_, Access::Read), DiskFile::Role::Database);
+        file_.emplace(openDatabase(path_, Access::Read), DiskFile::Role::Database);
     };
     openShared();
     if (!journalIsHot(path_))

@@ -10,6 +10,7 @@
 #include "jet/file/journal.h"
 #include "jet/file/pageSource.h"
 
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <string>
@@ -22,9 +23,11 @@ enum class OpenMode { Read, Write };
 // Opening and reading are in pageFile.cpp, what a transaction does to the disk in pageFileTransaction.cpp.
 class PageFile {
 public:
-    // Opens the file under the lock of the mode (see platform/files.h), waiting up to about two
-    // seconds for another holder; settles a left-over journal; refuses what is no Access file, what is
-    // encrypted, has a password or is truncated. Throws Error.
+    // How long another holder of the file is waited for. Shorter in tests.
+    static std::chrono::milliseconds longestWait;
+
+    // Opens the file under the lock of the mode (see platform/files.h), waiting for another holder; settles a left-over journal; refuses what is no Access file, what is
+    // encrypted, has a password, is truncated, or is open in Access. Throws Error.
     PageFile(std::u16string path, OpenMode mode);
     ~PageFile();
     PageFile(const PageFile&) = delete;

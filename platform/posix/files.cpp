@@ -1,6 +1,6 @@
 // The lock of an open file is an open file description lock over its whole length: it belongs to the
 // open file, so it works between threads too, and closing another handle of the file does not give it
-// up as a process-wide lock would.
+// up as a process-wide lock would. The Windows programs lock a byte of it, far behind the end.
 #ifndef _GNU_SOURCE
 #define _GNU_SOURCE
 #endif

@@ -56,4 +56,13 @@ DWORD writeRange(HANDLE handle, std::uint64_t offset, std::span<const std::byte>
     return ERROR_SUCCESS;
 }
 
+DWORD lockRange(HANDLE handle, std::uint64_t offset, std::uint64_t length, bool shared)
+{
+    OVERLAPPED place = at(offset);
+    const DWORD how = LOCKFILE_FAIL_IMMEDIATELY | (shared ? 0u : LOCKFILE_EXCLUSIVE_LOCK);
+    const BOOL locked = LockFileEx(
+        handle, how, 0, static_cast<DWORD>(length & 0xFFFFFFFFu), static_cast<DWORD>(length >> 32), &place);
+    return locked ? ERROR_SUCCESS : GetLastError();
+}
+
 } // namespace vellums::platform

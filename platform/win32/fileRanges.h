@@ -1,4 +1,4 @@
-// Reading and writing whole ranges through a file handle, short transfers included.
+// Reading, writing and locking whole ranges through a file handle, short transfers included.
 #pragma once
 
 #include <cstddef>
@@ -15,5 +15,10 @@ std::size_t readRange(HANDLE handle, std::uint64_t offset, std::span<std::byte> 
 
 // ERROR_SUCCESS when everything was written, else what the system said.
 DWORD writeRange(HANDLE handle, std::uint64_t offset, std::span<const std::byte> bytes);
+
+// Locks bytes of an open file at once or not at all, until the handle is closed; they may lie behind its end.
+// ERROR_SUCCESS, ERROR_LOCK_VIOLATION when another handle has locked some of them, or why this file system
+// locks nothing.
+DWORD lockRange(HANDLE handle, std::uint64_t offset, std::uint64_t length, bool shared);
 
 } // namespace vellums::platform

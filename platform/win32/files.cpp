@@ -1,4 +1,7 @@
-// The lock of an open file is its share mode: it holds between all programs and needs no second call.
+// The lock of an open file is its share mode, which holds between all programs of one system. Programs on
+// others (behind a network share; beside the Windows programs, where these run on another system) know no
+// share modes, but all know locked bytes: so a byte far behind the end is locked as well, for those that lock
+// the whole file (see posix/files.cpp). There it keeps nobody from reading or writing.
 #include "platform/files.h"
 
 #include "platform/win32/fileRanges.h"
@@ -13,6 +16,8 @@
 
 namespace vellums::platform {
 namespace {
+
+constexpr std::uint64_t kLockedByte = std::uint64_t{1} << 40;
 
 [[noreturn]] void fail(DWORD code)
 {
@@ -53,8 +58,12 @@ OwnedHandle openFile(const std::wstring& path, Access access)
     // Readers share with readers, a writer with nobody: the access modes of the header, word for word.
     OwnedHandle handle(CreateFileW(path.c_str(), reading ? GENERIC_READ : GENERIC_READ | GENERIC_WRITE,
         reading ? FILE_SHARE_READ : 0, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr));
-    if (handle)
+    if (handle) {
+        // A file system that locks no bytes leaves the share mode.
+        if (lockRange(handle.get(), kLockedByte, 1, reading) == ERROR_LOCK_VIOLATION)
+            throw FileError{FileFault::InUse, ERROR_LOCK_VIOLATION};
         return handle;
+    }
     const DWORD code = GetLastError();
     if (code == ERROR_ACCESS_DENIED)
         failDenied(path, access);

@@ -5,6 +5,7 @@
 #include "store/databases/schema.h"
 #include "store/embedded/embeddedProvider.h"
 #include "store/records/records.h"
+#include "tests/support/shortWait.h"
 #include "tests/support/testNotebook.h"
 
 #include <gmock/gmock.h>
@@ -137,6 +138,7 @@ TEST_P(TableChanges, WhatIsMissingOrLockedIsSaid)
     notes_->dbTable = u"Notes";
     {
         // Whoever serves the notebook: another program of ours writes to the file.
+        const tests::ShortWait wait;
         const auto other = EmbeddedProvider().open(expandedConnection(*notes_, notes_->dbConn));
         other->beginBatch();
         EXPECT_FALSE(dropTable(*notes_, u"Notes"));
