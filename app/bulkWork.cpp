@@ -13,7 +13,7 @@ std::u16string withoutCopyQuestion(const Notebook& notebook, const std::u16strin
 
 } // namespace
 
-BulkWork::BulkWork(const Notebook& notebook, Progress& progress, Dialogs* dialogs, std::u16string_view what)
+BulkWork::BulkWork(const Notebook& notebook, Progress& progress, Dialogs& dialogs, std::u16string_view what)
     : notebook_(notebook)
     , dialogs_(dialogs)
     , work_(progress, what)
@@ -23,11 +23,10 @@ BulkWork::BulkWork(const Notebook& notebook, Progress& progress, Dialogs* dialog
 BulkUser BulkWork::user()
 {
     BulkUser user;
-    if (dialogs_ != nullptr)
-        user.goOnWithoutCopy = [this](const std::u16string& reason) {
-            // No is the default: Enter, pressed without reading, must not cost the only copy.
-            return dialogs_->askNoYes(withoutCopyQuestion(notebook_, reason)) == Answer::Yes;
-        };
+    user.goOnWithoutCopy = [this](const std::u16string& reason) {
+        // No is the default: Enter, pressed without reading, must not cost the only copy.
+        return dialogs_.askNoYes(withoutCopyQuestion(notebook_, reason)) == Answer::Yes;
+    };
     user.goesOn = [this](std::size_t done, std::size_t total) { return work_.step(done, total); };
     return user;
 }

@@ -14,8 +14,8 @@ namespace vellums {
 // The time in which the act runs. Everything outlives it.
 class BulkWork {
 public:
-    // `what` names the work, in the language of the interface. dialogs: null where nobody can be asked.
-    BulkWork(const Notebook& notebook, Progress& progress, Dialogs* dialogs, std::u16string_view what);
+    // `what` names the work, in the language of the interface.
+    BulkWork(const Notebook& notebook, Progress& progress, Dialogs& dialogs, std::u16string_view what);
 
     // For one act, while this object lives.
     BulkUser user();
@@ -23,7 +23,7 @@ public:
 
 private:
     const Notebook& notebook_;
-    Dialogs* dialogs_;
+    Dialogs& dialogs_;
     LongWork work_;
 };
 

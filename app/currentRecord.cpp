@@ -21,9 +21,11 @@ std::u16string dateText(const std::optional<double>& date)
     return time ? text::isoDateTime(*time) : std::u16string();
 }
 
-CurrentRecord::CurrentRecord(Notebook& notebook, WindowPorts window)
+CurrentRecord::CurrentRecord(Notebook& notebook, RecordPorts boxes, ListPorts list, ListBox& lstInLineSrch)
     : notebook_(notebook)
-    , window_(window)
+    , boxes_(boxes)
+    , list_(list)
+    , lstInLineSrch_(lstInLineSrch)
 {
     record_.id = kNewRecord;
 }
@@ -50,8 +52,8 @@ void CurrentRecord::show(SnippetRecord record)
     std::u16string table = notebook_.dbTable;
     RecordTexts texts;
     try {
-        window_.txtTarget().setText(record.text);
-        window_.txtType.setText(record.head);
+        boxes_.txtTarget.setText(record.text);
+        boxes_.txtType.setText(record.head);
         texts = shown(); // a box may show a text otherwise than it was given: what it holds now counts
         showDetails(record);
     } catch (...) {
@@ -71,8 +73,8 @@ void CurrentRecord::show(SnippetRecord record)
 void CurrentRecord::showSaved() noexcept
 {
     try {
-        window_.txtTarget().setText(saved_.text);
-        window_.txtType.setText(saved_.title);
+        boxes_.txtTarget.setText(saved_.text);
+        boxes_.txtType.setText(saved_.title);
         showDetails(record_);
     } catch (...) {
         record_.id = kNewRecord;
@@ -82,9 +84,9 @@ void CurrentRecord::showSaved() noexcept
 // The places found belong to the text before.
 void CurrentRecord::forgetResults()
 {
-    window_.lstInLineSrch.setVisible(false);
-    window_.lstInLineSrch.fill({});
-    window_.lstInLineSrch.setTag({});
+    lstInLineSrch_.setVisible(false);
+    lstInLineSrch_.fill({});
+    lstInLineSrch_.setTag({});
 }
 
 void CurrentRecord::rereadStampAndDate()
@@ -101,12 +103,12 @@ void CurrentRecord::rereadStampAndDate()
 
 RecordTexts CurrentRecord::shown() const
 {
-    return {window_.txtType.text(), window_.txtTarget().text()};
+    return {boxes_.txtType.text(), boxes_.txtTarget.text()};
 }
 
 bool CurrentRecord::hasUnsavedChanges() const
 {
-    return window_.txtTarget().text() != saved_.text || window_.txtType.text() != saved_.title;
+    return boxes_.txtTarget.text() != saved_.text || boxes_.txtType.text() != saved_.title;
 }
 
 CurrentRecord::Saving CurrentRecord::save()
@@ -140,7 +142,7 @@ bool CurrentRecord::add(const RecordTexts& texts)
 {
     NewRecord record;
     record.text = texts.text;
-    record.link = record_.link.empty() ? window_.chkSort.caption() : record_.link;
+    record.link = record_.link.empty() ? list_.chkSort.caption() : record_.link;
     record.title = texts.title;
     Notebook there = record_.id < 0 ? notebook_ : origin();
     RecordTexts saved = texts;
@@ -155,14 +157,14 @@ bool CurrentRecord::add(const RecordTexts& texts)
     table_ = std::move(there.dbTable);
     record_.link = std::move(record.link);
     ++generation_;
-    window_.chkSort.setCaption({});
-    window_.txtType.setText(added->title);
-    saved.title = window_.txtType.text();
+    list_.chkSort.setCaption({});
+    boxes_.txtType.setText(added->title);
+    saved.title = boxes_.txtType.text();
     saved_ = std::move(saved); // up to here a failure leaves unsaved text of the new record
     if (isInList()) {
         removeHeading(idBefore);
-        window_.lstHeads.insert(0, {added->title, added->id});
-        window_.lstHeads.select(0);
+        list_.lstHeads.insert(0, {added->title, added->id});
+        list_.lstHeads.select(0);
     }
     showDetails(record_);
     return true;
@@ -177,9 +179,9 @@ UnsavedText CurrentRecord::unsavedText() const
     kept.id = record_.id;
     kept.titleBefore = saved_.title;
     kept.textBefore = saved_.text;
-    kept.title = window_.txtType.text();
-    kept.text = window_.txtTarget().text();
-    kept.link = record_.link.empty() ? window_.chkSort.caption() : record_.link;
+    kept.title = boxes_.txtType.text();
+    kept.text = boxes_.txtTarget.text();
+    kept.link = record_.link.empty() ? list_.chkSort.caption() : record_.link;
     return kept;
 }
 
@@ -191,24 +193,24 @@ bool CurrentRecord::isInList() const
 
 void CurrentRecord::renameHeading(std::int32_t id, const std::u16string& title)
 {
-    for (int i = 0; i < window_.lstHeads.count(); ++i)
-        if (window_.lstHeads.datum(i) == id)
-            window_.lstHeads.setText(i, title);
+    for (int i = 0; i < list_.lstHeads.count(); ++i)
+        if (list_.lstHeads.datum(i) == id)
+            list_.lstHeads.setText(i, title);
 }
 
 void CurrentRecord::removeHeading(std::int32_t id)
 {
     std::vector<int> entries;
-    for (int i = 0; i < window_.lstHeads.count(); ++i)
-        if (window_.lstHeads.datum(i) == id)
+    for (int i = 0; i < list_.lstHeads.count(); ++i)
+        if (list_.lstHeads.datum(i) == id)
             entries.push_back(i);
-    window_.lstHeads.remove(entries);
+    list_.lstHeads.remove(entries);
 }
 
 void CurrentRecord::showDetails(const SnippetRecord& record)
 {
-    window_.lblDate.setText(dateText(record.date));
-    window_.ucStatusRight.setText(record.link);
+    boxes_.lblDate.setText(dateText(record.date));
+    boxes_.ucStatusRight.setText(record.link);
 }
 
 Notebook CurrentRecord::origin() const

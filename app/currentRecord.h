@@ -18,7 +18,9 @@ struct RecordTexts {
 
 class CurrentRecord {
 public:
-    CurrentRecord(Notebook& notebook, WindowPorts window);
+    // A record is shown in its boxes and has its heading in the list; the places found in its text
+    // (lstInLineSrch) go with it.
+    CurrentRecord(Notebook& notebook, RecordPorts boxes, ListPorts list, ListBox& lstInLineSrch);
 
     // The ID; negative for a new record that is not in the table yet.
     std::int32_t id() const { return record_.id; }
@@ -63,7 +65,9 @@ private:
     Notebook origin() const;
 
     Notebook& notebook_;
-    WindowPorts window_;
+    RecordPorts boxes_;
+    ListPorts list_;
+    ListBox& lstInLineSrch_;
     SnippetRecord record_;
     std::u16string conn_; // where the record came from
     std::u16string table_;

@@ -12,16 +12,16 @@ std::u16string databaseName(const Notebook& notebook)
     return getConnPart(notebook, notebook.dbConn, ConnPart::FileName);
 }
 
-HeadingQuery queryOf(const Notebook& notebook, const WindowPorts& window, const std::u16string& pattern)
+HeadingQuery queryOf(const Notebook& notebook, const CheckItem& chkSort, const SearchPorts& search)
 {
     HeadingQuery query;
     query.table = notebook.dbTable;
-    query.pattern = pattern;
-    query.byTitle = window.mnu_SortOnTitle.checked();
-    query.ascending = window.chkSort.checked();
-    for (std::size_t i = 0; i < window.mnu_AvailFields.size(); ++i)
-        if (window.mnu_AvailFields.at(i).checked)
-            query.columns.push_back(window.mnu_AvailFields.at(i).tag);
+    query.pattern = searchPattern(search.txtKey.text());
+    query.byTitle = search.mnu_SortOnTitle.checked();
+    query.ascending = chkSort.checked();
+    for (std::size_t i = 0; i < search.mnu_AvailFields.size(); ++i)
+        if (search.mnu_AvailFields.at(i).checked)
+            query.columns.push_back(search.mnu_AvailFields.at(i).tag);
     return query;
 }
 
@@ -40,15 +40,15 @@ std::u16string foundText(const Notebook& notebook, int count)
         u"搜索到 " + number + u" 条记录 (" + place + u")");
 }
 
-bool dbQuery(const Notebook& notebook, WindowPorts& window, const std::u16string& pattern,
+bool dbQuery(const Notebook& notebook, const ListPorts& list, const SearchPorts& search,
     const std::function<bool()>& giveUp)
 {
-    window.caption.setText(windowCaption(notebook));
+    list.caption.setText(windowCaption(notebook));
     try {
         std::vector<ListEntry> entries;
         const std::unique_ptr<Connection> connection = notebook.connect();
         connection->stopWhen(giveUp);
-        const auto rows = connection->query(headingStatement(queryOf(notebook, window, pattern)));
+        const auto rows = connection->query(headingStatement(queryOf(notebook, list.chkSort, search)));
         while (rows->next()) {
             const auto* id = std::get_if<std::int32_t>(&rows->value(0));
             const auto* title = std::get_if<std::u16string>(&rows->value(1));
@@ -58,7 +58,7 @@ bool dbQuery(const Notebook& notebook, WindowPorts& window, const std::u16string
         // way.
         if (giveUp && giveUp())
             return false;
-        window.lstHeads.fill(entries);
+        list.lstHeads.fill(entries);
         return true;
     } catch (const ProviderError& e) {
         // Given up by request, which is no failure and says nothing.

@@ -9,9 +9,10 @@
 
 namespace vellums {
 
-// Runs the query and fills the list; sets the caption of the window. False: the list stays as it is,
-// and the panel says why, or `giveUp`, which is asked now and then, has become true.
-[[nodiscard]] bool dbQuery(const Notebook& notebook, WindowPorts& window, const std::u16string& pattern,
+// Runs the query that the search box and its options stand for and fills the list; sets the caption of
+// the window. False: the list stays as it is, and the panel says why, or `giveUp`, which is asked now and
+// then, has become true.
+[[nodiscard]] bool dbQuery(const Notebook& notebook, const ListPorts& list, const SearchPorts& search,
     const std::function<bool()>& giveUp = {});
 
 // "Vellums - <file - table>".

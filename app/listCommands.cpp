@@ -21,9 +21,11 @@ std::u16string copyFailure(const Notebook& notebook, const ChangedRecords& copie
 
 } // namespace
 
-ListCommands::ListCommands(Notebook& notebook, WindowPorts window, RecordCommands& records, ListMenus menus)
+ListCommands::ListCommands(
+    Notebook& notebook, Progress& progress, Dialogs& dialogs, RecordCommands& records, ListMenus menus)
     : notebook_(notebook)
-    , window_(window)
+    , progress_(progress)
+    , dialogs_(dialogs)
     , records_(records)
     , menus_(menus)
 {
@@ -32,14 +34,6 @@ ListCommands::ListCommands(Notebook& notebook, WindowPorts window, RecordCommand
 void ListCommands::rebuildMenu()
 {
     buildTableMenu(notebook_, menus_.mnu_avtables, menus_.mnu_moverec);
-}
-
-std::vector<std::int32_t> ListCommands::selectedIds() const
-{
-    std::vector<std::int32_t> ids;
-    for (const int entry : window_.lstHeads.selected())
-        ids.push_back(window_.lstHeads.datum(entry));
-    return ids;
 }
 
 void ListCommands::stick()
@@ -56,12 +50,12 @@ void ListCommands::unstick()
 // later save must not write the old ones back, not even when only some records could be changed.
 void ListCommands::setSticky(bool sticky)
 {
-    const std::vector<std::int32_t> ids = selectedIds();
+    const std::vector<std::int32_t> ids = records_.selectedIds();
     if (ids.empty() || !records_.leaveRecord())
         return;
     ChangedRecords changed;
     {
-        BulkWork work(notebook_, window_.progress, &window_.dialogs,
+        BulkWork work(notebook_, progress_, dialogs_,
             sticky ? notebook_.say(u"Sticking records", u"正在置顶记录")
                    : notebook_.say(u"Unsticking records", u"正在取消置顶"));
         changed = (sticky ? setStickyRecs : ClearStickyRecs)(notebook_, ids, work.user());
@@ -80,13 +74,12 @@ std::u16string ListCommands::targetOf(std::size_t index) const
 void ListCommands::moveTo(std::size_t index)
 {
     const std::u16string target = targetOf(index);
-    const std::vector<std::int32_t> ids = selectedIds();
+    const std::vector<std::int32_t> ids = records_.selectedIds();
     if (target.empty() || ids.empty() || !records_.leaveRecord())
         return;
     MovedRecords moved;
     {
-        BulkWork work(
-            notebook_, window_.progress, &window_.dialogs, notebook_.say(u"Moving records", u"正在移动记录"));
+        BulkWork work(notebook_, progress_, dialogs_, notebook_.say(u"Moving records", u"正在移动记录"));
         moved = moveRecords(notebook_, target, ids, work.user());
     }
     if (moved.copied.result.failed())
@@ -107,11 +100,10 @@ void ListCommands::moveTo(std::size_t index)
 void ListCommands::copyTo(std::size_t index)
 {
     const std::u16string target = targetOf(index);
-    const std::vector<std::int32_t> ids = selectedIds();
+    const std::vector<std::int32_t> ids = records_.selectedIds();
     if (target.empty() || ids.empty() || !records_.leaveRecord())
         return;
-    BulkWork work(
-        notebook_, window_.progress, &window_.dialogs, notebook_.say(u"Copying records", u"正在复制记录"));
+    BulkWork work(notebook_, progress_, dialogs_, notebook_.say(u"Copying records", u"正在复制记录"));
     const ChangedRecords copied = copyRecords(notebook_, target, ids, work.user());
     const std::u16string count = counted(copied.ids.size());
     if (copied.result.failed())

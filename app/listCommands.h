@@ -7,7 +7,7 @@
 
 namespace vellums {
 
-// What these commands work on besides the main window. Everything outlives them.
+// Where records can be moved to. Everything outlives the commands.
 struct ListMenus {
     MenuItems& mnu_avtables; // the other snippet tables
     Switchable& mnu_moverec; // the menu they stand in
@@ -15,7 +15,8 @@ struct ListMenus {
 
 class ListCommands {
 public:
-    ListCommands(Notebook& notebook, WindowPorts window, RecordCommands& records, ListMenus menus);
+    ListCommands(
+        Notebook& notebook, Progress& progress, Dialogs& dialogs, RecordCommands& records, ListMenus menus);
 
     // Before the context menu is shown.
     void rebuildMenu();
@@ -27,12 +28,12 @@ public:
     void copyTo(std::size_t index);
 
 private:
-    std::vector<std::int32_t> selectedIds() const;
     std::u16string targetOf(std::size_t index) const;
     void setSticky(bool sticky);
 
     Notebook& notebook_;
-    WindowPorts window_;
+    Progress& progress_;
+    Dialogs& dialogs_;
     RecordCommands& records_;
     ListMenus menus_;
 };

@@ -14,7 +14,6 @@
 #include "app/clipboardText.h"
 #include "app/headingList.h"
 #include "platform/files.h"
-#include "store/records/headingQuery.h"
 #include "text/decimal.h"
 #include "text/titles.h"
 
@@ -41,9 +40,14 @@ void sayAddedAgain(const Notebook& notebook)
 
 RecordCommands::RecordCommands(Notebook& notebook, WindowPorts window, Moments& moments)
     : notebook_(notebook)
-    , window_(window)
+    , list_(window.list)
+    , search_(window.search)
+    , lstInLineSrch_(window.find.lstInLineSrch)
+    , mnu_ezdel_(window.mnu_ezdel)
+    , progress_(window.progress)
+    , dialogs_(window.dialogs)
     , moments_(moments)
-    , current_(notebook, window)
+    , current_(notebook, window.record, window.list, window.find.lstInLineSrch)
 {
 }
 
@@ -66,8 +70,8 @@ bool RecordCommands::leave(const std::u16string& question, Buttons buttons)
 {
     while (current_.hasUnsavedChanges()) {
         RecordTexts asked = current_.shown();
-        const Answer answer = buttons == Buttons::YesNo ? window_.dialogs.askYesNo(question)
-                                                        : window_.dialogs.askYesNoCancel(question);
+        const Answer answer =
+            buttons == Buttons::YesNo ? dialogs_.askYesNo(question) : dialogs_.askYesNoCancel(question);
         if (answer == Answer::Cancel)
             return false;
         if (answer == Answer::Yes)
@@ -136,7 +140,7 @@ void RecordCommands::refreshKeeping(std::int32_t id)
 // was asked about stays.
 void RecordCommands::fillList(std::int32_t wanted, const std::function<bool()>& giveUp)
 {
-    if (!dbQuery(notebook_, window_, searchPattern(window_.txtKey.text()), giveUp))
+    if (!dbQuery(notebook_, list_, search_, giveUp))
         return;
     if (current_.hasUnsavedChanges() && !isGivenUp())
         showRecordOf(current_.id());
@@ -147,46 +151,54 @@ void RecordCommands::fillList(std::int32_t wanted, const std::function<bool()>& 
 
 void RecordCommands::showFirst(std::int32_t wanted)
 {
-    if (window_.lstHeads.count() == 0) {
+    if (list_.lstHeads.count() == 0) {
         current_.clear();
         return;
     }
     const std::vector<int> entries = entriesOf({wanted});
     const int entry = entries.empty() ? 0 : entries.front();
-    assert(entry >= 0 && entry < window_.lstHeads.count());
-    window_.lstHeads.select(entry);
-    if (!current_.load(window_.lstHeads.datum(entry)))
+    assert(entry >= 0 && entry < list_.lstHeads.count());
+    list_.lstHeads.select(entry);
+    if (!current_.load(list_.lstHeads.datum(entry)))
         showRecordOf(current_.id());
 }
 
 void RecordCommands::sayCount()
 {
-    notebook_.status.found(foundText(notebook_, window_.lstHeads.count()));
+    notebook_.status.found(foundText(notebook_, list_.lstHeads.count()));
 }
 
 void RecordCommands::selectHeading()
 {
-    const int entry = window_.lstHeads.current();
-    if (entry < 0 || entry >= window_.lstHeads.count() || window_.lstHeads.datum(entry) == current_.id())
+    const int entry = list_.lstHeads.current();
+    if (entry < 0 || entry >= list_.lstHeads.count() || list_.lstHeads.datum(entry) == current_.id())
         return;
-    const std::int32_t wanted = window_.lstHeads.datum(entry);
-    const bool hadResults = window_.lstInLineSrch.visible();
+    const std::int32_t wanted = list_.lstHeads.datum(entry);
+    const bool hadResults = lstInLineSrch_.visible();
     if (!leave(saveQuestion(notebook_), Buttons::YesNoCancel) || !current_.load(wanted)) {
         showRecordOf(current_.id());
         return;
     }
-    if (window_.lstHeads.datum(window_.lstHeads.current()) != wanted)
+    if (list_.lstHeads.datum(list_.lstHeads.current()) != wanted)
         showRecordOf(wanted); // saving has changed the list
     if (hadResults)
         sayCount(); // the panel told of places in the text before
+}
+
+std::vector<std::int32_t> RecordCommands::selectedIds() const
+{
+    std::vector<std::int32_t> ids;
+    for (const int entry : list_.lstHeads.selected())
+        ids.push_back(list_.lstHeads.datum(entry));
+    return ids;
 }
 
 // Where the records stand in the list now, ascending.
 std::vector<int> RecordCommands::entriesOf(const std::set<std::int32_t>& ids) const
 {
     std::vector<int> entries;
-    for (int i = 0; i < window_.lstHeads.count(); ++i)
-        if (ids.contains(window_.lstHeads.datum(i)))
+    for (int i = 0; i < list_.lstHeads.count(); ++i)
+        if (ids.contains(list_.lstHeads.datum(i)))
             entries.push_back(i);
     return entries;
 }
@@ -195,7 +207,7 @@ std::vector<int> RecordCommands::entriesOf(const std::set<std::int32_t>& ids) co
 void RecordCommands::showRecordOf(std::int32_t id)
 {
     const std::vector<int> entries = entriesOf({id});
-    window_.lstHeads.select(entries.empty() ? -1 : entries.front());
+    list_.lstHeads.select(entries.empty() ? -1 : entries.front());
 }
 
 void RecordCommands::pasteNew()
@@ -220,13 +232,13 @@ void RecordCommands::addFromClipboard(const std::u16string& text, bool fromClipb
 {
     NewRecord record;
     record.text = text;
-    record.link = window_.chkSort.caption();
+    record.link = list_.chkSort.caption();
     const std::optional<AddedRecord> added = addRecord(notebook_, record);
     if (!added)
         return;
-    window_.chkSort.setCaption({});
-    window_.lstHeads.insert(0, {added->title, added->id});
-    window_.lstHeads.select(0);
+    list_.chkSort.setCaption({});
+    list_.lstHeads.insert(0, {added->title, added->id});
+    list_.lstHeads.select(0);
     if (!current_.load(added->id))
         return;
     if (fromClipboard)
@@ -246,15 +258,13 @@ void RecordCommands::duplicate()
 
 void RecordCommands::deleteSelected()
 {
-    const std::vector<int> selected = window_.lstHeads.selected();
-    if (selected.empty())
+    // Before the question: entries may change places while it stands.
+    const std::vector<std::int32_t> ids = selectedIds();
+    if (ids.empty())
         return;
-    std::vector<std::int32_t> ids; // before the question: entries may change places while it stands
-    for (const int entry : selected)
-        ids.push_back(window_.lstHeads.datum(entry));
     const std::u16string question =
         notebook_.say(u"Are you sure to delete selected records?    ", u"确定删除选定的记录?   ");
-    if (!window_.mnu_ezdel.checked() && window_.dialogs.askYesNo(question) != Answer::Yes)
+    if (!mnu_ezdel_.checked() && dialogs_.askYesNo(question) != Answer::Yes)
         return;
     // Text of a record that is to be deleted is not asked about; that of another one is, since the list will
     // load an entry afterwards.
@@ -272,8 +282,7 @@ void RecordCommands::deleteSelected()
 
 ChangedRecords RecordCommands::deleteRecords(const std::vector<std::int32_t>& ids)
 {
-    BulkWork work(
-        notebook_, window_.progress, &window_.dialogs, notebook_.say(u"Deleting records", u"正在删除记录"));
+    BulkWork work(notebook_, progress_, dialogs_, notebook_.say(u"Deleting records", u"正在删除记录"));
     return delRecords(notebook_, ids, work.user());
 }
 
@@ -281,18 +290,18 @@ bool RecordCommands::takeFromList(const std::set<std::int32_t>& ids, bool afterF
 {
     const std::vector<int> gone = entriesOf(ids);
     assert(std::is_sorted(gone.begin(), gone.end()));
-    window_.lstHeads.remove(gone);
+    list_.lstHeads.remove(gone);
     if (afterFailure && !ids.contains(current_.id())) {
         showRecordOf(current_.id());
         return true;
     }
-    const int next = gone.empty() ? 0 : std::min(gone.front(), window_.lstHeads.count() - 1);
+    const int next = gone.empty() ? 0 : std::min(gone.front(), list_.lstHeads.count() - 1);
     if (next < 0) {
         current_.clear();
         return true;
     }
-    window_.lstHeads.select(next);
-    return current_.load(window_.lstHeads.datum(next));
+    list_.lstHeads.select(next);
+    return current_.load(list_.lstHeads.datum(next));
 }
 
 void RecordCommands::save()
@@ -328,7 +337,7 @@ void RecordCommands::offerUnsavedTexts()
             continue;
         }
         const std::u16string name = text->title.empty() ? text::titleOf(text->text) : text->title;
-        const Answer answer = window_.dialogs.askYesNoCancel(
+        const Answer answer = dialogs_.askYesNoCancel(
             notebook_.say(u"When the last session ended, this text had not been saved:\r\n\r\n" + name +
                     u"\r\n\r\nTake it back? (No: it is given up; Cancel: ask again at the next start.)",
                 u"上次会话结束时, 以下文本尚未保存:\r\n\r\n" + name +

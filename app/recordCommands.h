@@ -1,5 +1,9 @@
 // The commands around the current record and the heading list. Whatever would replace the text that is
 // shown asks about unsaved changes first, and stops when the save failed.
+//
+// They take the whole window, as they hold it together: the search box fills the list, an entry of the list
+// shows a record, and a record that is saved, deleted or left changes the list. Of the find box they touch
+// nothing but the places found, which belong to the text that is shown.
 #pragma once
 
 #include "app/currentRecord.h"
@@ -9,6 +13,7 @@
 #include <functional>
 #include <optional>
 #include <set>
+#include <vector>
 
 namespace vellums {
 
@@ -37,6 +42,8 @@ public:
     // At the program's start: texts that the end of a session had cut off.
     void offerUnsavedTexts();
 
+    // Of the entries that are selected in the list, from top to bottom.
+    std::vector<std::int32_t> selectedIds() const;
     // Before something replaces what is shown: asks, saves. False: stop.
     bool leaveRecord();
     // Fills the list again without asking: after an import or a maintenance command. Text that is not
@@ -65,7 +72,12 @@ private:
     void addFromClipboard(const std::u16string& text, bool fromClipboard);
 
     Notebook& notebook_;
-    WindowPorts window_;
+    ListPorts list_;
+    SearchPorts search_;
+    ListBox& lstInLineSrch_;
+    CheckItem& mnu_ezdel_;
+    Progress& progress_;
+    Dialogs& dialogs_;
     Moments& moments_;
     CurrentRecord current_;
     // The text that the user gave up, while it is still in the boxes.

@@ -42,18 +42,19 @@ std::u16string freshName(const Notebook& notebook, Connection& connection)
 
 } // namespace
 
-TableCommands::TableCommands(
-    Notebook& notebook, WindowPorts window, RecordCommands& records, TableMenus menus)
+TableCommands::TableCommands(Notebook& notebook, ListPorts list, MenuItems& mnu_AvailFields,
+    RecordCommands& records, TablePorts tables)
     : notebook_(notebook)
-    , window_(window)
+    , list_(list)
+    , mnu_AvailFields_(mnu_AvailFields)
     , records_(records)
-    , menus_(menus)
+    , tables_(tables)
 {
 }
 
 void TableCommands::rebuildMenu()
 {
-    buildDatabaseMenu(notebook_, menus_.mnu_availdb, menus_.mnu_switchto);
+    buildDatabaseMenu(notebook_, tables_.mnu_availdb, tables_.mnu_switchto);
 }
 
 std::u16string TableCommands::fileName() const
@@ -63,14 +64,14 @@ std::u16string TableCommands::fileName() const
 
 void TableCommands::switchTo(std::size_t index)
 {
-    if (index >= menus_.mnu_availdb.size())
+    if (index >= tables_.mnu_availdb.size())
         return;
-    const MenuItem item = menus_.mnu_availdb.at(index);
+    const MenuItem item = tables_.mnu_availdb.at(index);
     const std::optional<std::u16string> table = tableOfEntry(item);
     if (item.checked || !table || !records_.leaveRecord())
         return;
     if (open(connectionStringFor(notebook_, item.tag), *table))
-        markOpenDatabase(notebook_, menus_.mnu_availdb);
+        markOpenDatabase(notebook_, tables_.mnu_availdb);
     else
         rebuildMenu(); // it may be gone
 }
@@ -104,17 +105,17 @@ bool TableCommands::open(const std::u16string& connectionString, const std::u16s
 void TableCommands::showNothing()
 {
     records_.current().clear();
-    window_.lstHeads.fill({});
-    for (std::size_t i = 0; i < window_.mnu_AvailFields.size(); ++i) {
-        MenuItem field = window_.mnu_AvailFields.at(i);
+    list_.lstHeads.fill({});
+    for (std::size_t i = 0; i < mnu_AvailFields_.size(); ++i) {
+        MenuItem field = mnu_AvailFields_.at(i);
         field.checked = false;
-        window_.mnu_AvailFields.set(i, field);
+        mnu_AvailFields_.set(i, field);
     }
 }
 
 void TableCommands::newDatabase()
 {
-    std::u16string name = menus_.frmInput.ask(nameForm(notebook_, kDatabaseMarker));
+    std::u16string name = tables_.frmInput.ask(nameForm(notebook_, kDatabaseMarker));
     if (name.empty())
         return;
     if (const std::u16string trimmed(text::trimBlanks(name)); !trimmed.empty())
@@ -138,7 +139,7 @@ void TableCommands::newDatabase()
 
 void TableCommands::newTable()
 {
-    const std::u16string name = menus_.frmInput.ask(nameForm(notebook_, kTableMarker));
+    const std::u16string name = tables_.frmInput.ask(nameForm(notebook_, kTableMarker));
     if (name.empty())
         return;
     // Where no table is open there is no structure to copy.
@@ -167,7 +168,7 @@ void TableCommands::renameTable()
 {
     if (!hasTable())
         return;
-    const std::u16string name = menus_.frmInput.ask(nameForm(notebook_, kTableMarker));
+    const std::u16string name = tables_.frmInput.ask(nameForm(notebook_, kTableMarker));
     if (name.empty() || !records_.leaveRecord())
         return;
     std::u16string renamed(name.substr(0, name.find_last_not_of(u' ') + 1)); // as it will be stored
@@ -187,13 +188,13 @@ void TableCommands::dropTable()
     const std::u16string question =
         notebook_.say(u"Are you sure to drop table " + table + u" from " + fileName() + u"?",
             u"确实要从数据库 " + fileName() + u" 中删除表 " + table + u" 吗?");
-    if (window_.dialogs.askYesNo(question) != Answer::Yes || !records_.leaveRecord() ||
+    if (tables_.dialogs.askYesNo(question) != Answer::Yes || !records_.leaveRecord() ||
         !vellums::dropTable(notebook_, table))
         return;
     notebook_.dbTable = kNoTable;
-    window_.lstHeads.fill({});
+    list_.lstHeads.fill({});
     showNothing();
-    window_.caption.setText(windowCaption(notebook_));
+    list_.caption.setText(windowCaption(notebook_));
     openAnother();
     rebuildMenu();
 }
@@ -219,7 +220,7 @@ void TableCommands::offerFreshTable()
     const std::u16string left = notebook_.say(
         u"No snippet table is left in " + fileName() + u".", u"数据库 " + fileName() + u" 中已没有摘录表");
     notebook_.status.done(left);
-    const Answer answer = window_.dialogs.askYesNo(
+    const Answer answer = tables_.dialogs.askYesNo(
         left + notebook_.say(u" Create the new table " + name + u"?", u", 是否新建表 " + name + u"?"));
     if (answer == Answer::Yes && newSnippetTable(notebook_, name))
         open(notebook_.dbConn, name);

@@ -9,16 +9,20 @@
 
 namespace vellums {
 
-// What these commands work on besides the main window. Everything outlives them.
-struct TableMenus {
+// Where a table is chosen, named and asked about. Everything outlives the commands.
+struct TablePorts {
     MenuItems& mnu_availdb;   // databases and tables to switch to
     Switchable& mnu_switchto; // the menu they stand in
     NameDialog& frmInput;
+    Dialogs& dialogs;
 };
 
 class TableCommands {
 public:
-    TableCommands(Notebook& notebook, WindowPorts window, RecordCommands& records, TableMenus menus);
+    // What shows the table before is emptied when another one is opened: the list with the window's caption,
+    // the fields that are searched, and through `records` the boxes.
+    TableCommands(Notebook& notebook, ListPorts list, MenuItems& mnu_AvailFields, RecordCommands& records,
+        TablePorts tables);
 
     // At start-up, and after any change of files or tables that was not made here.
     void rebuildMenu();
@@ -38,9 +42,10 @@ private:
     bool hasTable() const;
 
     Notebook& notebook_;
-    WindowPorts window_;
+    ListPorts list_;
+    MenuItems& mnu_AvailFields_;
     RecordCommands& records_;
-    TableMenus menus_;
+    TablePorts tables_;
 };
 
 } // namespace vellums

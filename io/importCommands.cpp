@@ -6,9 +6,11 @@
 
 namespace vellums {
 
-ImportCommands::ImportCommands(Notebook& notebook, WindowPorts window, RecordCommands& records)
+ImportCommands::ImportCommands(
+    Notebook& notebook, Progress& progress, Dialogs& dialogs, RecordCommands& records)
     : notebook_(notebook)
-    , window_(window)
+    , progress_(progress)
+    , dialogs_(dialogs)
     , records_(records)
 {
 }
@@ -16,12 +18,12 @@ ImportCommands::ImportCommands(Notebook& notebook, WindowPorts window, RecordCom
 void ImportCommands::importFolder()
 {
     const std::u16string folder =
-        window_.dialogs.chooseFolder(notebook_.say(u"Import files from here:", u"选择文件导入路径:"));
+        dialogs_.chooseFolder(notebook_.say(u"Import files from here:", u"选择文件导入路径:"));
     if (folder.empty() || !platform::folderExists(folder))
         return;
     const std::u16string question =
         notebook_.say(u"Import from the following location recursively?", u"是否自动导入选定路径下所有内容?");
-    if (window_.dialogs.askYesNo(question + u"\r\n\r\n" + folder, QuestionIcon::Question) == Answer::Yes)
+    if (dialogs_.askYesNo(question + u"\r\n\r\n" + folder, QuestionIcon::Question) == Answer::Yes)
         importPaths({folder});
 }
 
@@ -30,8 +32,7 @@ void ImportCommands::importPaths(const std::vector<std::u16string>& paths)
     if (!records_.leaveRecord())
         return;
     {
-        BulkWork work(
-            notebook_, window_.progress, &window_.dialogs, notebook_.say(u"Importing", u"正在导入"));
+        BulkWork work(notebook_, progress_, dialogs_, notebook_.say(u"Importing", u"正在导入"));
         std::size_t added = 0;
         bool goesOn = true;
         ImportEvents events;
@@ -39,7 +40,7 @@ void ImportCommands::importPaths(const std::vector<std::u16string>& paths)
         // A Stop holds for all paths that are left, not only for the one under way.
         events.stop = [&] { return !(goesOn = goesOn && work.step(added, 0)); };
         events.duplicates = work.user();
-        FileImport import(notebook_, &window_.dialogs, events);
+        FileImport import(notebook_, &dialogs_, events);
         for (const std::u16string& path : paths) {
             if (!goesOn)
                 break;

@@ -10,7 +10,7 @@ namespace vellums {
 
 class ImportCommands {
 public:
-    ImportCommands(Notebook& notebook, WindowPorts window, RecordCommands& records);
+    ImportCommands(Notebook& notebook, Progress& progress, Dialogs& dialogs, RecordCommands& records);
 
     // The user chooses a folder and confirms it.
     void importFolder();
@@ -20,7 +20,8 @@ public:
 
 private:
     Notebook& notebook_;
-    WindowPorts window_;
+    Progress& progress_;
+    Dialogs& dialogs_;
     RecordCommands& records_;
 };
 

@@ -7,9 +7,11 @@
 
 namespace vellums {
 
-MaintenanceCommands::MaintenanceCommands(Notebook& notebook, WindowPorts window, RecordCommands& records)
+MaintenanceCommands::MaintenanceCommands(
+    Notebook& notebook, Progress& progress, Dialogs& dialogs, RecordCommands& records)
     : notebook_(notebook)
-    , window_(window)
+    , progress_(progress)
+    , dialogs_(dialogs)
     , records_(records)
 {
 }
@@ -19,8 +21,8 @@ void MaintenanceCommands::removeDuplicates()
     if (!records_.leaveRecord())
         return;
     {
-        BulkWork work(notebook_, window_.progress, &window_.dialogs,
-            notebook_.say(u"Removing duplicates", u"正在删除重复项"));
+        BulkWork work(
+            notebook_, progress_, dialogs_, notebook_.say(u"Removing duplicates", u"正在删除重复项"));
         delDupRec(notebook_, work.user());
     }
     records_.refresh();
@@ -31,11 +33,11 @@ void MaintenanceCommands::compactData()
     const std::u16string file = getConnPart(notebook_, notebook_.dbConn, ConnPart::FullPath);
     Compaction result;
     {
-        const LongWork work(window_.progress, notebook_.say(u"Compacting", u"正在压缩"));
+        const LongWork work(progress_, notebook_.say(u"Compacting", u"正在压缩"));
         result = compactDatabase(notebook_, file);
     }
     // The report waits for an answer, so it comes when the work is over and the boxes are open again.
-    window_.dialogs.tell(result.report, result.done);
+    dialogs_.tell(result.report, result.done);
 }
 
 } // namespace vellums

@@ -7,7 +7,7 @@ namespace vellums {
 
 class MaintenanceCommands {
 public:
-    MaintenanceCommands(Notebook& notebook, WindowPorts window, RecordCommands& records);
+    MaintenanceCommands(Notebook& notebook, Progress& progress, Dialogs& dialogs, RecordCommands& records);
 
     // Unsaved text is asked about first; at the end the list is filled again.
     void removeDuplicates();
@@ -16,7 +16,8 @@ public:
 
 private:
     Notebook& notebook_;
-    WindowPorts window_;
+    Progress& progress_;
+    Dialogs& dialogs_;
     RecordCommands& records_;
 };
 

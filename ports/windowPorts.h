@@ -1,4 +1,5 @@
-// The controls of the main window, by their names.
+// The controls of the main window, by their names, in the rooms that its commands ask for. Everything
+// outlives the commands.
 #pragma once
 
 #include "ports/controls.h"
@@ -7,28 +8,56 @@
 
 namespace vellums {
 
-// What the commands of the main window work on. Everything outlives them.
-struct WindowPorts {
-    Label& caption;         // of the window
-    TextBox& txtKey;        // search words
-    TextBox& txtInline;     // what is looked for in the current text
-    TextBox& txtType;       // title of the current record
-    TextBox& txtShowWrap;   // text of the current record
-    ListBox& lstHeads;      // titles of the records found; the datum is the ID
-    ListBox& lstInLineSrch; // places found in the text; the datum is the position, the tag what was sought
-    Label& txtInlineTip;    // tells why a search in the text came to nothing
-    Label& lblDate;         // date of the current record
-    CheckItem& chkSort;     // checked: oldest first; its caption carries the hand-over text
+// The current record.
+struct RecordPorts {
+    TextBox& txtType;     // its title
+    TextBox& txtTarget;   // its text
+    Label& lblDate;       // its date
+    Label& ucStatusRight; // its link
+};
+
+// The list of the records found.
+struct ListPorts {
+    Label& caption;     // of the window: names the table that is listed
+    ListBox& lstHeads;  // their titles; the datum is the ID
+    CheckItem& chkSort; // checked: oldest first; its caption carries the hand-over text
+};
+
+// The search box with its options.
+struct SearchPorts {
+    TextBox& txtKey;            // search words
     CheckItem& mnu_SortOnTitle; // checked: by title before date
-    CheckItem& mnu_ezdel;       // checked: deleting asks nothing
-    CheckItem& mnu_InstantSrch; // checked: the list follows each letter of the search box
+    CheckItem& mnu_InstantSrch; // checked: the list follows each letter of the box
     MenuItems& mnu_AvailFields; // the columns that are searched
-    Label& ucStatusRight;       // the link of the current record
+};
+
+// The find box, with the text that it looks through.
+struct FindPorts {
+    TextBox& txtInline;     // what is looked for
+    Label& txtInlineTip;    // tells why a search came to nothing
+    ListBox& lstInLineSrch; // places found; the datum is the position, the tag what was sought
+    TextBox& txtTarget;     // the text of the current record
+};
+
+// The boxes that text is typed into.
+struct TextBoxes {
+    TextBox& txtTarget;
+    TextBox& txtType;
+    TextBox& txtKey;
+    TextBox& txtInline;
+};
+
+// The whole window: for whoever makes its commands, and for those that work all over it.
+struct WindowPorts {
+    RecordPorts record;
+    ListPorts list;
+    SearchPorts search;
+    FindPorts find;
+    CheckItem& mnu_ezdel; // checked: deleting asks nothing
     Progress& progress;
     Dialogs& dialogs;
 
-    // The box that shows the current text.
-    TextBox& txtTarget() const { return txtShowWrap; }
+    TextBoxes textBoxes() const { return {record.txtTarget, record.txtType, search.txtKey, find.txtInline}; }
 };
 
 } // namespace vellums

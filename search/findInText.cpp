@@ -17,11 +17,11 @@ std::u16string trimmed(const std::u16string& text)
 
 // What the user probably wants to look for: the selected text, else the search words, else the clipboard.
 // Words become an expression that finds them in this order on one line.
-std::u16string suggestedKeyword(const WindowPorts& window)
+std::u16string suggestedKeyword(const TextBox& txtTarget, const TextBox& txtKey)
 {
-    std::u16string keyword = trimmed(window.txtTarget().selectedText());
+    std::u16string keyword = trimmed(txtTarget.selectedText());
     if (keyword.empty())
-        keyword = window.txtKey.text();
+        keyword = txtKey.text();
     if (keyword.empty())
         keyword = platform::clipboardText().text;
     keyword.resize(firstLine(keyword).size());
@@ -30,13 +30,13 @@ std::u16string suggestedKeyword(const WindowPorts& window)
     return keyword;
 }
 
-void prepareFindBox(WindowPorts& window)
+void prepareFindBox(const FindPorts& find, const TextBox& txtKey)
 {
-    const std::u16string keyword = suggestedKeyword(window);
-    window.txtInline.focus();
-    if (!keyword.empty() && window.txtInline.text().empty())
-        window.txtInline.replaceSelection(keyword);
-    window.txtInline.selectAll();
+    const std::u16string keyword = suggestedKeyword(find.txtTarget, txtKey);
+    find.txtInline.focus();
+    if (!keyword.empty() && find.txtInline.text().empty())
+        find.txtInline.replaceSelection(keyword);
+    find.txtInline.selectAll();
 }
 
 // The entry that the command goes to from the caret.
@@ -58,23 +58,23 @@ int nextEntry(const ListBox& list, std::int32_t caret, FindCommand command)
 
 } // namespace
 
-void findInText(const Notebook& notebook, WindowPorts& window, FindCommand command)
+void findInText(const Notebook& notebook, const FindPorts& find, const TextBox& txtKey, FindCommand command)
 {
-    const std::u16string keyword = window.txtInline.text();
+    const std::u16string keyword = find.txtInline.text();
     if (command == FindCommand::Inline || keyword.empty()) {
-        prepareFindBox(window);
+        prepareFindBox(find, txtKey);
         return;
     }
-    ListBox& list = window.lstInLineSrch;
+    ListBox& list = find.lstInLineSrch;
     // The tag is the keyword that the list was made for; the places of another one lead nowhere.
     if (list.tag() != keyword || list.count() == 0) {
-        doInlineSearch(notebook, window);
+        doInlineSearch(notebook, find);
         return;
     }
-    const auto caret = static_cast<std::int32_t>(window.txtTarget().selection().start);
+    const auto caret = static_cast<std::int32_t>(find.txtTarget.selection().start);
     list.setVisible(true);
     list.select(nextEntry(list, caret, command));
-    lstInLineSrchClick(window);
+    lstInLineSrchClick(find);
 }
 
 } // namespace vellums

@@ -74,15 +74,15 @@ std::u16string explanation(const Notebook& notebook, const Occurrences::Ending& 
 
 } // namespace
 
-void doInlineSearch(const Notebook& notebook, WindowPorts& window)
+void doInlineSearch(const Notebook& notebook, const FindPorts& find)
 {
-    ListBox& list = window.lstInLineSrch;
-    const std::u16string keyword = window.txtInline.text();
+    ListBox& list = find.lstInLineSrch;
+    const std::u16string keyword = find.txtInline.text();
     list.setEnabled(false);
     // Set even when nothing is found: the same keyword is then searched for again, as the list is empty.
     list.setTag(keyword);
-    const Occurrences found = findOccurrences(window.txtTarget().text(), keyword);
-    window.txtInlineTip.setText(found.ending ? explanation(notebook, *found.ending) : u"");
+    const Occurrences found = findOccurrences(find.txtTarget.text(), keyword);
+    find.txtInlineTip.setText(found.ending ? explanation(notebook, *found.ending) : u"");
     list.fill(entriesOf(found));
     const int count = list.count();
     if (static_cast<std::size_t>(count) < found.list.size()) { // the control holds no more
@@ -94,42 +94,42 @@ void doInlineSearch(const Notebook& notebook, WindowPorts& window)
     list.setVisible(true);
     list.setEnabled(true);
     list.select(0);
-    lstInLineSrchClick(window);
+    lstInLineSrchClick(find);
     notebook.status.done(summary(notebook, count));
 }
 
-void lstInLineSrchClick(WindowPorts& window)
+void lstInLineSrchClick(const FindPorts& find)
 {
-    const ListBox& list = window.lstInLineSrch;
+    const ListBox& list = find.lstInLineSrch;
     const int entry = list.current();
     if (entry < 0 || list.datum(entry) < 0)
         return;
     const auto start = static_cast<std::size_t>(list.datum(entry));
-    TextBox& text = window.txtTarget();
+    TextBox& text = find.txtTarget;
     text.select({start, start + matchedText(list.text(entry)).size()});
     text.scrollToCaret();
     text.focus();
 }
 
-void hideResults(WindowPorts& window)
+void hideResults(ListBox& lstInLineSrch)
 {
-    window.lstInLineSrch.setVisible(false);
-    window.lstInLineSrch.fill({});
-    window.lstInLineSrch.setTag({});
+    lstInLineSrch.setVisible(false);
+    lstInLineSrch.fill({});
+    lstInLineSrch.setTag({});
 }
 
-void copyResult(const Notebook& notebook, const WindowPorts& window)
+void copyResult(const Notebook& notebook, const ListBox& lstInLineSrch)
 {
-    const int entry = window.lstInLineSrch.current();
+    const int entry = lstInLineSrch.current();
     if (entry >= 0)
-        copyText(notebook, matchedText(window.lstInLineSrch.text(entry)));
+        copyText(notebook, matchedText(lstInLineSrch.text(entry)));
 }
 
-void copyAllResults(const Notebook& notebook, const WindowPorts& window)
+void copyAllResults(const Notebook& notebook, const ListBox& lstInLineSrch)
 {
     std::u16string all;
-    for (int i = 0; i < window.lstInLineSrch.count(); ++i)
-        all += window.lstInLineSrch.text(i) + u"\r\n";
+    for (int i = 0; i < lstInLineSrch.count(); ++i)
+        all += lstInLineSrch.text(i) + u"\r\n";
     copyText(notebook, all);
 }
 

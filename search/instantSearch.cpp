@@ -20,8 +20,10 @@ constexpr int kQuietBeforeQuestionMs = 1000;
 
 } // namespace
 
-InstantSearch::InstantSearch(WindowPorts window, Postponed& pause, std::function<bool()> hasUnsaved)
-    : window_(window)
+InstantSearch::InstantSearch(const CheckItem& mnu_InstantSrch, const MenuItems& mnu_AvailFields,
+    Postponed& pause, std::function<bool()> hasUnsaved)
+    : mnu_InstantSrch_(mnu_InstantSrch)
+    , mnu_AvailFields_(mnu_AvailFields)
     , pause_(pause)
     , hasUnsaved_(std::move(hasUnsaved))
 {
@@ -30,11 +32,11 @@ InstantSearch::InstantSearch(WindowPorts window, Postponed& pause, std::function
 // Titles and source paths alone are searched in no time.
 bool InstantSearch::searchesWhileTyping() const
 {
-    if (window_.mnu_InstantSrch.checked())
+    if (mnu_InstantSrch_.checked())
         return true;
-    for (std::size_t i = 0; i < window_.mnu_AvailFields.size(); ++i)
-        if (window_.mnu_AvailFields.at(i).tag == kTextColumn)
-            return !window_.mnu_AvailFields.at(i).checked;
+    for (std::size_t i = 0; i < mnu_AvailFields_.size(); ++i)
+        if (mnu_AvailFields_.at(i).tag == kTextColumn)
+            return !mnu_AvailFields_.at(i).checked;
     return true;
 }
 

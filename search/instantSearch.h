@@ -2,7 +2,7 @@
 // itself is a command (SearchBoxes::searchInstantly()).
 #pragma once
 
-#include "ports/windowPorts.h"
+#include "ports/controls.h"
 
 #include <functional>
 
@@ -10,9 +10,11 @@ namespace vellums {
 
 class InstantSearch {
 public:
-    // `pause` ends in a call of SearchBoxes::searchInstantly() unless it is cancelled before; `hasUnsaved`
-    // tells whether that would ask about unsaved text.
-    InstantSearch(WindowPorts window, Postponed& pause, std::function<bool()> hasUnsaved);
+    // The options say whether it follows: mnu_InstantSrch, and mnu_AvailFields where the text is not
+    // searched. `pause` ends in a call of SearchBoxes::searchInstantly() unless it is cancelled before;
+    // `hasUnsaved` tells whether that would ask about unsaved text.
+    InstantSearch(const CheckItem& mnu_InstantSrch, const MenuItems& mnu_AvailFields, Postponed& pause,
+        std::function<bool()> hasUnsaved);
 
     // The text of the box has changed; while an input method composes, the change is not the last word.
     void textChanged();
@@ -25,7 +27,8 @@ public:
 private:
     bool searchesWhileTyping() const;
 
-    WindowPorts window_;
+    const CheckItem& mnu_InstantSrch_;
+    const MenuItems& mnu_AvailFields_;
     Postponed& pause_;
     std::function<bool()> hasUnsaved_;
     bool composing_ = false;

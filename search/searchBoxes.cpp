@@ -7,10 +7,11 @@
 
 namespace vellums {
 
-SearchBoxes::SearchBoxes(
-    Notebook& notebook, WindowPorts window, RecordCommands& commands, InstantSearch& instantSearch)
+SearchBoxes::SearchBoxes(Notebook& notebook, SearchPorts search, FindPorts find, RecordCommands& commands,
+    InstantSearch& instantSearch)
     : notebook_(notebook)
-    , window_(window)
+    , search_(search)
+    , find_(find)
     , commands_(commands)
     , instantSearch_(instantSearch)
 {
@@ -18,8 +19,8 @@ SearchBoxes::SearchBoxes(
 
 void SearchBoxes::newSearch()
 {
-    window_.txtKey.focus();
-    window_.txtKey.selectAll();
+    search_.txtKey.focus();
+    search_.txtKey.selectAll();
 }
 
 // Whatever was put off is done by this search.
@@ -31,7 +32,7 @@ void SearchBoxes::searchEnter()
 
 void SearchBoxes::searchEscape()
 {
-    window_.txtKey.setText({});
+    search_.txtKey.setText({});
     searchEnter();
 }
 
@@ -50,43 +51,43 @@ void SearchBoxes::findEnter()
 
 void SearchBoxes::findInline()
 {
-    findInText(notebook_, window_, FindCommand::Inline);
+    findInText(notebook_, find_, search_.txtKey, FindCommand::Inline);
 }
 
 void SearchBoxes::findPrevious()
 {
-    findInText(notebook_, window_, FindCommand::Previous);
+    findInText(notebook_, find_, search_.txtKey, FindCommand::Previous);
 }
 
 void SearchBoxes::findNext()
 {
-    findInText(notebook_, window_, FindCommand::Next);
+    findInText(notebook_, find_, search_.txtKey, FindCommand::Next);
 }
 
 void SearchBoxes::selectResult()
 {
-    lstInLineSrchClick(window_);
+    lstInLineSrchClick(find_);
 }
 
 void SearchBoxes::copyResult()
 {
-    vellums::copyResult(notebook_, window_);
+    vellums::copyResult(notebook_, find_.lstInLineSrch);
 }
 
 void SearchBoxes::copyAllResults()
 {
-    vellums::copyAllResults(notebook_, window_);
+    vellums::copyAllResults(notebook_, find_.lstInLineSrch);
 }
 
 void SearchBoxes::findEscape()
 {
-    window_.txtInline.setText({});
-    hideResults(window_);
+    find_.txtInline.setText({});
+    hideResults(find_.lstInLineSrch);
 }
 
 void SearchBoxes::toggleSortOnTitle()
 {
-    CheckItem& item = window_.mnu_SortOnTitle;
+    CheckItem& item = search_.mnu_SortOnTitle;
     item.setChecked(!item.checked());
     writeSetting(notebook_.settingsFile, kSortOnTitleSetting, item.checked());
     commands_.search();
@@ -94,13 +95,13 @@ void SearchBoxes::toggleSortOnTitle()
 
 void SearchBoxes::toggleSearchField(std::size_t index)
 {
-    if (index < window_.mnu_AvailFields.size())
-        vellums::toggleSearchField(window_, index);
+    if (index < search_.mnu_AvailFields.size())
+        vellums::toggleSearchField(search_.mnu_AvailFields, index);
 }
 
 void SearchBoxes::toggleInstantSearch()
 {
-    window_.mnu_InstantSrch.setChecked(!window_.mnu_InstantSrch.checked());
+    search_.mnu_InstantSrch.setChecked(!search_.mnu_InstantSrch.checked());
 }
 
 } // namespace vellums

@@ -10,8 +10,8 @@ namespace vellums {
 
 class SearchBoxes {
 public:
-    SearchBoxes(
-        Notebook& notebook, WindowPorts window, RecordCommands& commands, InstantSearch& instantSearch);
+    SearchBoxes(Notebook& notebook, SearchPorts search, FindPorts find, RecordCommands& commands,
+        InstantSearch& instantSearch);
 
     // The search box.
     void newSearch(); // the focus, with everything selected
@@ -40,7 +40,8 @@ public:
 
 private:
     Notebook& notebook_;
-    WindowPorts window_;
+    SearchPorts search_;
+    FindPorts find_;
     RecordCommands& commands_;
     InstantSearch& instantSearch_;
 };

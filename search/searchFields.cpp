@@ -16,9 +16,8 @@ std::vector<std::u16string> columnsOf(Connection& connection, const std::u16stri
 
 // One array of entries holds the columns of whatever table is current: the tag is the column, the check mark
 // says whether it is searched, and only that of the text can be seen and changed.
-void setField(const Notebook& notebook, WindowPorts& window, std::size_t index, const std::u16string& column)
+void setField(const Notebook& notebook, MenuItems& fields, std::size_t index, const std::u16string& column)
 {
-    MenuItems& fields = window.mnu_AvailFields;
     MenuItem item = index < fields.size() ? fields.at(index) : MenuItem();
     item.visible = false;
     item.tag = column;
@@ -32,21 +31,21 @@ void setField(const Notebook& notebook, WindowPorts& window, std::size_t index, 
     fields.set(index, item);
 }
 
-void setFields(const Notebook& notebook, WindowPorts& window, const std::vector<std::u16string>& columns)
+void setFields(const Notebook& notebook, MenuItems& fields, const std::vector<std::u16string>& columns)
 {
     for (std::size_t i = 0; i < columns.size(); ++i)
-        setField(notebook, window, i, columns[i]);
+        setField(notebook, fields, i, columns[i]);
     // Entries of a wider table before this one keep their state, but nobody sees them.
-    for (std::size_t i = columns.size(); i < window.mnu_AvailFields.size(); ++i) {
-        MenuItem item = window.mnu_AvailFields.at(i);
+    for (std::size_t i = columns.size(); i < fields.size(); ++i) {
+        MenuItem item = fields.at(i);
         item.visible = false;
-        window.mnu_AvailFields.set(i, item);
+        fields.set(i, item);
     }
 }
 
 // Adds what a table of an old version lacks; any other table is left as it is. True: columns were added.
-bool upgradeTable(const Notebook& notebook, WindowPorts& window, Connection& connection,
-    const std::vector<std::u16string>& columns)
+bool upgradeTable(
+    const Notebook& notebook, Connection& connection, const std::vector<std::u16string>& columns)
 {
     int version = kSnippetVersion - 1;
     while (version > 0 && columns != snippetColumnNames(version))
@@ -66,22 +65,22 @@ bool upgradeTable(const Notebook& notebook, WindowPorts& window, Connection& con
                                     u"无法为数据表添加字段 " + name),
                 number);
     }
-    window.lstHeads.setTag(u"1");
     return true;
 }
 
 } // namespace
 
-bool rebuildSearchFields(const Notebook& notebook, WindowPorts& window)
+bool rebuildSearchFields(const Notebook& notebook, MenuItems& mnu_AvailFields, ListBox& lstHeads)
 {
     try {
         const std::unique_ptr<Connection> connection = notebook.connect();
         const std::vector<std::u16string> columns = columnsOf(*connection, notebook.dbTable);
-        setFields(notebook, window, columns);
+        setFields(notebook, mnu_AvailFields, columns);
         // Counting is enough to know that columns lack; which ones is looked at before anything is added.
-        if (columns.size() < std::size(kSnippetColumns) &&
-            upgradeTable(notebook, window, *connection, columns))
-            setFields(notebook, window, columnsOf(*connection, notebook.dbTable));
+        if (columns.size() < std::size(kSnippetColumns) && upgradeTable(notebook, *connection, columns)) {
+            lstHeads.setTag(u"1");
+            setFields(notebook, mnu_AvailFields, columnsOf(*connection, notebook.dbTable));
+        }
         return true;
     } catch (const ProviderError& e) {
         notebook.status.failed(e.description + u" (" + text::decimal(e.number) + u")");
@@ -89,11 +88,11 @@ bool rebuildSearchFields(const Notebook& notebook, WindowPorts& window)
     }
 }
 
-void toggleSearchField(WindowPorts& window, std::size_t index)
+void toggleSearchField(MenuItems& mnu_AvailFields, std::size_t index)
 {
-    MenuItem item = window.mnu_AvailFields.at(index);
+    MenuItem item = mnu_AvailFields.at(index);
     item.checked = !item.checked;
-    window.mnu_AvailFields.set(index, item);
+    mnu_AvailFields.set(index, item);
 }
 
 } // namespace vellums

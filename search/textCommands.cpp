@@ -57,10 +57,10 @@ std::u16string dateStamp()
 } // namespace
 
 TextCommands::TextCommands(
-    Notebook& notebook, WindowPorts window, SearchBoxes& boxes, CheckItem& mnu_switchCase)
+    Notebook& notebook, TextBoxes boxes, SearchBoxes& searches, CheckItem& mnu_switchCase)
     : notebook_(notebook)
-    , window_(window)
     , boxes_(boxes)
+    , searches_(searches)
     , mnu_switchCase_(mnu_switchCase)
 {
 }
@@ -69,15 +69,15 @@ TextBox& TextCommands::target()
 {
     switch (txtPopUpTarget_) {
     case PopUpTarget::Search:
-        return window_.txtKey;
+        return boxes_.txtKey;
     case PopUpTarget::Title:
-        return window_.txtType;
+        return boxes_.txtType;
     case PopUpTarget::Find:
-        return window_.txtInline;
+        return boxes_.txtInline;
     case PopUpTarget::RecordText:
         break;
     }
-    return window_.txtTarget();
+    return boxes_.txtTarget;
 }
 
 bool TextCommands::hasSelection()
@@ -110,9 +110,9 @@ void TextCommands::pasteAndGo()
 {
     paste();
     if (txtPopUpTarget_ == PopUpTarget::Search)
-        boxes_.searchEnter();
+        searches_.searchEnter();
     else if (txtPopUpTarget_ == PopUpTarget::Find)
-        boxes_.findEnter();
+        searches_.findEnter();
 }
 
 void TextCommands::deleteSelection()
@@ -134,16 +134,16 @@ void TextCommands::clearText()
 void TextCommands::reset()
 {
     if (txtPopUpTarget_ == PopUpTarget::Search)
-        boxes_.searchEscape();
+        searches_.searchEscape();
     else if (txtPopUpTarget_ == PopUpTarget::Find)
-        boxes_.findEscape();
+        searches_.findEscape();
     else
         target().setText({});
 }
 
 void TextCommands::copyAll()
 {
-    copyText(notebook_, window_.txtTarget().text());
+    copyText(notebook_, boxes_.txtTarget.text());
 }
 
 // The new text is selected as the old one was. It is brought to the form of the box first, so that its
@@ -151,7 +151,7 @@ void TextCommands::copyAll()
 void TextCommands::replaceSelected(const std::u16string& changed)
 {
     const std::u16string text = boxText(changed);
-    TextBox& box = window_.txtTarget();
+    TextBox& box = boxes_.txtTarget;
     const std::size_t start = box.selection().start;
     box.replaceSelection(text);
     box.select({start, start + text.size()});
@@ -159,29 +159,29 @@ void TextCommands::replaceSelected(const std::u16string& changed)
 
 void TextCommands::joinLines()
 {
-    if (!window_.txtTarget().selection().empty())
-        replaceSelected(joined(boxText(window_.txtTarget().selectedText())));
+    if (!boxes_.txtTarget.selection().empty())
+        replaceSelected(joined(boxText(boxes_.txtTarget.selectedText())));
 }
 
 void TextCommands::compressLines()
 {
-    if (!window_.txtTarget().selection().empty())
-        replaceSelected(compressed(boxText(window_.txtTarget().selectedText())));
+    if (!boxes_.txtTarget.selection().empty())
+        replaceSelected(compressed(boxText(boxes_.txtTarget.selectedText())));
 }
 
 void TextCommands::insertDate()
 {
-    window_.txtTarget().replaceSelection(u"\r\n> " + dateStamp() + u"\r\n");
+    boxes_.txtTarget.replaceSelection(u"\r\n> " + dateStamp() + u"\r\n");
 }
 
 void TextCommands::insertTitle()
 {
-    window_.txtTarget().replaceSelection(window_.txtType.text());
+    boxes_.txtTarget.replaceSelection(boxes_.txtType.text());
 }
 
 void TextCommands::switchCase()
 {
-    TextBox& box = window_.txtTarget();
+    TextBox& box = boxes_.txtTarget;
     const bool toSmall = !mnu_switchCase_.checked();
     mnu_switchCase_.setChecked(toSmall);
     const auto switched = [toSmall](const std::u16string& text) {
@@ -196,13 +196,13 @@ void TextCommands::switchCase()
 
 void TextCommands::trimText()
 {
-    window_.txtTarget().setText(text::cleanBody(window_.txtTarget().text()));
+    boxes_.txtTarget.setText(text::cleanBody(boxes_.txtTarget.text()));
 }
 
 void TextCommands::insertPattern(std::u16string_view piece)
 {
-    window_.txtInline.focus();
-    window_.txtInline.replaceSelection(text::replaceAll(piece, u"...", u""));
+    boxes_.txtInline.focus();
+    boxes_.txtInline.replaceSelection(text::replaceAll(piece, u"...", u""));
 }
 
 } // namespace vellums

@@ -12,7 +12,7 @@ enum class PopUpTarget { RecordText, Search, Title, Find };
 class TextCommands {
 public:
     // `mnu_switchCase` shows which way the next change of case does not go: checked after small letters.
-    TextCommands(Notebook& notebook, WindowPorts window, SearchBoxes& boxes, CheckItem& mnu_switchCase);
+    TextCommands(Notebook& notebook, TextBoxes boxes, SearchBoxes& searches, CheckItem& mnu_switchCase);
 
     // The menu was opened for this box, or the box got the focus: "the target" from now on.
     void setTarget(PopUpTarget target) { txtPopUpTarget_ = target; }
@@ -46,8 +46,8 @@ private:
     void replaceSelected(const std::u16string& changed);
 
     Notebook& notebook_;
-    WindowPorts window_;
-    SearchBoxes& boxes_;
+    TextBoxes boxes_;
+    SearchBoxes& searches_;
     CheckItem& mnu_switchCase_;
     PopUpTarget txtPopUpTarget_ = PopUpTarget::RecordText;
 };

@@ -39,7 +39,7 @@ protected:
 
     tests::MemoryMenuItems mnu_avtables_;
     tests::MemorySwitch mnu_moverec_;
-    ListCommands commands_{*notes, ports, records, {mnu_avtables_, mnu_moverec_}};
+    ListCommands commands_{*notes, window.progress, window.dialogs, records, {mnu_avtables_, mnu_moverec_}};
 };
 
 INSTANTIATE_TEST_SUITE_P(Languages, ListCommandsTest, testing::Bool(),

@@ -48,7 +48,7 @@ protected:
         EXPECT_EQ(window.txtShowWrap.text(), body);
     }
     // The list follows a switch of tables before the boxes do.
-    bool dbQueryWithoutBoxes() { return dbQuery(*notes, ports, u""); }
+    bool dbQueryWithoutBoxes() { return dbQuery(*notes, ports.list, ports.search); }
     void choose(int entry)
     {
         window.lstHeads.click({entry});

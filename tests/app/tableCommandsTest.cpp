@@ -94,7 +94,8 @@ protected:
     tests::MemoryMenuItems mnu_availdb_;
     tests::MemorySwitch mnu_switchto_;
     tests::MemoryNameDialog frmInput_;
-    TableCommands commands_{*notes, ports, records, {mnu_availdb_, mnu_switchto_, frmInput_}};
+    TableCommands commands_{*notes, ports.list, window.mnu_AvailFields, records,
+        {mnu_availdb_, mnu_switchto_, frmInput_, window.dialogs}};
     int opened_ = 0; // moments that happened
     int filled_ = 0;
 };

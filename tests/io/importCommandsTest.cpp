@@ -27,7 +27,7 @@ protected:
     std::u16string in(const char16_t* name) { return notes.folder().file(u"in/" + std::u16string(name)); }
     Texts titles() { return notes.rows(u"SELECT VLHEAD FROM [Notes] ORDER BY ID"); }
 
-    ImportCommands commands{*notes, ports, records};
+    ImportCommands commands{*notes, window.progress, window.dialogs, records};
 };
 
 TEST_F(ImportCommandsTest, TakeFilesAndFoldersAndShowThem)

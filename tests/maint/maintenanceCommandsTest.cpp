@@ -27,7 +27,7 @@ protected:
     }
     std::vector<std::u16string> bodies() { return notes.rows(u"SELECT ID, VLTEXT FROM [Notes] ORDER BY ID"); }
 
-    MaintenanceCommands commands{*notes, ports, records};
+    MaintenanceCommands commands{*notes, window.progress, window.dialogs, records};
 };
 
 TEST_F(MaintenanceCommandsTest, RemoveDuplicatesAndShowWhatIsLeft)

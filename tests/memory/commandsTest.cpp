@@ -55,7 +55,8 @@ struct Program : tests::WindowNotebook {
         static const std::string sample = sampleFile();
         notes.folder().write(u"notes.mdb", sample);
         platform::setClipboardText(u"from the clipboard");
-        moments.tableOpened.add([this] { rebuildSearchFields(*notes, ports); });
+        moments.tableOpened.add(
+            [this] { rebuildSearchFields(*notes, window.mnu_AvailFields, window.lstHeads); });
         records.start();
         lists.rebuildMenu();
         tables.rebuildMenu();
@@ -73,13 +74,15 @@ struct Program : tests::WindowNotebook {
     tests::MemoryCheckItem mnu_switchCase;
     tests::MemoryNameDialog frmInput;
     tests::MemoryPostponed pause;
-    ListCommands lists{*notes, ports, records, {mnu_avtables, mnu_moverec}};
-    TableCommands tables{*notes, ports, records, {mnu_availdb, mnu_switchto, frmInput}};
-    ImportCommands imports{*notes, ports, records};
-    MaintenanceCommands maintenance{*notes, ports, records};
-    InstantSearch instant{ports, pause, [this] { return records.current().hasUnsavedChanges(); }};
-    SearchBoxes boxes{*notes, ports, records, instant};
-    TextCommands texts{*notes, ports, boxes, mnu_switchCase};
+    ListCommands lists{*notes, window.progress, window.dialogs, records, {mnu_avtables, mnu_moverec}};
+    TableCommands tables{*notes, ports.list, window.mnu_AvailFields, records,
+        {mnu_availdb, mnu_switchto, frmInput, window.dialogs}};
+    ImportCommands imports{*notes, window.progress, window.dialogs, records};
+    MaintenanceCommands maintenance{*notes, window.progress, window.dialogs, records};
+    InstantSearch instant{window.mnu_InstantSrch, window.mnu_AvailFields, pause,
+        [this] { return records.current().hasUnsavedChanges(); }};
+    SearchBoxes boxes{*notes, ports.search, ports.find, records, instant};
+    TextCommands texts{*notes, ports.textBoxes(), boxes, mnu_switchCase};
 };
 
 // What must be whole, each thing for itself.

@@ -13,7 +13,8 @@ class BoxesFixture : public testing::Test, protected WindowNotebook {
 protected:
     BoxesFixture()
     {
-        moments.tableOpened.add([this] { rebuildSearchFields(*notes, ports); });
+        moments.tableOpened.add(
+            [this] { rebuildSearchFields(*notes, window.mnu_AvailFields, window.lstHeads); });
     }
     void addNote(const std::u16string& title, const std::u16string& text)
     {
@@ -22,8 +23,9 @@ protected:
     }
 
     MemoryPostponed instantSearch;
-    InstantSearch instant{ports, instantSearch, [this] { return records.current().hasUnsavedChanges(); }};
-    SearchBoxes boxes{*notes, ports, records, instant};
+    InstantSearch instant{window.mnu_InstantSrch, window.mnu_AvailFields, instantSearch,
+        [this] { return records.current().hasUnsavedChanges(); }};
+    SearchBoxes boxes{*notes, ports.search, ports.find, records, instant};
 };
 
 } // namespace vellums::tests

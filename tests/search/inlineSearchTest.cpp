@@ -24,9 +24,9 @@ protected:
     {
         window.txtShowWrap.setText(text);
         window.txtInline.setText(keyword);
-        doInlineSearch(notebook, ports);
+        doInlineSearch(notebook, window.ports().find);
     }
-    void find(FindCommand command) { findInText(notebook, ports, command); }
+    void find(FindCommand command) { findInText(notebook, window.ports().find, window.txtKey, command); }
     std::u16string selected() const { return window.txtShowWrap.selectedText(); }
     std::size_t caret() const { return window.txtShowWrap.selection().start; }
     bool listIsUntouched() const { return !results.enabled() && !results.visible(); }
@@ -37,7 +37,6 @@ protected:
     tests::ShownLines status;
     Notebook notebook{status};
     tests::MemoryWindow window;
-    WindowPorts ports = window.ports();
     tests::MemoryListBox& results = window.lstInLineSrch;
 };
 
@@ -91,7 +90,7 @@ TEST_F(InlineSearch, TellsInTheTipWhyNothingWasFound)
     EXPECT_EQ(window.txtInlineTip.text(), u"");
 
     // What was found before the search had to end stays, but takes no clicks.
-    hideResults(ports);
+    hideResults(results);
     search(u"ab\r\n" + std::u16string(40000, u'-') + u"ab", u"ab");
     EXPECT_THAT(results.texts(), ElementsAre(u"0 > ab"));
     EXPECT_FALSE(results.enabled());
@@ -103,7 +102,7 @@ TEST_F(InlineSearch, StopsAtWhatTheListCanHold)
     search(std::u16string(40000, u'a') + u"\r\n", u"a");
     EXPECT_EQ(results.count(), 32767);
     EXPECT_EQ(lastLine(), u"32767 matches found.");
-    hideResults(ports);
+    hideResults(results);
     EXPECT_EQ(results.tag(), u"");
     EXPECT_FALSE(results.visible());
     results.setEnabled(false);
@@ -117,16 +116,16 @@ TEST_F(InlineSearch, CopiesAnEntryAndAllOfThem)
 {
     search(u"cat\r\ncut", u"c.t");
     results.select(1);
-    copyResult(notebook, ports);
+    copyResult(notebook, results);
     EXPECT_EQ(platform::clipboardText().text, u"cut");
     results.select(0);
-    copyResult(notebook, ports);
+    copyResult(notebook, results);
     EXPECT_EQ(platform::clipboardText().text, u"cat");
     results.select(-1);
-    lstInLineSrchClick(ports);
-    copyResult(notebook, ports);
+    lstInLineSrchClick(window.ports().find);
+    copyResult(notebook, results);
     EXPECT_EQ(platform::clipboardText().text, u"cat") << "nothing is selected";
-    copyAllResults(notebook, ports);
+    copyAllResults(notebook, results);
     EXPECT_EQ(platform::clipboardText().text, u"0 > cat\r\n5 > cut\r\n");
 }
 

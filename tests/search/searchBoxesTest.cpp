@@ -47,7 +47,7 @@ TEST_F(SearchBoxesTest, TypingSearchesAtOnceOnlyWhereThatIsCheapOrWanted)
     type(u"pl");
     EXPECT_FALSE(searched());
 
-    toggleSearchField(ports, kBodyField);
+    toggleSearchField(window.mnu_AvailFields, kBodyField);
     type(u"fruit");
     EXPECT_TRUE(searched());
     EXPECT_EQ(window.lstHeads.count(), 0); // the word stands in bodies alone

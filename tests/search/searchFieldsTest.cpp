@@ -27,14 +27,13 @@ class SearchFields : public testing::TestWithParam<const char16_t*> {
 protected:
     SearchFields()
         : notes_(GetParam())
-        , ports_(window_.ports())
     {
     }
 
     bool rebuild(const std::u16string& table = u"Notes")
     {
         notes_->dbTable = table;
-        return rebuildSearchFields(*notes_, ports_);
+        return rebuildSearchFields(*notes_, window_.mnu_AvailFields, window_.lstHeads);
     }
     void makeTable(const std::u16string& name, std::u16string_view columns)
     {
@@ -50,9 +49,10 @@ protected:
         }
         return all;
     }
-    Texts found(const std::u16string& pattern)
+    Texts found(const std::u16string& words)
     {
-        EXPECT_TRUE(dbQuery(*notes_, ports_, pattern));
+        window_.txtKey.setText(words);
+        EXPECT_TRUE(dbQuery(*notes_, window_.ports().list, window_.ports().search));
         return window_.lstHeads.texts();
     }
     Texts columns(const std::u16string& table)
@@ -62,7 +62,6 @@ protected:
 
     tests::TestNotebook notes_;
     tests::MemoryWindow window_;
-    WindowPorts ports_;
 };
 
 INSTANTIATE_TEST_SUITE_P(Formats, SearchFields, testing::Values(u"notes.mdb", u"notes.accdb"),
@@ -87,13 +86,13 @@ TEST_P(SearchFields, WithoutTheBodyFindOnlyTitlesAndPaths)
                u"'2001-1-1', 'C:\\source.txt')");
     ASSERT_TRUE(rebuild());
     EXPECT_THAT(found(u"BODY"), ElementsAre(u"title"));
-    toggleSearchField(ports_, 2);
+    toggleSearchField(window_.mnu_AvailFields, 2);
     EXPECT_THAT(found(u"body"), IsEmpty());
     EXPECT_THAT(found(u"title"), ElementsAre(u"title"));
     EXPECT_THAT(found(u"source"), ElementsAre(u"title"));
-    toggleSearchField(ports_, 2);
+    toggleSearchField(window_.mnu_AvailFields, 2);
     EXPECT_THAT(found(u"body"), ElementsAre(u"title"));
-    toggleSearchField(ports_, 2);
+    toggleSearchField(window_.mnu_AvailFields, 2);
     ASSERT_TRUE(rebuild());
     EXPECT_THAT(found(u"body"), ElementsAre(u"title")) << "another table begins with all of them";
 }
@@ -177,8 +176,8 @@ TEST_P(SearchFields, AFailedUpgradeIsNotHiddenByTheCount)
     provider.refuses = [](std::u16string_view sql, int) { return sql.starts_with(u"ALTER"); };
     notes_->provider = &provider;
     Moments moments;
-    moments.tableOpened.add([&] { rebuildSearchFields(*notes_, ports_); });
-    RecordCommands records(*notes_, ports_, moments);
+    moments.tableOpened.add([&] { rebuildSearchFields(*notes_, window_.mnu_AvailFields, window_.lstHeads); });
+    RecordCommands records(*notes_, window_.ports(), moments);
     Texts shown;
     Gate gate(
         *notes_, notes_.collected(), {[&](const std::u16string& line) { shown.push_back(line); }, [] {}});

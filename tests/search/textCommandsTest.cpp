@@ -30,7 +30,7 @@ protected:
     }
 
     tests::MemoryCheckItem mnu_switchCase;
-    TextCommands commands{*notes, ports, boxes, mnu_switchCase};
+    TextCommands commands{*notes, ports.textBoxes(), boxes, mnu_switchCase};
     tests::MemoryTextBox& box = window.txtShowWrap;
 };
 

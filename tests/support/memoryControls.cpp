@@ -253,21 +253,11 @@ bool MemoryProgress::step(std::size_t done, std::size_t total)
 
 WindowPorts MemoryWindow::ports()
 {
-    return {.caption = caption,
-        .txtKey = txtKey,
-        .txtInline = txtInline,
-        .txtType = txtType,
-        .txtShowWrap = txtShowWrap,
-        .lstHeads = lstHeads,
-        .lstInLineSrch = lstInLineSrch,
-        .txtInlineTip = txtInlineTip,
-        .lblDate = lblDate,
-        .chkSort = chkSort,
-        .mnu_SortOnTitle = mnu_SortOnTitle,
+    return {.record = {txtType, txtShowWrap, lblDate, ucStatusRight},
+        .list = {caption, lstHeads, chkSort},
+        .search = {txtKey, mnu_SortOnTitle, mnu_InstantSrch, mnu_AvailFields},
+        .find = {txtInline, txtInlineTip, lstInLineSrch, txtShowWrap},
         .mnu_ezdel = mnu_ezdel,
-        .mnu_InstantSrch = mnu_InstantSrch,
-        .mnu_AvailFields = mnu_AvailFields,
-        .ucStatusRight = ucStatusRight,
         .progress = progress,
         .dialogs = dialogs};
 }

@@ -29,7 +29,7 @@ public:
 
 // What the commands need besides the ports of the main window.
 struct CommandMenus {
-    TableMenus tables;
+    TablePorts tables;
     ListMenus list;
     CheckItem& mnu_switchCase;
     MenuItems& mnu_RegExChar; // the tag of an item is a piece of a pattern
@@ -39,12 +39,12 @@ struct Commands {
     Commands(Notebook& notebook, WindowPorts window, Moments& moments, CommandMenus menus,
         InstantSearch& instantSearch, WindowView& windowView)
         : records(notebook, window, moments)
-        , tables(notebook, window, records, menus.tables)
-        , list(notebook, window, records, menus.list)
-        , boxes(notebook, window, records, instantSearch)
-        , text(notebook, window, boxes, menus.mnu_switchCase)
-        , imports(notebook, window, records)
-        , maintenance(notebook, window, records)
+        , tables(notebook, window.list, window.search.mnu_AvailFields, records, menus.tables)
+        , list(notebook, window.progress, window.dialogs, records, menus.list)
+        , boxes(notebook, window.search, window.find, records, instantSearch)
+        , text(notebook, window.textBoxes(), boxes, menus.mnu_switchCase)
+        , imports(notebook, window.progress, window.dialogs, records)
+        , maintenance(notebook, window.progress, window.dialogs, records)
         , mnu_RegExChar(menus.mnu_RegExChar)
         , view(windowView)
     {

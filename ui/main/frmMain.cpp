@@ -50,24 +50,23 @@ void registerClass(WNDPROC procedure)
 
 frmMain::frmMain(Notebook& notebook, Outcome& outcome)
     : notebook_(notebook)
-    , ports_{.caption = caption_,
-          .txtKey = txtKey_,
-          .txtInline = txtInline_,
-          .txtType = txtType_,
-          .txtShowWrap = text_,
-          .lstHeads = lstHeads_,
-          .lstInLineSrch = lstInLineSrch_,
-          .txtInlineTip = txtInlineTip_,
-          .lblDate = lblDate_,
-          .chkSort = chkSort_,
-          .mnu_SortOnTitle = mnu_SortOnTitle_,
+    , ports_{.record = {.txtType = txtType_,
+                 .txtTarget = text_,
+                 .lblDate = lblDate_,
+                 .ucStatusRight = work_.link()},
+          .list = {.caption = caption_, .lstHeads = lstHeads_, .chkSort = chkSort_},
+          .search = {.txtKey = txtKey_,
+              .mnu_SortOnTitle = mnu_SortOnTitle_,
+              .mnu_InstantSrch = mnu_InstantSrch_,
+              .mnu_AvailFields = mnu_AvailFields_},
+          .find = {.txtInline = txtInline_,
+              .txtInlineTip = txtInlineTip_,
+              .lstInLineSrch = lstInLineSrch_,
+              .txtTarget = text_},
           .mnu_ezdel = mnu_ezdel_,
-          .mnu_InstantSrch = mnu_InstantSrch_,
-          .mnu_AvailFields = mnu_AvailFields_,
-          .ucStatusRight = work_.link(),
           .progress = work_,
           .dialogs = dialogs_}
-    , instantSearch_(ports_, pause_, [this] { return hasUnsavedText(); })
+    , instantSearch_(mnu_InstantSrch_, mnu_AvailFields_, pause_, [this] { return hasUnsavedText(); })
     , gate_(notebook, outcome,
           {[this](const std::u16string& line) { ucStatusLeft_.setCaption(line); },
               [this] { PostMessageW(hwnd_, kServeGate, 0, 0); }})
@@ -112,12 +111,12 @@ void frmMain::open(const Opening& opening, int showCommand)
             treatMessagesDuringWork();
     });
     commands_.make(notebook_, ports_, moments_,
-        CommandMenus{.tables = {mnu_availdb_, mnu_switchto_, input_},
+        CommandMenus{.tables = {mnu_availdb_, mnu_switchto_, input_, dialogs_},
             .list = {mnu_avtables_, mnu_moverec_},
             .mnu_switchCase = mnu_switchCase_,
             .mnu_RegExChar = mnu_RegExChar_},
         instantSearch_, static_cast<WindowView&>(*this));
-    moments_.tableOpened.add([this] { rebuildSearchFields(notebook_, ports_); });
+    moments_.tableOpened.add([this] { rebuildSearchFields(notebook_, mnu_AvailFields_, lstHeads_); });
     gate_.run([this](const Turn& turn) {
         commands_(turn).records.start();
         commands_(turn).tables.rebuildMenu();
