@@ -17,11 +17,18 @@ char16_t mapped(char16_t c, std::span<const LetterRun> runs)
     return found ? static_cast<char16_t>(c + run->delta) : c;
 }
 
-std::u16string mapped(std::u16string_view text, std::span<const LetterRun> runs)
+template <typename Change>
+std::u16string changed(std::u16string_view text, Change change)
 {
     std::u16string result(text);
-    std::transform(result.begin(), result.end(), result.begin(), [&](char16_t c) { return mapped(c, runs); });
+    std::transform(result.begin(), result.end(), result.begin(), change);
     return result;
+}
+
+char16_t lowerCaseOfCapital(char16_t c)
+{
+    const char16_t small = lowerCase(c);
+    return small != c && upperCase(small) == c ? small : c;
 }
 
 } // namespace
@@ -33,14 +40,26 @@ char16_t lowerCase(char16_t c)
     return mapped(c, smallRuns());
 }
 
+char16_t upperCase(char16_t c)
+{
+    if (c < 0x80)
+        return c >= u'a' && c <= u'z' ? static_cast<char16_t>(c - 32) : c;
+    return mapped(c, capitalRuns());
+}
+
 std::u16string lowerCase(std::u16string_view text)
 {
-    return mapped(text, smallRuns());
+    return changed(text, [](char16_t c) { return lowerCase(c); });
 }
 
 std::u16string upperCase(std::u16string_view text)
 {
-    return mapped(text, capitalRuns());
+    return changed(text, [](char16_t c) { return upperCase(c); });
+}
+
+std::u16string lowerCaseOfCapitals(std::u16string_view text)
+{
+    return changed(text, lowerCaseOfCapital);
 }
 
 bool equalNoCase(std::u16string_view a, std::u16string_view b)

@@ -1,12 +1,12 @@
-// Four tables of 65536 units, made at the first call. A unit folds in three steps: to its ordinary width,
+// Two tables of 65536 units, made at the first call. A unit folds in three steps: to its ordinary width,
 // from katakana to hiragana, to its capital. The capital comes last, so that a wide small letter ends where
 // the ordinary capital does. Surrogates fold to themselves.
 #include "jet/sql/values/caseFold.h"
 
-#include "text/capitalLetters.h"
+#include "text/letterCase.h"
 
 #include <algorithm>
-#include <cstdlib>
+#include <cstdint>
 #include <memory>
 
 namespace vellums::jet::sql {
@@ -54,41 +54,19 @@ char16_t ordinaryWidth(char16_t unit)
     return unit;
 }
 
-struct CaseTables {
+struct Tables {
     FoldTable fold;
-    FoldTable upper;
-    FoldTable lower;
     std::vector<char16_t> byFold; // all units, sorted by what they fold to
 };
 
-// Some letters have several small ones. Title-case digraphs and the final sigma never are the answer;
-// of the others the nearest is.
-bool isLesserSmallLetter(char16_t unit)
+std::unique_ptr<Tables> makeTables()
 {
-    return unit == 0x01C5 || unit == 0x01C8 || unit == 0x01CB || unit == 0x01F2 || unit == 0x03C2;
-}
-
-std::unique_ptr<CaseTables> makeTables()
-{
-    auto tables = std::make_unique<CaseTables>();
-    for (std::uint32_t unit = 0; unit < 65536; ++unit)
-        tables->upper[unit] = tables->lower[unit] = static_cast<char16_t>(unit);
-    for (const text::LetterRun& run : text::capitalRuns())
-        for (std::uint32_t unit = run.first; unit <= run.last; unit += run.step)
-            tables->upper[unit] = static_cast<char16_t>(static_cast<int>(unit) + run.delta);
-    for (std::uint32_t unit = 0; unit < 65536; ++unit) {
-        const char16_t capital = tables->upper[unit];
-        char16_t& small = tables->lower[capital];
-        if (capital == unit || isLesserSmallLetter(static_cast<char16_t>(unit)))
-            continue;
-        if (small == capital || std::abs(static_cast<int>(unit) - capital) < std::abs(small - capital))
-            small = static_cast<char16_t>(unit);
-    }
+    auto tables = std::make_unique<Tables>();
     for (std::uint32_t unit = 0; unit < 65536; ++unit) {
         char16_t plain = ordinaryWidth(static_cast<char16_t>(unit));
         if (plain >= 0x30A1 && plain <= 0x30F6)
             plain = static_cast<char16_t>(plain - 0x60);
-        tables->fold[unit] = tables->upper[plain];
+        tables->fold[unit] = text::upperCase(plain);
         tables->byFold.push_back(static_cast<char16_t>(unit));
     }
     const FoldTable& fold = tables->fold;
@@ -97,18 +75,10 @@ std::unique_ptr<CaseTables> makeTables()
     return tables;
 }
 
-const CaseTables& tables()
+const Tables& tables()
 {
-    static const std::unique_ptr<const CaseTables> made = makeTables();
+    static const std::unique_ptr<const Tables> made = makeTables();
     return *made;
-}
-
-std::u16string mapped(std::u16string_view text, const FoldTable& table)
-{
-    std::u16string result(text);
-    for (char16_t& unit : result)
-        unit = table[unit];
-    return result;
 }
 
 } // namespace
@@ -125,16 +95,6 @@ std::vector<char16_t> foldedAlike(char16_t unit)
     const auto [begin, end] = std::equal_range(
         all.begin(), all.end(), unit, [&](char16_t a, char16_t b) { return fold[a] < fold[b]; });
     return {begin, end};
-}
-
-std::u16string upperCase(std::u16string_view text)
-{
-    return mapped(text, tables().upper);
-}
-
-std::u16string lowerCase(std::u16string_view text)
-{
-    return mapped(text, tables().lower);
 }
 
 } // namespace vellums::jet::sql

@@ -1,11 +1,9 @@
-// Which units of UTF-16 count as the same where case, width and kana do not matter, and capital and
-// small letters one by one.
+// Which units of UTF-16 count as the same to LIKE and INSTR: case, width and kana do not matter, as in the
+// sort order of Access files. Letter case by itself, that of UCASE and LCASE too, is text/letterCase.h.
 #pragma once
 
 #include <array>
 #include <cstdint>
-#include <string>
-#include <string_view>
 #include <vector>
 
 namespace vellums::jet::sql {
@@ -18,9 +16,5 @@ const FoldTable& foldTable();
 
 // All units that fold to the same as `unit`, ascending.
 std::vector<char16_t> foldedAlike(char16_t unit);
-
-// Letter by letter; no text gets longer or shorter.
-std::u16string upperCase(std::u16string_view text);
-std::u16string lowerCase(std::u16string_view text);
 
 } // namespace vellums::jet::sql

@@ -6,6 +6,7 @@
 #include "jet/sql/values/dateText.h"
 #include "jet/sql/values/operators.h"
 #include "jet/sql/values/sqlError.h"
+#include "text/letterCase.h"
 
 #include <algorithm>
 #include <cassert>
@@ -132,9 +133,9 @@ Value callFunction(Function function, const std::vector<Value>& arguments, Date 
     case Function::InStr:
         return inStr(arguments);
     case Function::UCase:
-        return upperCase(textOf(arguments[0]));
+        return text::upperCase(textOf(arguments[0]));
     case Function::LCase:
-        return lowerCase(textOf(arguments[0]));
+        return text::lowerCaseOfCapitals(textOf(arguments[0]));
     case Function::Trim:
     case Function::LTrim:
     case Function::RTrim:

@@ -1,7 +1,7 @@
 #include "jet/sql/values/dateText.h"
 
 #include "jet/sql/values/dateForm.h"
-#include "tests/jet/sql/referenceTable.h"
+#include "tests/support/referenceTable.h"
 #include "text/unicode.h"
 
 #include <gtest/gtest.h>

@@ -2,7 +2,7 @@
 
 #include "jet/sql/values/caseFold.h"
 #include "jet/table/valueCodec.h"
-#include "tests/jet/sql/referenceTable.h"
+#include "tests/support/referenceTable.h"
 #include "text/unicode.h"
 
 #include <gtest/gtest.h>
@@ -156,33 +156,6 @@ TEST(CaseFold, IsAFixedPointAndKeepsAccents)
     EXPECT_NE(fold[u'が'], fold[u'か']);
     EXPECT_EQ(fold[0x3000], u' ');
     EXPECT_EQ(foldedAlike(u'A'), (std::vector<char16_t>{u'A', u'a', u'Ａ', u'ａ'}));
-}
-
-TEST(CaseFold, AgreesWithTheReferenceTable)
-{
-    const auto rows = tests::referenceTable("regexp-fold.tsv");
-    if (!rows)
-        GTEST_SKIP() << "no reference table on this machine";
-    std::u16string small;
-    std::u16string capital;
-    for (const std::vector<std::u16string>& row : *rows) {
-        ASSERT_EQ(row.size(), 4u);
-        const auto number = [&](std::size_t i, int base) {
-            return std::stoi(text::toUtf8(row[i]), nullptr, base);
-        };
-        for (int unit = number(0, 16); unit <= number(1, 16); unit += number(2, 10)) {
-            small += static_cast<char16_t>(unit);
-            capital += static_cast<char16_t>(unit + number(3, 10));
-        }
-    }
-    EXPECT_EQ(small.size(), 1169u);
-    EXPECT_EQ(upperCase(small), capital);
-}
-
-TEST(CaseFold, ChangesLettersOneByOne)
-{
-    EXPECT_EQ(upperCase(u"straße ǆ σς я ａ 1"), u"STRAßE Ǆ ΣΣ Я Ａ 1");
-    EXPECT_EQ(lowerCase(u"STRASSE Ǆ ΣΊΣ Я Θ Μ В Ａ 1"), u"strasse ǆ σίσ я θ μ в ａ 1");
 }
 
 } // namespace

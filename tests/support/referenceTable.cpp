@@ -1,4 +1,4 @@
-#include "tests/jet/sql/referenceTable.h"
+#include "tests/support/referenceTable.h"
 
 #include "text/pieces.h"
 #include "text/unicode.h"
