@@ -22,7 +22,7 @@ namespace {
 std::u16string described(const std::exception& failure)
 {
     if (const auto* refused = dynamic_cast<const ProviderError*>(&failure))
-        return refused->description + u" (" + text::decimal(refused->number) + u")";
+        return reasonOf(*refused);
     return text::fromUtf8(failure.what());
 }
 

@@ -64,7 +64,7 @@ bool dbQuery(const Notebook& notebook, const ListPorts& list, const SearchPorts&
         // Given up by request, which is no failure and says nothing.
         if (e.number == kOperationCanceled && giveUp)
             return false;
-        notebook.status.failed(u"dbQuery: " + e.description + u" (" + text::decimal(e.number) + u")");
+        notebook.status.failed(u"dbQuery: " + reasonOf(e));
         return false;
     }
 }

@@ -25,7 +25,7 @@ constexpr std::u16string_view kExtension = u".mdb";
 
 std::u16string queryError(const ProviderError& error)
 {
-    return u"dbQuery: " + error.description + u" (" + text::decimal(error.number) + u")";
+    return u"dbQuery: " + reasonOf(error);
 }
 
 // The name of a first start's table, with a number behind it where another table has it already.

@@ -98,7 +98,7 @@ int programMain(const std::vector<std::u16string>& arguments, const std::u16stri
     } catch (const cli::Failure& e) {
         return cli::failed(e.sentence);
     } catch (const ProviderError& e) {
-        return cli::failed(e.description + u" (" + text::decimal(e.number) + u")");
+        return cli::failed(reasonOf(e));
     } catch (const std::bad_alloc&) {
         return cli::failed(u"There is not enough memory.");
     }

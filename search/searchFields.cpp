@@ -2,7 +2,6 @@
 
 #include "store/databases/schema.h"
 #include "store/snippetTable.h"
-#include "text/decimal.h"
 
 #include <algorithm>
 
@@ -83,7 +82,7 @@ bool rebuildSearchFields(const Notebook& notebook, MenuItems& mnu_AvailFields, L
         }
         return true;
     } catch (const ProviderError& e) {
-        notebook.status.failed(e.description + u" (" + text::decimal(e.number) + u")");
+        notebook.status.failed(reasonOf(e));
         return false;
     }
 }

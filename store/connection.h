@@ -32,6 +32,9 @@ struct ProviderError : std::exception {
     std::int32_t number;        // as Err.Number would show it
 };
 
+// "description (number)", as it is shown.
+std::u16string reasonOf(const ProviderError& error);
+
 inline constexpr std::int32_t kOperationCanceled = jet::kCanceled;
 
 // What a statement gave back, read forward once, while its connection is open.

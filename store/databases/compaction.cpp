@@ -125,7 +125,7 @@ Compaction compactDatabase(const Notebook& notebook, const std::u16string& file)
             heading(notebook, true) + u"\r\n" + file + u"\r\n" + kilobytes(sizes.before) + u" -> " +
                 kilobytes(sizes.after) + u"."};
     } catch (const ProviderError& e) {
-        return failure(notebook, file, e.description + u" (" + text::decimal(e.number) + u")");
+        return failure(notebook, file, reasonOf(e));
     } catch (const platform::FileError& e) {
         return failure(notebook, file, fileReason(notebook, e.fault));
     } catch (const NotCompacted& e) {

@@ -2,7 +2,6 @@
 
 #include "platform/files.h"
 #include "store/databases/tableChanges.h"
-#include "text/decimal.h"
 #include "text/letterCase.h"
 
 #include <algorithm>
@@ -62,7 +61,7 @@ std::u16string dbCreateNew(const Notebook& notebook, const std::u16string& fileN
         notebook.provider->createDatabase(path, table);
         return table;
     } catch (const ProviderError& e) {
-        notebook.status.failed(u"dbCreateNew: " + e.description + u" (" + text::decimal(e.number) + u")");
+        notebook.status.failed(u"dbCreateNew: " + reasonOf(e));
         return {};
     }
 }

@@ -164,7 +164,7 @@ bool dropTable(const Notebook& notebook, const std::u16string& table)
         dropTable(*notebook.connect(), table);
         return true;
     } catch (const ProviderError& e) {
-        notebook.status.failed(u"dropTable - " + e.description + u" (" + text::decimal(e.number) + u")");
+        notebook.status.failed(u"dropTable - " + reasonOf(e));
         return false;
     }
 }

@@ -4,7 +4,6 @@
 #include "store/records/bulkAct.h"
 
 #include "store/databases/safetyCopy.h"
-#include "text/decimal.h"
 
 #include <cassert>
 #include <new>
@@ -64,11 +63,6 @@ bool takeLastingSteps(Connection& connection, Batches& batches, std::size_t tota
 }
 
 } // namespace
-
-std::u16string reasonOf(const ProviderError& error)
-{
-    return error.description + u" (" + text::decimal(error.number) + u")";
-}
 
 std::u16string BulkResult::reason(const Notebook& notebook) const
 {

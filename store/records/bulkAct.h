@@ -91,7 +91,4 @@ BulkResult bulkAct(const Notebook& notebook, SafetyCopy copy, std::size_t total,
 // The safety copy alone, for an act in several parts: an empty result lets them begin.
 BulkResult copyBefore(const Notebook& notebook, SafetyCopy copy, std::size_t total, const BulkUser& user);
 
-// "description (number)".
-std::u16string reasonOf(const ProviderError& error);
-
 } // namespace vellums
