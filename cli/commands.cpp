@@ -30,6 +30,11 @@ constexpr Command kCommands[] = {
     {u"check", u"FILE", u"check every structure of a database",
      u"Prints a line for each fault. Exit status 0: the file is sound; 1: it is not.\n",
      u"", 1, 1, runCheck},
+    {u"compact", u"FILE", u"give back the room that changes have left in a database",
+     u"Prints the size before and after. The file is checked first; a damaged one stays as it is.\n"
+     u"Everything that other programs keep in it stays. Whatever happens, the file is the old one or\n"
+     u"the compacted one.\n",
+     u"", 1, 1, runCompact},
     {u"add", u"FILE [--title TITLE] [--table NAME]", u"add a record with the text of standard input",
      u"Prints the ID of the new record. Without --title the title is taken from the text.\n",
      u"--title --table", 1, 1, runAdd},

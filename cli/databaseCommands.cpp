@@ -3,6 +3,7 @@
 #include "cli/output.h"
 #include "cli/session.h"
 #include "platform/files.h"
+#include "store/databases/compaction.h"
 #include "store/databases/modCreateDB.h"
 #include "store/databases/schema.h"
 #include "text/decimal.h"
@@ -99,6 +100,14 @@ void runCheck(const Arguments& arguments)
     if (!faults.empty())
         throw Failure{text::decimal(static_cast<std::int64_t>(faults.size())) +
             (faults.size() == 1 ? u" fault found." : u" faults found.")};
+}
+
+void runCompact(const Arguments& arguments)
+{
+    const std::u16string file = platform::absolutePath(arguments.values[0]);
+    const std::uint64_t before = platform::fileSize(file).value_or(0);
+    EmbeddedProvider().compactInPlace(file);
+    printFields({kilobytes(before) + u" -> " + kilobytes(platform::fileSize(file).value_or(0))});
 }
 
 } // namespace vellums::cli

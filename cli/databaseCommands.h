@@ -9,5 +9,6 @@ void runCreate(const Arguments& arguments);
 void runTables(const Arguments& arguments);
 void runSql(const Arguments& arguments);
 void runCheck(const Arguments& arguments);
+void runCompact(const Arguments& arguments);
 
 } // namespace vellums::cli

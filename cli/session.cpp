@@ -5,7 +5,6 @@
 #include "platform/files.h"
 #include "platform/programPath.h"
 #include "store/databases/schema.h"
-#include "store/embedded/embeddedProvider.h"
 #include "text/path.h"
 
 namespace vellums::cli {
@@ -60,16 +59,6 @@ void Session::fail() const
 std::unique_ptr<Connection> Session::OneFile::open(const std::u16string&) const
 {
     return openFile(file_);
-}
-
-void Session::OneFile::createDatabase(const std::u16string& path, const std::u16string& table) const
-{
-    EmbeddedProvider().createDatabase(path, table);
-}
-
-void Session::OneFile::compact(const std::u16string& source, const std::u16string& destination) const
-{
-    EmbeddedProvider().compact(source, destination);
 }
 
 } // namespace vellums::cli

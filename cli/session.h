@@ -2,6 +2,7 @@
 #pragma once
 
 #include "store/embedded/embeddedConnection.h"
+#include "store/embedded/embeddedProvider.h"
 #include "store/notebook.h"
 
 #include <memory>
@@ -35,15 +36,13 @@ public:
 
 private:
     // Knows one file, so that no connection string needs to be taken apart.
-    class OneFile : public Provider {
+    class OneFile : public EmbeddedProvider {
     public:
         explicit OneFile(std::u16string file)
             : file_(std::move(file))
         {
         }
         std::unique_ptr<Connection> open(const std::u16string& connectionString) const override;
-        void createDatabase(const std::u16string& path, const std::u16string& table) const override;
-        void compact(const std::u16string& source, const std::u16string& destination) const override;
 
     private:
         std::u16string file_;

@@ -143,6 +143,25 @@ void setGlobalBit(PageFile& file, PageNo page, bool isFree)
 
 } // namespace
 
+// At first the map says that every page inside the file is used, as growing it does; then what is free is let
+// go.
+void FreePages::reset(PageFile& file, const std::vector<bool>& used)
+{
+    constexpr std::size_t kFirstPages = (kMapRowBytes - kInlineHeader) * 8;
+    const PageNo pages = file.pageCount();
+    assert(used.size() >= pages);
+    Bytes row(kMapRowBytes, std::byte{0xFF});
+    std::fill_n(row.begin(), kInlineHeader, std::byte{0});
+    for (std::size_t page = 0; page < std::min<std::size_t>(pages, kFirstPages); ++page)
+        setBit(MutableBytes(row).subspan(kInlineHeader), page, false);
+    replaceMapRow(file, kGlobalMap, row);
+    if (pages > kFirstPages)
+        growGlobalMap(file, pages - 1);
+    for (PageNo page = 1; page < pages; ++page)
+        if (!used[page])
+            setGlobalBit(file, page, true);
+}
+
 PageNo FreePages::allocate()
 {
     Lowest lowest = lowestFree(file_);

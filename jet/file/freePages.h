@@ -12,6 +12,9 @@ class FreePages {
 public:
     explicit FreePages(PageFile& file);
 
+    // Makes the map anew: of the pages inside the file those are free that are not said to be used.
+    static void reset(PageFile& file, const std::vector<bool>& used);
+
     // The lowest free page, from now on not free; the file grows where it lies beyond the end. The
     // page is all zeros and to be written in full.
     PageNo allocate();

@@ -171,6 +171,8 @@ void PageFile::open()
         openForReading();
     } else {
         file_.emplace(openDatabase(path_, Access::Write), DiskFile::Role::Database);
+    }
+    if (mode_ == OpenMode::Write) {
         journal_.emplace(openJournal(path_));
         settleJournal();
     }
@@ -245,7 +247,7 @@ void PageFile::checkFormat()
     };
     if (pageCount_ < 3 || kindOf(1) != 0x0101 || kindOf(2) != 0x0102)
         throwDamaged(u"the first pages of '" + path_ + u"' are not those of a database");
-    if (mode_ == OpenMode::Write && source_.endsInPage())
+    if (mode_ != OpenMode::Read && source_.endsInPage())
         throwDamaged(u"'" + path_ + u"' ends in the middle of a page");
 }
 
@@ -263,7 +265,7 @@ PageView PageFile::read(PageNo page) const
 
 Page& PageFile::dirtyPage(PageNo page, bool keepContent)
 {
-    if (mode_ != OpenMode::Write)
+    if (mode_ == OpenMode::Read)
         throw Error(3027, kPermissionDenied, u"Cannot update. Database or object is read-only.");
     if (lost_)
         throwDiskFailed();

@@ -18,7 +18,11 @@
 
 namespace vellums::jet {
 
-enum class OpenMode { Read, Write };
+enum class OpenMode {
+    Read,
+    Write,
+    Scratch, // a file that nobody relies on yet: changed without a journal, and not to be taken back
+};
 
 // Opening and reading are in pageFile.cpp, what a transaction does to the disk in pageFileTransaction.cpp.
 class PageFile {
@@ -26,8 +30,9 @@ public:
     // How long another holder of the file is waited for. Shorter in tests.
     static std::chrono::milliseconds longestWait;
 
-    // Opens the file under the lock of the mode (see platform/files.h), waiting for another holder; settles a left-over journal; refuses what is no Access file, what is
-    // encrypted, has a password, is truncated, or is open in Access. Throws Error.
+    // Opens the file under the lock of the mode (see platform/files.h), waiting for another holder; settles a
+    // left-over journal; refuses what is no Access file, what is encrypted, has a password, is truncated, or
+    // is open in Access. Throws Error.
     PageFile(std::u16string path, OpenMode mode);
     ~PageFile();
     PageFile(const PageFile&) = delete;
@@ -59,6 +64,9 @@ public:
     // Ranges that write() gave are over. Throws Error as commit() does.
     void makeRoom();
 
+    // Cuts the file off behind so many pages; what was changed behind them is forgotten. Not inside a batch.
+    void truncate(PageNo pages);
+
     // Makes all changes lasting; the file is then as if just opened. Throws Error (disk full, ...), and
     // then the file is as before, or the error says that it could not be taken back. Nothing can be changed
     // afterwards.
@@ -85,6 +93,7 @@ private:
     void orTakeBack(Work&& work);
     void beginJournal();
     void writeOut(bool last);
+    void sealSegment(const std::vector<PageNo>& pages, bool last);
     std::vector<PageNo> changedPages() const;
     bool isMarkInFile(PageNo page) const;
     bool needsImage(PageNo page) const;
@@ -92,6 +101,7 @@ private:
     void noteImage(PageNo page, std::uint64_t place);
     void putBackMark();
     void finish();
+    void closeJournal();
     bool takeBack() noexcept;
 
     std::u16string path_;

@@ -90,7 +90,7 @@ void PageFile::commit()
         throwDiskFailed();
     marked_ = false;
     beforeMark_.clear();
-    if (dirty_.empty() && !writer_)
+    if (dirty_.empty() && !writer_ && fileEnd_ == pageCount_)
         return;
     orTakeBack([this] {
         writeOut(true);
@@ -101,6 +101,22 @@ void PageFile::commit()
         file_->sync();
     });
     finish();
+}
+
+// The pages that go are written to the journal as if they were changed: only when it can bring them back is
+// the file cut, by commit().
+void PageFile::truncate(PageNo pages)
+{
+    assert(!marked_ && pages <= pageCount_);
+    if (mode_ == OpenMode::Write) {
+        for (PageNo page = pages; page < source_.pages(); ++page) {
+            dirtyPage(page, true);
+            makeRoom();
+        }
+        orTakeBack([this] { writeOut(false); });
+    }
+    std::erase_if(dirty_, [pages](const auto& changed) { return changed.first >= pages; });
+    pageCount_ = pages;
 }
 
 void PageFile::rollBack()
@@ -127,10 +143,24 @@ void PageFile::beginJournal()
 // at the mark that lay in the file lies in an image now, so its null goes from beforeMark_.
 void PageFile::writeOut(bool last)
 {
-    assert(mode_ == OpenMode::Write && !lost_ && !whole_);
+    assert(mode_ != OpenMode::Read && !lost_ && !whole_);
+    const std::vector<PageNo> pages = changedPages();
+    if (mode_ == OpenMode::Write)
+        sealSegment(pages, last);
+    for (const PageNo page : pages) {
+        file_->writeAt(std::uint64_t{page} * kPageSize, dirty_.at(page)->bytes);
+        source_.forget(page);
+        fileEnd_ = std::max(fileEnd_, page + 1);
+        if (const auto at = beforeMark_.find(page); at != beforeMark_.end() && !at->second)
+            beforeMark_.erase(at);
+    }
+    dirty_.clear();
+}
+
+void PageFile::sealSegment(const std::vector<PageNo>& pages, bool last)
+{
     if (!writer_)
         beginJournal();
-    const std::vector<PageNo> pages = changedPages();
     writer_->begin(pages.size(), pageCount_, last);
     for (const PageNo page : pages) {
         assert(page < pageCount_);
@@ -143,14 +173,6 @@ void PageFile::writeOut(bool last)
     writer_->seal();
     touched_ = true;
     whole_ = last;
-    for (const PageNo page : pages) {
-        file_->writeAt(std::uint64_t{page} * kPageSize, dirty_.at(page)->bytes);
-        source_.forget(page);
-        fileEnd_ = std::max(fileEnd_, page + 1);
-        if (const auto at = beforeMark_.find(page); at != beforeMark_.end() && !at->second)
-            beforeMark_.erase(at);
-    }
-    dirty_.clear();
 }
 
 // In the order in which they are written: new pages first, so that a full disk shows before an old page
@@ -244,6 +266,19 @@ void PageFile::putBackMark()
 // file can tell.
 void PageFile::finish()
 {
+    if (mode_ == OpenMode::Write)
+        closeJournal();
+    if (pageCount_ == source_.pages() && pageCount_ == fileEnd_)
+        return;
+    try {
+        takeFile();
+    } catch (const FileError&) {
+        lost_ = true;
+    }
+}
+
+void PageFile::closeJournal()
+{
     assert(writer_ && whole_);
     const bool several = writer_->sealed() > 1;
     writer_.reset();
@@ -258,13 +293,6 @@ void PageFile::finish()
             journal_->resize(0);
     } catch (const FileError&) { // the statement is done all the same; the next one tries again
         notRetired_ = true;
-    }
-    if (pageCount_ == source_.pages() && pageCount_ == fileEnd_)
-        return;
-    try {
-        takeFile();
-    } catch (const FileError&) {
-        lost_ = true;
     }
 }
 

@@ -26,16 +26,17 @@ public:
         , journal_(journal)
         , size_(database.size())
         , pages_(journal.header().pagesBefore)
+        , kept_(keptPages(journal))
     {
         for (std::size_t i = 0; i < journal.segments().size(); ++i)
             journal.forEachRecord(i, [this](const JournalRecord& record) { compare(record); });
     }
 
-    // The file is at least as long as it was, no longer than the records say, the same at the start of page
-    // 0, and each sector of a changed page is explained.
+    // The file is at least as long as it was, or as the end cuts it, no longer than the records say, the same
+    // at the start of page 0, and each sector of a changed page is explained.
     bool belongs() const
     {
-        const std::uint64_t least = std::uint64_t{journal_.header().pagesBefore} * kPageSize;
+        const std::uint64_t least = std::uint64_t{kept_} * kPageSize;
         return size_ >= least && size_ <= std::uint64_t{pages_} * kPageSize &&
             identityOf(database_.read(0, kPageSize)) == journal_.header().identity && allSet(explained_);
     }
@@ -55,8 +56,17 @@ private:
         return std::all_of(masks.begin(), masks.end(), [](std::uint8_t m) { return m == kAllSectors; });
     }
 
+    // Pages that are there at every moment: those from before, unless the end cuts some of them off.
+    static PageNo keptPages(const JournalReader& journal)
+    {
+        const JournalReader::Segment& end = journal.segments().back();
+        const PageNo before = journal.header().pagesBefore;
+        return end.last ? std::min(before, end.pagesAfter) : before;
+    }
+
     // Several segments may speak of one page. What any of them explains stays explained; what is final is
-    // told by the latest alone. A sector beyond the old end needs no explanation (see above).
+    // told by the latest alone. A sector beyond the old end needs no explanation (see above), nor does one
+    // that the end has cut off.
     void compare(const JournalRecord& record)
     {
         if (record.page >= explained_.size()) {
@@ -68,6 +78,7 @@ private:
         std::uint8_t explained = seen_[record.page] ? explained_[record.page] : std::uint8_t{0};
         seen_[record.page] = true;
         std::uint8_t final = 0;
+        const bool gone = record.page >= kept_ && std::uint64_t{record.page} * kPageSize >= size_;
         const Bytes bytes = database_.read(std::uint64_t{record.page} * kPageSize, kPageSize);
         for (std::size_t i = 0; i < kSectors; ++i) {
             const auto bit = static_cast<std::uint8_t>(1u << i);
@@ -77,7 +88,7 @@ private:
             if (sum == record.after[i])
                 final |= bit;
             if (sum == record.after[i] || (!record.image.empty() && sum == record.before[i]) ||
-                record.page >= journal_.header().pagesBefore)
+                record.page >= journal_.header().pagesBefore || gone)
                 explained |= bit;
         }
         explained_[record.page] = explained;
@@ -88,6 +99,7 @@ private:
     const JournalReader& journal_;
     std::uint64_t size_;
     PageNo pages_; // the file has no more
+    PageNo kept_;
     std::vector<bool> seen_;
     std::vector<std::uint8_t> explained_; // by page, a bit for each sector
     std::vector<std::uint8_t> final_;

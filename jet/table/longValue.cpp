@@ -63,6 +63,33 @@ Bytes makeReference(std::uint32_t lengthAndForm, RowRef first)
     return bytes;
 }
 
+Bytes writeSingle(PageFile& file, const PageOwner& owner, ByteView value)
+{
+    const auto length = static_cast<std::uint32_t>(value.size());
+    return makeReference(length | kSingleBit, placeRow(file, owner, value, 0));
+}
+
+// From the last chunk to the first would need no second visit, but lays the value out backwards.
+Bytes writeChain(PageFile& file, const PageOwner& owner, ByteView value)
+{
+    std::vector<RowRef> places;
+    for (ByteView rest = value; !rest.empty();) {
+        const ByteView chunk = rest.first(std::min(rest.size(), kChunkBytes));
+        rest = rest.subspan(chunk.size());
+        Bytes row(4);
+        append(row, chunk);
+        places.push_back(placeAlone(file, owner, row));
+        file.makeRoom();
+    }
+    for (std::size_t i = 0; i + 1 < places.size(); ++i) {
+        const MutableBytes page = file.write(places[i].page);
+        store<std::uint32_t>(page, DataPage(page).start(places[i].row), pointerTo(places[i + 1]));
+        file.makeRoom();
+    }
+    return makeReference(
+        static_cast<std::uint32_t>(value.size()), places.empty() ? RowRef{} : places.front());
+}
+
 } // namespace
 
 LongValueReference::LongValueReference(ByteView bytes)
@@ -109,29 +136,19 @@ Bytes inlineReference(ByteView value)
 
 Bytes writeLongValue(PageFile& file, const Column& column, ByteView value)
 {
-    const PageOwner owner = ownerOf(column);
-    const auto length = static_cast<std::uint32_t>(value.size());
     if (value.size() > kMaxLongValue)
         throwFieldTooSmall();
-    if (value.size() <= kMaxSingleBytes)
-        return makeReference(length | kSingleBit, placeRow(file, owner, value, 0));
+    const PageOwner owner = ownerOf(column);
+    return value.size() <= kMaxSingleBytes ? writeSingle(file, owner, value) : writeChain(file, owner, value);
+}
 
-    // From the last chunk to the first would need no second visit, but lays the value out backwards.
-    std::vector<RowRef> places;
-    for (ByteView rest = value; !rest.empty();) {
-        const ByteView chunk = rest.first(std::min(rest.size(), kChunkBytes));
-        rest = rest.subspan(chunk.size());
-        Bytes row(4);
-        append(row, chunk);
-        places.push_back(placeAlone(file, owner, row));
-        file.makeRoom();
-    }
-    for (std::size_t i = 0; i + 1 < places.size(); ++i) {
-        const MutableBytes page = file.write(places[i].page);
-        store<std::uint32_t>(page, DataPage(page).start(places[i].row), pointerTo(places[i + 1]));
-        file.makeRoom();
-    }
-    return makeReference(length, places.front());
+Bytes copyLongValue(const PageFile& from, ByteView reference, PageFile& to, const Column& column)
+{
+    Bytes scratch;
+    const ByteView value = readLongValue(from, reference, scratch);
+    const PageOwner owner = ownerOf(column);
+    return LongValueReference(reference).single ? writeSingle(to, owner, value)
+                                                : writeChain(to, owner, value);
 }
 
 void freeLongValue(PageFile& file, const Column& column, ByteView reference)

@@ -42,6 +42,9 @@ Bytes inlineReference(ByteView value);
 // Writes a value onto pages of the column; gives the twelve bytes for the row.
 Bytes writeLongValue(PageFile& file, const Column& column, ByteView value);
 
+// Writes the value that a reference of another file leads to, in the form that it has there.
+Bytes copyLongValue(const PageFile& from, ByteView reference, PageFile& to, const Column& column);
+
 // Gives the pages of a value back. Nothing to do for an inline one.
 void freeLongValue(PageFile& file, const Column& column, ByteView reference);
 

@@ -73,6 +73,16 @@ RowRef placeRow(PageFile& file, const PageOwner& owner, ByteView row, std::uint1
     return {page, appendRow(writablePage(file, owner, page), row, flags)};
 }
 
+RowRef placeNext(PageFile& file, const PageOwner& owner, ByteView row, PageNo& last)
+{
+    if (last == 0 || !DataPage(file.read(last)).hasRoomFor(row.size())) {
+        if (last != 0 && owner.freeMap.page != 0 && DataPage(file.read(last)).freeBytes() < kHardlyAnySpace)
+            UsageMap(file, owner.freeMap).remove(last);
+        last = newPage(file, owner, true);
+    }
+    return {last, appendRow(writablePage(file, owner, last), row, 0)};
+}
+
 RowRef placeAlone(PageFile& file, const PageOwner& owner, ByteView row)
 {
     const PageNo page = newPage(file, owner, false);

@@ -16,6 +16,10 @@ struct PageOwner {
 // Puts a row on a page with room, or on a new one.
 RowRef placeRow(PageFile& file, const PageOwner& owner, ByteView row, std::uint16_t flags);
 
+// Puts a row behind the one placed before, on its page `last` or on a new one, so that rows keep their order.
+// `last` is 0 at first, and becomes the page of the row.
+RowRef placeNext(PageFile& file, const PageOwner& owner, ByteView row, PageNo& last);
+
 // Puts a row on a new page that takes no others (row 0); the page is in the map of owned pages only.
 RowRef placeAlone(PageFile& file, const PageOwner& owner, ByteView row);
 

@@ -16,6 +16,10 @@ constexpr std::size_t kPhysicalBytes = 52;
 constexpr std::size_t kLogicalBytes = 28;
 constexpr std::size_t kLongValueBytes = 10;
 constexpr std::size_t kContinuation = kPageSize - 8; // bytes of the definition on each further page
+constexpr std::size_t kOwnedMapOffset = 55;          // of the first page; four bytes each
+constexpr std::size_t kFreeMapOffset = 59;
+constexpr std::size_t kUsageMapInIndex = 34;
+constexpr std::size_t kRootInIndex = 38;
 constexpr std::size_t kMaxColumns = 255;
 constexpr std::size_t kMaxIndexes = 1000; // far above the 32 of the format, which Access itself passes
 constexpr int kIndexSlots = 10;
@@ -121,8 +125,8 @@ PhysicalIndex readPhysicalIndex(ByteView record, const TableDefinition& definiti
             index.understood = false;
         index.columns.push_back({number, load<std::uint8_t>(record, 6 + 3 * i) == 1});
     }
-    index.usageMap = rowRefOf(load<std::uint32_t>(record, 34));
-    index.root = load<std::uint32_t>(record, 38);
+    index.usageMap = rowRefOf(load<std::uint32_t>(record, kUsageMapInIndex));
+    index.root = load<std::uint32_t>(record, kRootInIndex);
     index.flags = load<std::uint8_t>(record, 46);
     index.unique = (index.flags & 0x01) != 0;
     index.required = (index.flags & 0x08) != 0;
@@ -148,6 +152,7 @@ void readLongValueMaps(Reader& reader, TableDefinition& definition)
         const auto number = load<std::uint16_t>(reader.take(2), 0);
         if (number == kNoColumn)
             break;
+        const std::size_t offset = reader.offset();
         const ByteView pointers = reader.take(kLongValueBytes - 2);
         const auto column = std::find_if(definition.columns.begin(), definition.columns.end(),
             [number](const Column& c) { return c.number == number; });
@@ -155,6 +160,7 @@ void readLongValueMaps(Reader& reader, TableDefinition& definition)
             continue;
         column->ownedMap = rowRefOf(load<std::uint32_t>(pointers, 0));
         column->freeMap = rowRefOf(load<std::uint32_t>(pointers, 4));
+        column->mapsOffset = offset;
     }
     if (reader.offset() != definition.joined.size())
         throwDamaged(u"a table definition does not end where its length says");
@@ -175,8 +181,8 @@ PartCounts readHead(Reader& reader, TableDefinition& definition)
     definition.tableType = load<std::uint8_t>(header, 40);
     definition.columnSlots = load<std::uint16_t>(header, 41);
     definition.variableSlots = load<std::uint16_t>(header, 43);
-    definition.ownedMap = rowRefOf(load<std::uint32_t>(header, 55));
-    definition.freeMap = rowRefOf(load<std::uint32_t>(header, 59));
+    definition.ownedMap = rowRefOf(load<std::uint32_t>(header, kOwnedMapOffset));
+    definition.freeMap = rowRefOf(load<std::uint32_t>(header, kFreeMapOffset));
     const PartCounts counts = {
         load<std::uint16_t>(header, 45), load<std::uint32_t>(header, 47), load<std::uint32_t>(header, 51)};
     if (counts.columns > kMaxColumns || counts.logicalIndexes > kMaxIndexes ||
@@ -202,8 +208,11 @@ void readColumns(Reader& reader, TableDefinition& definition, std::size_t count,
 
 void readIndexes(Reader& reader, TableDefinition& definition, const PartCounts& counts)
 {
-    for (std::size_t i = 0; i < counts.physicalIndexes; ++i)
+    for (std::size_t i = 0; i < counts.physicalIndexes; ++i) {
+        const std::size_t offset = reader.offset();
         definition.physicalIndexes.push_back(readPhysicalIndex(reader.take(kPhysicalBytes), definition));
+        definition.physicalIndexes.back().offset = offset;
+    }
     for (std::size_t i = 0; i < counts.logicalIndexes; ++i) {
         definition.logicalIndexes.push_back(readLogicalIndex(reader.take(kLogicalBytes)));
         const LogicalIndex& logical = definition.logicalIndexes.back();
@@ -328,6 +337,23 @@ void writeDefinitionBytes(PageFile& file, TableDefinition& definition)
     assert(rest.empty());
     const PageView first = file.read(definition.page);
     std::copy_n(first.bytes().begin(), 8, joined.begin());
+}
+
+void storePlaces(TableDefinition& definition)
+{
+    Bytes& joined = definition.joined;
+    store<std::uint32_t>(joined, kOwnedMapOffset, pointerTo(definition.ownedMap));
+    store<std::uint32_t>(joined, kFreeMapOffset, pointerTo(definition.freeMap));
+    for (const Column& column : definition.columns) {
+        if (column.mapsOffset == 0)
+            continue;
+        store<std::uint32_t>(joined, column.mapsOffset, pointerTo(column.ownedMap));
+        store<std::uint32_t>(joined, column.mapsOffset + 4, pointerTo(column.freeMap));
+    }
+    for (const PhysicalIndex& index : definition.physicalIndexes) {
+        store<std::uint32_t>(joined, index.offset + kUsageMapInIndex, pointerTo(index.usageMap));
+        store<std::uint32_t>(joined, index.offset + kRootInIndex, index.root);
+    }
 }
 
 void patchDefinition(PageFile& file, TableDefinition& definition, std::size_t offset, std::uint32_t number)

@@ -26,6 +26,7 @@ struct Column {
     SortOrder sortOrder; // texts
     RowRef ownedMap;     // long values: usage maps of the column's pages; page 0: none
     RowRef freeMap;
+    std::size_t mapsOffset = 0; // of their places, in the definition's `joined`; 0: they have none
 
     bool isFixed() const { return (flags & 0x01) != 0; }
     bool isAutoNumber() const { return (flags & 0x04) != 0 && type == ColumnType::Long; }
@@ -43,6 +44,7 @@ struct PhysicalIndex {
     std::vector<IndexColumn> columns;
     RowRef usageMap;
     PageNo root = 0;
+    std::size_t offset = 0; // of its record, in the definition's `joined`
     std::uint8_t flags = 0; // 0x01 unique, 0x02 ignore nulls, 0x08 required, 0x80 always
     bool unique = false;    // by the flag or by a primary key on it
     bool required = false;
@@ -95,6 +97,9 @@ TableDefinition readTableDefinition(const PageFile& file, PageNo page);
 
 // Writes `joined` back over the definition pages, taking more pages where it has grown.
 void writeDefinitionBytes(PageFile& file, TableDefinition& definition);
+
+// Writes where the maps and the roots lie, as the fields say it, into `joined` alone.
+void storePlaces(TableDefinition& definition);
 
 // Changes one number in `joined` and on its page (or pages).
 void patchDefinition(PageFile& file, TableDefinition& definition, std::size_t offset, std::uint32_t number);

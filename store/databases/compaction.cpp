@@ -1,5 +1,6 @@
-// The provider writes a compacted copy into the program's folder, which may be another disk than the
-// database's. What takes the database's place has to lie beside it, so that one renaming does it:
+// The embedded engine compacts a file in place. Another provider writes a compacted copy into the program's
+// folder, which may be another disk than the database's. What takes the database's place has to lie beside
+// it, so that one renaming does it:
 //
 //   1. compact      database        -> temp.cdb in the program's folder
 //   2. copy, flush  temp.cdb        -> "<database>.compacted", or with a number where that name is taken
@@ -78,6 +79,8 @@ Sizes compact(const Notebook& notebook, const std::u16string& file)
     // A database that is marked read-only could not be replaced. Whether the marks could be cleared shows
     // when it is.
     platform::clearAttributes(file);
+    if (notebook.provider->compactInPlace(file))
+        return {*before, platform::fileSize(file).value_or(0)};
     const PassingFile compacted(platform::inFolder(notebook.appDir, u"temp.cdb"));
     notebook.provider->compact(file, compacted.path());
     const auto after = platform::fileSize(compacted.path());

@@ -1,5 +1,6 @@
 #include "store/embedded/embeddedProvider.h"
 
+#include "jet/upkeep/compactor.h"
 #include "platform/clock.h"
 #include "platform/files.h"
 #include "store/connectionString.h"
@@ -54,6 +55,21 @@ jet::FileFormat formatOf(std::u16string_view path)
     return lower.ends_with(u".accdb") ? jet::FileFormat::Ace12 : jet::FileFormat::Jet4;
 }
 
+// Leaves no empty journal beside the file, however the work ends.
+class JournalRemoval {
+public:
+    explicit JournalRemoval(std::u16string file)
+        : file_(std::move(file))
+    {
+    }
+    JournalRemoval(const JournalRemoval&) = delete;
+    JournalRemoval& operator=(const JournalRemoval&) = delete;
+    ~JournalRemoval() { jet::removeIdleJournal(file_); }
+
+private:
+    std::u16string file_;
+};
+
 } // namespace
 
 std::unique_ptr<Connection> EmbeddedProvider::open(const std::u16string& connectionString) const
@@ -87,9 +103,19 @@ void EmbeddedProvider::createDatabase(const std::u16string& path, const std::u16
     });
 }
 
-void EmbeddedProvider::compact(const std::u16string&, const std::u16string&) const
+void EmbeddedProvider::compact(const std::u16string& source, const std::u16string& destination) const
 {
-    throw ProviderError(u"The embedded engine cannot compact databases yet.", jet::kFail);
+    asProvider([&] {
+        jet::PageFile original(source, jet::OpenMode::Read);
+        jet::compactCopy(original, destination);
+    });
+}
+
+bool EmbeddedProvider::compactInPlace(const std::u16string& file) const
+{
+    const JournalRemoval removal(file);
+    asProvider([&] { jet::compactFile(file); });
+    return true;
 }
 
 } // namespace vellums

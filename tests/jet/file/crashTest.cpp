@@ -54,6 +54,15 @@ void changeInBatch(PageFile& file)
     fill(file.write(4), 500);
 }
 
+// Cuts off pages that were changed, together with others that were not.
+void changeAndCut(PageFile& file)
+{
+    fill(file.write(4), 600);
+    fill(file.write(9), 601);
+    file.truncate(6);
+    fill(file.write(5), 602);
+}
+
 class CrashTest : public testing::TestWithParam<bool> {
 protected:
     CrashTest()
@@ -114,7 +123,7 @@ INSTANTIATE_TEST_SUITE_P(
 // power may go, so that any of the sectors that were not synced are lost.
 TEST_P(CrashTest, AStatementOfAnySizeIsAllOrNothing)
 {
-    for (const auto change : {changeMuch, changeInBatch}) {
+    for (const auto change : {changeMuch, changeInBatch, changeAndCut}) {
         restore();
         ASSERT_TRUE(run(change));
         const Bytes after = tests::readBytes(path);
