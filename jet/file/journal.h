@@ -44,7 +44,9 @@
 //    written. Without it the next statement, while it writes over the journal, could leave the header and
 //    the first segments of this one whole: these would pass for a statement that broke off. A journal of
 //    one segment needs no such care: half written over, it has no whole segment left.
-// 7. Taking back is writing images and cutting the file, so it may be interrupted and begun again.
+// 7. Pages that a statement cuts off are in the journal as changed ones, and the file is cut after the last
+//    segment is sealed: one that is shorter than before, by such pages, is explained.
+// 8. Taking back is writing images and cutting the file, so it may be interrupted and begun again.
 //
 // What the next one finds, by the step at which it ended, and what becomes of it (recovery.h):
 //

@@ -242,7 +242,7 @@ TEST_F(Cli, TellsWrongUsageFromFailure)
 {
     const std::vector<std::vector<std::string>> wrong = {{}, {"bogus"}, {"show", "notes.mdb"},
         {"show", "notes.mdb", "x"}, {"show", "notes.mdb", "1", "2"}, {"search", "notes.mdb", "--bogus"},
-        {"check", "notes.mdb", "--table", "x"}, {"add", "notes.mdb", "--title"}, {"compact"},
+        {"check", "notes.mdb", "--table", "x"}, {"add", "notes.mdb", "--title"}, {"compress"},
         {"sql", "notes.mdb"}};
     for (const auto& words : wrong) {
         const Outcome outcome = run(words);
@@ -257,8 +257,8 @@ TEST_F(Cli, ExplainsItself)
 {
     const Outcome help = run({"--help"});
     EXPECT_EQ(help.status, 0);
-    for (const char* command :
-        {"create", "tables", "sql", "check", "add", "import", "search", "show", "dedupe", "digest", "find"}) {
+    for (const char* command : {"create", "tables", "sql", "check", "compact", "add", "import", "search",
+             "show", "dedupe", "digest", "find"}) {
         EXPECT_THAT(help.out, HasSubstr(std::string("\n  ") + command + " "));
         EXPECT_THAT(
             run({command, "--help"}).out, StartsWith(std::string("Usage: vellums-cli ") + command + " "));

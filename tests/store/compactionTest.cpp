@@ -1,7 +1,9 @@
 #include "store/databases/compaction.h"
 
 #include "platform/files.h"
+#include "store/embedded/embeddedProvider.h"
 #include "store/records/records.h"
+#include "tests/support/shortWait.h"
 #include "tests/support/testNotebook.h"
 #include "text/unicode.h"
 
@@ -116,6 +118,29 @@ TEST_F(CompactionTest, DoesNotReplaceAFileThatSomebodyHasOpened)
     EXPECT_FALSE(result.done);
     EXPECT_TRUE(result.report.ends_with(u"\r\nAnother program has the file open."));
     EXPECT_EQ(tests::bytesOf(notes_.file()), before_);
+}
+
+// The embedded engine works in the file itself, and holds it meanwhile.
+TEST_F(CompactionTest, TheEmbeddedEngineCompactsInPlace)
+{
+    static const EmbeddedProvider embedded; // the fixture's last look goes through it
+    notes_->provider = &embedded;
+    for (int i = 0; i < 40; ++i)
+        ASSERT_TRUE(addRecord(*notes_, {.text = std::u16string(3000, u'x'), .title = u"", .link = u""}));
+    std::vector<std::int32_t> ids;
+    for (std::int32_t id = 2; id <= 41; ++id)
+        ids.push_back(id);
+    ASSERT_TRUE(delRecords(*notes_, ids).whole());
+    {
+        const platform::File reader(notes_.file(), platform::Access::Read);
+        const tests::ShortWait wait;
+        EXPECT_FALSE(compactDatabase(*notes_, notes_.file()).done);
+    }
+    const auto before = platform::fileSize(notes_.file());
+    const Compaction result = compactDatabase(*notes_, notes_.file());
+    EXPECT_TRUE(result.done) << text::toUtf8(result.report);
+    EXPECT_LT(platform::fileSize(notes_.file()), before);
+    EXPECT_FALSE(platform::fileExists(notes_.file() + u"-journal"));
 }
 
 TEST_F(CompactionTest, RefusesWhatIsNoAccessFile)
