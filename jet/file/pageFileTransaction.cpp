@@ -3,9 +3,9 @@
 // Changed pages wait in memory. When they have become many, and at the end, they are written out: first a
 // segment of the journal, then the pages. What must hold meanwhile is numbered in journal.h. Rule 3 is kept
 // by writeOut(), which seals before it writes; rule 5 by commit(), which syncs before finish() marks; rule 6
-// by finish(), and where it could not, by beginJournal() of the next statement; rule 7 by
-// truncate(); rule 8 by takeBack(), which whatever throws comes to. Where that fails too, the journal stays as it is, and whoever opens the file
-// next does it.
+// by closeJournal(), and where it could not, by beginJournal() of the next statement; rule 7 by truncate();
+// rule 8 by takeBack(), which whatever throws comes to. Where that fails too, the journal stays as it is, and
+// whoever opens the file next does it.
 //
 // A small statement has one segment and costs two syncs, of the journal and of the database; its mark
 // needs none.
