@@ -24,7 +24,13 @@ foreach(target_and_count database:300 sql:1500 textFile:2000 profile:3000 regExp
     target_link_options(fuzz_${target}_search PRIVATE -fsanitize=fuzzer)
   endif()
 endforeach()
-# The matcher that the regular expressions are held against belongs to the tests.
+# The writer of files of Access 97 belongs to the tests.
+foreach(target fuzz_database fuzz_database_search)
+  if(TARGET ${target})
+    target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support/jet3File.cpp)
+  endif()
+endforeach()
+# So does the matcher that the regular expressions are held against.
 foreach(target fuzz_regExp fuzz_regExp_search)
   if(TARGET ${target})
     target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/tests/regexp/reference.cpp)

@@ -3,6 +3,7 @@
 #include "fuzz/target.h"
 #include "jet/database.h"
 #include "platform/files.h"
+#include "tests/support/jet3File.h"
 
 #include <cstdlib>
 
@@ -24,6 +25,7 @@ void useDatabase(const std::u16string& path)
     const auto tables = database.tables();
     for (std::size_t i = 0; i < tables.size() && i < 20; ++i)
         run(database, u"SELECT * FROM [" + tables[i].name + u"]");
+    run(database, u"SELECT * FROM [Umsätze] WHERE Notiz LIKE '%é%' ORDER BY [Größe]");
     run(database, u"SELECT ID, VLHEAD FROM [Notes] WHERE VLTEXT LIKE '%b%' ORDER BY VLHEAD");
     run(database,
         u"INSERT INTO [Notes] (VLHEAD, VLTEXT, VLDATE) VALUES ('new', '" + std::u16string(5000, u'n') +
@@ -47,6 +49,8 @@ std::vector<std::string> seeds()
         makeSampleDatabase(path);
         all.push_back(readWorkFile(path));
     }
+    const jet::Bytes old = tests::jet3File();
+    all.emplace_back(reinterpret_cast<const char*>(old.data()), old.size());
     return all;
 }
 

@@ -19,6 +19,8 @@ bool setAnsiCodePage(unsigned codePage);
 
 // Bytes of the code page as text. What is malformed becomes a replacement character.
 std::u16string fromAnsi(std::string_view bytes);
+// The same for any code page.
+std::u16string fromCodePage(unsigned codePage, std::string_view bytes);
 // Text in the code page, "?" for each code unit that it cannot represent (Windows may know a
 // character that looks alike).
 std::string toAnsi(std::u16string_view text);

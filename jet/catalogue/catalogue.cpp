@@ -91,6 +91,8 @@ Table Catalogue::open(const CatalogueEntry& entry) const
             (entry.type == kQuery ? u"a stored query" : u"a linked table") +
             u"; only tables of the database itself can be opened.");
     Table table(file_, static_cast<PageNo>(entry.id), entry.name);
+    if (!file_.format().writable) // what the properties say is for those who write
+        return table;
     const Table objects(file_, kObjectsPage, u"MSysObjects");
     const std::optional<Bytes> blob = bytesIn(objects.rowAt(entry.row), columnOf(objects, u"LvProp"));
     if (!blob)

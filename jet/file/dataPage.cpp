@@ -16,9 +16,18 @@ namespace {
 
 constexpr std::uint16_t kStartMask = 0x1FFF;
 
+// In pages that are written.
 std::size_t entryOffset(int row)
 {
     return kDataHeader + 2 * static_cast<std::size_t>(row);
+}
+
+// A page tells its format by its size.
+const Format& formatOf(ByteView page)
+{
+    if (page.size() != kJet4.pageSize && page.size() != kJet3.pageSize)
+        throwDamaged(u"a page of rows is of another kind");
+    return page.size() == kJet4.pageSize ? kJet4 : kJet3;
 }
 
 // Makes a row longer by `delta` bytes, or shorter, at its start; its end stays where it is. All rows that
@@ -41,7 +50,7 @@ void shiftRows(MutableBytes page, int row, std::ptrdiff_t delta)
 
 void recountFreeBytes(MutableBytes page)
 {
-    const auto count = load<std::uint16_t>(page, 12);
+    const auto count = load<std::uint16_t>(page, kJet4.dataPage.rowCount);
     std::size_t low = kPageSize;
     if (count > 0)
         low = load<std::uint16_t>(page, entryOffset(count - 1)) & kStartMask;
@@ -53,17 +62,18 @@ void recountFreeBytes(MutableBytes page)
 DataPage::DataPage(PageView page)
     : page_(std::move(page))
     , bytes_(page_.bytes())
-    , rowCount_(load<std::uint16_t>(bytes_, 12))
+    , rowTable_(formatOf(bytes_).dataPage.rowTable)
+    , rowCount_(load<std::uint16_t>(bytes_, formatOf(bytes_).dataPage.rowCount))
 {
-    if (bytes_.size() != kPageSize || bytes_[0] != std::byte{1})
+    if (bytes_[0] != std::byte{1})
         throwDamaged(u"a page of rows is of another kind");
-    if (entryOffset(rowCount_) > kPageSize)
+    if (entryOffset(rowCount_) > bytes_.size())
         throwDamaged(u"the row table of a page is too long");
     // For every row that is looked at by its place; so the entries, which lie inside, are read without
     // further checks.
-    std::size_t end = kPageSize;
+    std::size_t end = bytes_.size();
     const std::size_t lowest = entryOffset(rowCount_);
-    for (const std::byte* entry = bytes_.data() + kDataHeader; entry != bytes_.data() + lowest; entry += 2) {
+    for (const std::byte* entry = bytes_.data() + rowTable_; entry != bytes_.data() + lowest; entry += 2) {
         std::uint16_t at = 0;
         std::memcpy(&at, entry, sizeof at);
         at &= kStartMask;
@@ -102,7 +112,7 @@ PageView DataPage::row(int row) const
 
 int DataPage::countedFreeBytes() const
 {
-    const std::size_t low = rowCount_ == 0 ? kPageSize : start(rowCount_ - 1);
+    const std::size_t low = rowCount_ == 0 ? bytes_.size() : start(rowCount_ - 1);
     return static_cast<int>(low - entryOffset(rowCount_));
 }
 
@@ -133,7 +143,7 @@ std::uint8_t appendRow(MutableBytes page, ByteView row, std::uint16_t flags)
     const std::size_t start = low - row.size();
     std::copy(row.begin(), row.end(), page.begin() + static_cast<std::ptrdiff_t>(start));
     store<std::uint16_t>(page, entryOffset(number), static_cast<std::uint16_t>(start | flags));
-    store<std::uint16_t>(page, 12, static_cast<std::uint16_t>(number + 1));
+    store<std::uint16_t>(page, kJet4.dataPage.rowCount, static_cast<std::uint16_t>(number + 1));
     recountFreeBytes(page);
     return static_cast<std::uint8_t>(number);
 }

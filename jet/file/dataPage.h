@@ -1,6 +1,6 @@
 // Data pages: rows, long values and usage maps all lie in pages of this kind.
 //
-//   offset  size  holds
+//   offset  size  holds (Jet 4 and ACE; format.h has the places of Jet 3, which has no stamp)
 //        0     1  0x01
 //        1     1  1
 //        2     2  free bytes between the end of the row table and the lowest row
@@ -20,7 +20,7 @@ namespace vellums::jet {
 
 inline constexpr std::uint32_t kLongValueOwner = 0x4C41564C; // "LVAL"
 inline constexpr int kMaxRowsOnPage = 255;
-inline constexpr std::size_t kDataHeader = 14;
+inline constexpr std::size_t kDataHeader = kJet4.dataPage.rowTable;
 inline constexpr std::uint16_t kMovedFlag = 0x4000;
 inline constexpr std::uint16_t kMovedHereFlag = 0x8000;
 inline constexpr std::uint16_t kDeletedFlags = 0xC000;
@@ -56,10 +56,12 @@ public:
     bool isEmpty() const;
 
 private:
-    std::size_t end(int row) const { return row == 0 ? kPageSize : start(row - 1); }
+    std::size_t end(int row) const { return row == 0 ? bytes_.size() : start(row - 1); }
+    std::size_t entryOffset(int row) const { return rowTable_ + 2 * static_cast<std::size_t>(row); }
 
     PageView page_;
-    ByteView bytes_; // of it
+    ByteView bytes_;       // of it
+    std::size_t rowTable_; // where it starts
     int rowCount_;
 };
 

@@ -190,8 +190,8 @@ bool FreePages::isFree(PageNo page) const
     const MapRow row(file_, kGlobalMap);
     if (row.form() == 0)
         return page >= row.start() && bitAt(row.bits(), page - row.start());
-    const PageNo bitmap = row.pointer(file_, page / kSpan);
-    return bitmap != 0 && bitmapBitAt(file_, bitmap, page % kSpan);
+    const PageNo bitmap = row.pointer(file_, page / spanOf(file_));
+    return bitmap != 0 && bitmapBitAt(file_, bitmap, page % spanOf(file_));
 }
 
 std::vector<PageNo> FreePages::bitmapPages() const

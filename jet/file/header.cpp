@@ -9,6 +9,9 @@ namespace {
 
 constexpr std::size_t kMaskStart = 0x18;
 constexpr std::size_t kMaskLength = 128;
+constexpr std::size_t kCodePageAt = 0x3C;
+constexpr std::size_t kKeyAt = 0x3E; // not 0: the pages are encrypted
+constexpr std::size_t kPasswordAt = 0x42;
 constexpr std::array<std::uint8_t, 4> kMaskKey = {0xC7, 0xDA, 0x39, 0x6B};
 
 // The first 128 bytes of RC4 under the fixed key. It hides nothing: the key is the same in every file.
@@ -47,13 +50,16 @@ bool startsWith(ByteView page0, std::size_t offset, std::string_view text)
 
 // The password field of Jet 4 carries the day of creation as a second mask: ten times the whole days, four
 // bytes each, are what is left of a file without a password.
-bool hasPassword(ByteView plain)
+bool hasPassword(ByteView plain, const Format::Header& places)
 {
-    const auto created = load<double>(plain, 0x72);
-    const bool inRange = created > -1e9 && created < 1e9;
-    const auto day = static_cast<std::uint32_t>(inRange ? static_cast<std::int32_t>(created) : 0);
-    for (std::size_t i = 0; i < 40; i += 4)
-        if (load<std::uint32_t>(plain, 0x42 + i) != day)
+    std::uint32_t day = 0;
+    if (places.creationDate != 0) {
+        const auto created = load<double>(plain, places.creationDate);
+        const bool inRange = created > -1e9 && created < 1e9;
+        day = static_cast<std::uint32_t>(inRange ? static_cast<std::int32_t>(created) : 0);
+    }
+    for (std::size_t i = 0; i < places.passwordBytes; i += 4)
+        if (load<std::uint32_t>(plain, kPasswordAt + i) != day)
             return true;
     return false;
 }
@@ -77,20 +83,22 @@ Header parseHeader(ByteView page0, const std::u16string& path)
     const auto version = load<std::uint8_t>(page0, 0x14);
     if ((!jetName && !aceName) || version > 6 || (version >= 2) != aceName)
         throwUnrecognized(path, u"");
-    if (version == 0)
-        throwUnrecognized(path, u": files of Access 97 and older are not supported");
+    Header header;
+    header.version = version;
+    header.format = version == 0 ? &kJet3 : &kJet4;
+    const Format::Header& places = header.format->header;
 
     Bytes plain(page0.begin(), page0.begin() + 0x800);
     maskHeader(plain);
-    if (load<std::uint32_t>(plain, 0x3E) != 0)
+    if (load<std::uint32_t>(plain, kKeyAt) != 0)
         throw Error(3031, kAuthFailed, u"The database '" + path + u"' is encrypted and cannot be opened.");
-    if (hasPassword(plain))
+    if (hasPassword(plain, places))
         throw Error(3031, kAuthFailed, u"Not a valid password. The database '" + path + u"' has a password.");
 
-    Header header;
-    header.version = version;
-    header.sortOrder.lcid = load<std::uint16_t>(plain, 0x6E);
-    header.sortOrder.version = load<std::uint8_t>(plain, 0x71);
+    header.sortOrder.lcid = load<std::uint16_t>(plain, places.sortOrder);
+    if (places.sortVersion != 0)
+        header.sortOrder.version = load<std::uint8_t>(plain, places.sortVersion);
+    header.codePage = load<std::uint16_t>(plain, kCodePageAt);
     return header;
 }
 

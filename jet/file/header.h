@@ -2,8 +2,10 @@
 #pragma once
 
 #include "jet/file/bytes.h"
+#include "jet/file/format.h"
 
 #include <cstdint>
+#include <string>
 
 namespace vellums::jet {
 
@@ -16,14 +18,16 @@ struct SortOrder {
 };
 
 struct Header {
-    std::uint8_t version = 0; // byte 0x14: 1 Jet 4, 2 to 6 ACE
-    SortOrder sortOrder;      // the default of the file
+    std::uint8_t version = 0; // byte 0x14: 0 Jet 3, 1 Jet 4, 2 to 6 ACE
+    const Format* format = &kJet4;
+    SortOrder sortOrder;        // the default of the file
+    std::uint16_t codePage = 0; // of names and texts, where the format has them so
 
     bool isAce() const { return version >= 2; }
 };
 
-// Reads page 0. `path` goes into the messages. Throws Error: not a database (3343), Jet 3, encrypted,
-// password (3031).
+// Reads page 0. `path` goes into the messages. Throws Error: not a database (3343), encrypted, password
+// (3031).
 Header parseHeader(ByteView page0, const std::u16string& path);
 
 // The 128 masked bytes at 0x18 with the mask taken off or put on; it is its own inverse.

@@ -51,7 +51,7 @@ PageView bitmapOf(const PageFile& file, PageNo page)
     const PageView view = file.read(page);
     if (view.bytes()[0] != std::byte{5})
         throwDamaged(u"a page of a usage map is of another kind");
-    return view.part(kBitmapHeader, kPageSize - kBitmapHeader);
+    return view.part(kBitmapHeader, view.size() - kBitmapHeader);
 }
 
 bool bitmapBitAt(const PageFile& file, PageNo page, std::size_t index)

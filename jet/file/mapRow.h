@@ -2,6 +2,7 @@
 //
 //   form 0   00 | start page, 4 bytes | bits: page start + i is bit i % 8 of byte i / 8
 //   form 1   01 | page of bits for pages 0 to 32735, 4 bytes | the same for the next 32736 | ...
+//            (Jet 3: 16352)
 //
 // All numbers come from the file: a page beyond its end counts as none.
 #pragma once
@@ -20,7 +21,12 @@ namespace vellums::jet {
 inline constexpr std::size_t kMapRowBytes = 69;
 inline constexpr std::size_t kInlineHeader = 5; // form, start page
 inline constexpr std::size_t kBitmapHeader = 4;
-inline constexpr std::uint32_t kSpan = (kPageSize - kBitmapHeader) * 8; // pages on one page of kind 0x05
+inline constexpr std::uint32_t kSpan = kJet4.mapSpan(); // pages on one page of kind 0x05
+// The same for a file that may be of Jet 3.
+inline std::uint32_t spanOf(const PageFile& file)
+{
+    return static_cast<std::uint32_t>(file.header().format->mapSpan());
+}
 
 bool bitAt(ByteView bits, std::size_t index); // false behind the end
 void setBit(MutableBytes bits, std::size_t index, bool on);

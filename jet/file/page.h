@@ -2,6 +2,7 @@
 #pragma once
 
 #include "jet/file/bytes.h"
+#include "jet/file/format.h"
 
 #include <array>
 #include <cstdint>
@@ -12,8 +13,8 @@ namespace vellums::jet {
 
 using PageNo = std::uint32_t;
 
-inline constexpr std::size_t kPageSize = 4096; // Jet 4 and ACE
-inline constexpr PageNo kMaxPages = 524288;    // 2 GiB
+inline constexpr std::size_t kPageSize = kJet4.pageSize; // of what is written
+inline constexpr PageNo kMaxPages = 524288;              // 2 GiB
 
 // A row's place: its page and its entry in the page's row table.
 struct RowRef {
@@ -33,7 +34,7 @@ inline std::uint32_t pointerTo(RowRef ref)
     return ref.page << 8 | ref.row;
 }
 
-// A page in memory.
+// A page in memory; smaller ones leave the rest unused.
 struct Page {
     std::array<std::byte, kPageSize> bytes;
 };
@@ -49,8 +50,8 @@ public:
         : bytes_(bytes)
     {
     }
-    explicit PageView(std::shared_ptr<const Page> page)
-        : bytes_(page->bytes)
+    explicit PageView(std::shared_ptr<const Page> page, std::size_t size = kPageSize)
+        : bytes_(ByteView(page->bytes).first(size))
         , page_(std::move(page))
     {
     }

@@ -171,13 +171,25 @@ void PageFile::open()
         openForReading();
     } else {
         file_.emplace(openDatabase(path_, Access::Write), DiskFile::Role::Database);
+        readHeader();
     }
     if (mode_ == OpenMode::Write) {
         journal_.emplace(openJournal(path_));
         settleJournal();
     }
     takeFile();
-    checkFormat();
+    checkPages();
+}
+
+// Before the journal is looked at, since no statement changes what it reads, and what is refused is to stay
+// as it is, the folder too.
+void PageFile::readHeader()
+{
+    header_ = parseHeader(file_->read(0, kPageSize), path_);
+    if (mode_ == OpenMode::Write && !format().writable)
+        throw Error(3027, kPermissionDenied,
+            u"Cannot update. The database '" + path_ +
+                u"' is a file of Access 97, and such files are only read.");
 }
 
 // A journal with work in it is settled by opening the file for writing, and closing it again; between the
@@ -190,7 +202,8 @@ void PageFile::openForReading()
         file_.emplace(openDatabase(path_, Access::Read), DiskFile::Role::Database);
     };
     openShared();
-    if (!journalIsHot(path_))
+    readHeader();
+    if (!format().writable || !journalIsHot(path_))
         return;
     file_.reset();
     std::exception_ptr refusal;
@@ -201,6 +214,7 @@ void PageFile::openForReading()
         refusal = std::current_exception();
     }
     openShared();
+    readHeader();
     if (!journalIsHot(path_) || judgeJournal(*file_, readJournal(path_)) != JournalVerdict::RollBack)
         return;
     if (refusal)
@@ -234,13 +248,12 @@ void PageFile::settleJournal()
 
 void PageFile::takeFile()
 {
-    source_.open(*file_);
+    source_.open(*file_, format().pageSize);
     pageCount_ = fileEnd_ = source_.pages();
 }
 
-void PageFile::checkFormat()
+void PageFile::checkPages()
 {
-    header_ = parseHeader(file_->read(0, kPageSize), path_);
     const auto kindOf = [&](PageNo page) {
         const PageView view = read(page);
         return load<std::uint16_t>(view, 0);
@@ -305,7 +318,10 @@ void removeIdleJournal(const std::u16string& path) noexcept
         const std::u16string journal = journalPath(path);
         if (!platform::fileExists(journal))
             return;
-        const File database(path, Access::Write);
+        const DiskFile database(File(path, Access::Write), DiskFile::Role::Database);
+        // Beside a file that is only read it is none of ours.
+        if (!parseHeader(database.read(0, kPageSize), path).format->writable)
+            return;
         const bool hot = journalIsHot(path); // it is closed again: an open file is not removed
         if (!hot && platform::removeFile(journal))
             platform::syncFolderOf(journal);

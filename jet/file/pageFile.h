@@ -32,7 +32,7 @@ public:
 
     // Opens the file under the lock of the mode (see platform/files.h), waiting for another holder; settles a
     // left-over journal; refuses what is no Access file, what is encrypted, has a password, is truncated, or
-    // is open in Access. Throws Error.
+    // is open in Access, and to write what is only read. Throws Error.
     PageFile(std::u16string path, OpenMode mode);
     ~PageFile();
     PageFile(const PageFile&) = delete;
@@ -41,6 +41,7 @@ public:
     const std::u16string& path() const { return path_; }
     OpenMode mode() const { return mode_; }
     const Header& header() const { return header_; }
+    const Format& format() const { return *header_.format; }
     // Where a journal that does not belong to the file as it is was moved when it was opened; empty: there
     // was none.
     const std::u16string& journalSetAside() const { return journalSetAside_; }
@@ -83,7 +84,8 @@ public:
 
 private:
     void open();
-    void checkFormat();
+    void readHeader();
+    void checkPages();
     void openForReading();
     void settleJournal();
     void takeFile();

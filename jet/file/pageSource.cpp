@@ -20,20 +20,21 @@ MemoryLimits PageSource::limits = {
     4 * kMegabyte / kPageSize,
 };
 
-void PageSource::open(const DiskFile& file)
+void PageSource::open(const DiskFile& file, std::size_t pageSize)
 {
     close();
+    pageSize_ = pageSize;
     const std::uint64_t size = file.size();
-    if (size / kPageSize > kMaxPages)
+    if (size / pageSize > kMaxPages)
         throwDamaged(u"the file is longer than 2 GB");
     file_ = &file;
-    pages_ = static_cast<PageNo>(size / kPageSize);
-    endsInPage_ = size % kPageSize != 0;
+    pages_ = static_cast<PageNo>(size / pageSize);
+    endsInPage_ = size % pageSize != 0;
     if (size > limits.mappedBytes)
         return;
     try {
         view_ = file.view();
-        mapped_ = static_cast<PageNo>(view_.bytes().size() / kPageSize);
+        mapped_ = static_cast<PageNo>(view_.bytes().size() / pageSize);
     } catch (const platform::FileError&) { // no room for it: the cache serves
     }
 }
@@ -50,18 +51,19 @@ void PageSource::close() noexcept
 PageView PageSource::read(PageNo page) const
 {
     if (page < mapped_)
-        return PageView(view_.bytes().subspan(std::size_t{page} * kPageSize, kPageSize));
+        return PageView(view_.bytes().subspan(std::size_t{page} * pageSize_, pageSize_));
     if (std::shared_ptr<const Page> kept = cached(page))
-        return PageView(std::move(kept));
+        return PageView(std::move(kept), pageSize_);
     auto fresh = std::make_shared<Page>();
     try {
-        if (file_->readAt(std::uint64_t{page} * kPageSize, fresh->bytes) < kPageSize)
+        const MutableBytes bytes = MutableBytes(fresh->bytes).first(pageSize_);
+        if (file_->readAt(std::uint64_t{page} * pageSize_, bytes) < pageSize_)
             throwDamaged(u"a pointer leads beyond the end of the file");
     } catch (const platform::FileError&) {
         throwDiskFailed();
     }
     keep(page, fresh);
-    return PageView(std::move(fresh));
+    return PageView(std::move(fresh), pageSize_);
 }
 
 // Another thread may have put the page there meanwhile; then that one stays.

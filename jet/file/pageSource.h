@@ -25,8 +25,9 @@ class PageSource {
 public:
     static MemoryLimits limits;
 
-    // Takes the file as it is now. It must stay open. Throws Error (longer than 2 GB), platform::FileError.
-    void open(const DiskFile& file);
+    // Takes the file as it is now, in pages of that size. It must stay open. Throws Error (longer than 2 GB),
+    // platform::FileError.
+    void open(const DiskFile& file, std::size_t pageSize);
     // Gives up map and cache; before a file is cut.
     void close() noexcept;
 
@@ -46,6 +47,7 @@ private:
     void keep(PageNo page, const std::shared_ptr<const Page>& content) const;
 
     const DiskFile* file_ = nullptr;
+    std::size_t pageSize_ = kPageSize;
     platform::File::View view_;
     PageNo mapped_ = 0;
     PageNo pages_ = 0;

@@ -28,8 +28,8 @@ bool UsageMap::contains(PageNo page) const
     const MapRow row(file_, place_);
     if (row.form() == 0)
         return page >= row.start() && bitAt(row.bits(), page - row.start());
-    const PageNo bitmap = row.pointer(file_, page / kSpan);
-    return bitmap != 0 && bitmapBitAt(file_, bitmap, page % kSpan);
+    const PageNo bitmap = row.pointer(file_, page / spanOf(file_));
+    return bitmap != 0 && bitmapBitAt(file_, bitmap, page % spanOf(file_));
 }
 
 std::vector<PageNo> UsageMap::pages() const
@@ -51,7 +51,7 @@ std::vector<PageNo> UsageMap::pages() const
     for (std::size_t i = 0; i < row.pointerCount(); ++i)
         if (const PageNo bitmap = row.pointer(file_, i); bitmap != 0) {
             const PageView bits = bitmapOf(file_, bitmap);
-            collect(std::uint64_t{i} * kSpan, bits);
+            collect(std::uint64_t{i} * spanOf(file_), bits);
         }
     return pages;
 }
@@ -69,7 +69,7 @@ PageNo UsageMap::highestBelow(PageNo below) const
     }
     for (std::size_t i = row.pointerCount(); i-- > 0;) {
         const PageNo bitmap = row.pointer(file_, i);
-        const auto base = static_cast<PageNo>(i * kSpan);
+        const auto base = static_cast<PageNo>(i * spanOf(file_));
         if (bitmap == 0 || below <= base)
             continue;
         const PageView bits = bitmapOf(file_, bitmap);

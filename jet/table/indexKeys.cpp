@@ -41,7 +41,7 @@ RowKey rowKey(
             value.emplace();
             const Column& c = definition.columns[at];
             if (c.type == ColumnType::Boolean)
-                value->boolean = isPresent(row.bytes(), c);
+                value->boolean = isPresent(*definition.format, row.bytes(), c);
             else if (isText(c.type))
                 value->text = toText(row.text(at, scratch));
             else

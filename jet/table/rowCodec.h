@@ -9,6 +9,10 @@
 //   (n+7)/8    null mask: bit c belongs to column number c, 1 means present; booleans are this bit
 //
 // A table without variable slots has nothing between fixed area and mask.
+//
+// In Jet 3 counts, offsets and the end take one byte each, the low one, and a jump table stands between the
+// offsets and the number of variable slots: a byte for each full 256 bytes of the row, read from its back.
+// From the slot on that such a byte names, offsets are larger by 256 for each.
 #pragma once
 
 #include "jet/table/tableDefinition.h"
@@ -21,10 +25,10 @@ namespace vellums::jet {
 inline constexpr std::size_t kMaxRowBytes = 4060;
 
 // The bit of a column in the null mask; false for columns younger than the row.
-bool isPresent(ByteView row, const Column& column);
+bool isPresent(const Format& format, ByteView row, const Column& column);
 
 // The bytes of a column in the row; nullopt for NULL. A boolean has none.
-std::optional<ByteView> columnBytes(ByteView row, const Column& column);
+std::optional<ByteView> columnBytes(const Format& format, ByteView row, const Column& column);
 
 // What goes into a row, parallel to the columns of the definition. A true boolean is present and empty.
 using RowContent = std::vector<std::optional<Bytes>>;

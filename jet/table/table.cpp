@@ -41,8 +41,10 @@ Value decodeCalculated(const Column& column, ByteView content)
 }
 
 // `bytes` may lie in `scratch`.
-StoredText textOf(const Column& column, ByteView bytes, Bytes& scratch)
+StoredText textOf(const TableDefinition& definition, const Column& column, ByteView bytes, Bytes& scratch)
 {
+    if (definition.format->codePageTexts)
+        return storedCodePageText(bytes, definition.codePage, scratch);
     if (column.isFixed() && !column.isCalculated())
         return {false, bytes.first(bytes.size() / 2 * 2)};
     return storedText(bytes, scratch);
@@ -61,13 +63,14 @@ Row::Row(const PageFile& file, const TableDefinition& definition, RowRef home, P
 bool Row::isNull(std::size_t column) const
 {
     const Column& c = definition_->columns[column];
-    return (c.type != ColumnType::Boolean || c.isCalculated()) && !columnBytes(bytes_, c);
+    return (c.type != ColumnType::Boolean || c.isCalculated()) &&
+        !columnBytes(*definition_->format, bytes_, c);
 }
 
 std::optional<ByteView> Row::stored(std::size_t column) const
 {
     assert(column < definition_->columns.size());
-    return columnBytes(bytes_, definition_->columns[column]);
+    return columnBytes(*definition_->format, bytes_, definition_->columns[column]);
 }
 
 Value Row::value(std::size_t column) const
@@ -75,13 +78,13 @@ Value Row::value(std::size_t column) const
     assert(column < definition_->columns.size());
     const Column& c = definition_->columns[column];
     if (c.type == ColumnType::Boolean && !c.isCalculated())
-        return isPresent(bytes_, c);
+        return isPresent(*definition_->format, bytes_, c);
     Bytes scratch;
     const std::optional<ByteView> bytes = content(column, scratch);
     if (!bytes)
         return Null{};
     if (isText(c.type))
-        return toText(textOf(c, *bytes, scratch));
+        return toText(textOf(*definition_, c, *bytes, scratch));
     if (c.isCalculated())
         return decodeCalculated(c, *bytes);
     return c.type == ColumnType::Ole ? Value(Bytes(bytes->begin(), bytes->end())) : decodeValue(c, *bytes);
@@ -90,14 +93,14 @@ Value Row::value(std::size_t column) const
 StoredText Row::text(std::size_t column, Bytes& scratch) const
 {
     const std::optional<ByteView> bytes = content(column, scratch);
-    return bytes ? textOf(definition_->columns[column], *bytes, scratch) : StoredText{};
+    return bytes ? textOf(*definition_, definition_->columns[column], *bytes, scratch) : StoredText{};
 }
 
 // In this order: a calculated memo is a long value whose content is wrapped.
 std::optional<ByteView> Row::content(std::size_t column, Bytes& scratch) const
 {
     const Column& c = definition_->columns[column];
-    std::optional<ByteView> bytes = columnBytes(bytes_, c);
+    std::optional<ByteView> bytes = columnBytes(*definition_->format, bytes_, c);
     if (bytes && isLongValue(c.type))
         bytes = readLongValue(*file_, *bytes, scratch);
     if (bytes && c.isCalculated())

@@ -65,6 +65,7 @@ void Table::appendColumn(const Column& wanted)
     if (column.isFixed() && definition_.fixedLength() + fixedSize(column) > 4000)
         throw Error(3047, kFail, u"Record is too large.");
 
+    constexpr Format::Definition places = kJet4.definition;
     Bytes& joined = definition_.joined;
     const std::size_t recordsAt = kDefinitionHeader + kIndexCounter * definition_.physicalIndexes.size();
     const std::size_t namesAt = recordsAt + kColumnRecord * definition_.columns.size();
@@ -82,10 +83,11 @@ void Table::appendColumn(const Column& wanted)
     appendColumnRecord(record, column);
     insertBytes(joined, endOfNames(joined, namesAt, definition_.columns.size()), name);
     insertBytes(joined, namesAt, record);
-    store<std::uint16_t>(joined, 41, static_cast<std::uint16_t>(definition_.columnSlots + 1));
+    store<std::uint16_t>(joined, places.columnSlots, static_cast<std::uint16_t>(definition_.columnSlots + 1));
     if (!column.isFixed())
-        store<std::uint16_t>(joined, 43, static_cast<std::uint16_t>(definition_.variableSlots + 1));
-    store<std::uint16_t>(joined, 45, static_cast<std::uint16_t>(definition_.columns.size() + 1));
+        store<std::uint16_t>(
+            joined, places.variableSlots, static_cast<std::uint16_t>(definition_.variableSlots + 1));
+    store<std::uint16_t>(joined, places.columns, static_cast<std::uint16_t>(definition_.columns.size() + 1));
     writeDefinitionBytes(file_, definition_);
     definition_ = readTableDefinition(file_, definition_.page);
     rules_.resize(definition_.columns.size());

@@ -5,6 +5,7 @@
 #include "jet/table/tableDefinition.h"
 
 #include "jet/file/freePages.h"
+#include "jet/table/codePageText.h"
 
 #include <algorithm>
 #include <cassert>
@@ -12,12 +13,8 @@
 namespace vellums::jet {
 namespace {
 
-constexpr std::size_t kPhysicalBytes = 52;
-constexpr std::size_t kLogicalBytes = 28;
 constexpr std::size_t kLongValueBytes = 10;
 constexpr std::size_t kContinuation = kPageSize - 8; // bytes of the definition on each further page
-constexpr std::size_t kOwnedMapOffset = 55;          // of the first page; four bytes each
-constexpr std::size_t kFreeMapOffset = 59;
 constexpr std::size_t kUsageMapInIndex = 34;
 constexpr std::size_t kRootInIndex = 38;
 constexpr std::size_t kMaxColumns = 255;
@@ -31,8 +28,9 @@ constexpr std::uint16_t kNoColumn = 0xFFFF;
 // Reads the joined definition from front to back; no step leaves it.
 class Reader {
 public:
-    explicit Reader(ByteView bytes)
+    Reader(ByteView bytes, const Header& header)
         : bytes_(bytes)
+        , header_(header)
     {
     }
     std::size_t offset() const { return offset_; }
@@ -44,6 +42,8 @@ public:
     }
     std::u16string takeName()
     {
+        if (header_.format->codePageTexts)
+            return codePageText(take(load<std::uint8_t>(take(1), 0)), header_.codePage);
         const std::size_t length = load<std::uint16_t>(take(2), 0);
         const ByteView text = take(length);
         std::u16string name(length / 2, u'\0');
@@ -53,6 +53,7 @@ public:
 
 private:
     ByteView bytes_;
+    const Header& header_;
     std::size_t offset_ = 0;
 };
 
@@ -71,13 +72,13 @@ Bytes joinPages(const PageFile& file, PageNo first, std::vector<PageNo>& pages)
         page = load<std::uint32_t>(bytes, 4);
     }
     const std::size_t length = load<std::uint32_t>(joined, 8);
-    if (length < kDefinitionHeader + 2 || length > joined.size())
+    if (length < file.format().definition.headBytes + 2 || length > joined.size())
         throwDamaged(u"a table definition has a wrong length");
     joined.resize(length);
     return joined;
 }
 
-// The 25 bytes of a column:
+// The record of a column, as Jet 4 and ACE have it:
 //
 //   offset  size  holds
 //        0     1  type
@@ -90,22 +91,26 @@ Bytes joinPages(const PageFile& file, PageNo first, std::vector<PageNo>& pages)
 //       23     2  length
 //
 // The sort order of columns that are no texts means nothing, and that of some texts is 0: the file's.
-Column readColumn(ByteView record, SortOrder defaultOrder)
+Column readColumn(ByteView record, const Header& header)
 {
+    const Format::Column& places = header.format->column;
     Column column;
     column.type = static_cast<ColumnType>(load<std::uint8_t>(record, 0));
-    column.number = load<std::uint16_t>(record, 5);
-    column.slot = load<std::uint16_t>(record, 7);
-    column.position = load<std::uint16_t>(record, 9);
-    column.precision = load<std::uint8_t>(record, 11);
-    column.scale = load<std::uint8_t>(record, 12);
-    column.sortOrder = {load<std::uint16_t>(record, 11), load<std::uint8_t>(record, 14)};
+    column.number = load<std::uint16_t>(record, places.number);
+    column.slot = load<std::uint16_t>(record, places.slot);
+    column.position = load<std::uint16_t>(record, places.position);
+    column.precision = load<std::uint8_t>(record, places.sortOrder);
+    column.scale = load<std::uint8_t>(record, places.sortOrder + 1);
+    column.sortOrder = {load<std::uint16_t>(record, places.sortOrder), 0};
+    if (places.sortVersion != 0)
+        column.sortOrder.version = load<std::uint8_t>(record, places.sortVersion);
     if (column.sortOrder.lcid == 0)
-        column.sortOrder = defaultOrder;
-    column.flags = load<std::uint8_t>(record, 15);
-    column.moreFlags = load<std::uint8_t>(record, 16);
-    column.offset = load<std::uint16_t>(record, 21);
-    column.length = load<std::uint16_t>(record, 23);
+        column.sortOrder = header.sortOrder;
+    column.flags = load<std::uint8_t>(record, places.flags);
+    if (places.moreFlags != 0)
+        column.moreFlags = load<std::uint8_t>(record, places.moreFlags);
+    column.offset = load<std::uint16_t>(record, places.offset);
+    column.length = load<std::uint16_t>(record, places.length);
     return column;
 }
 
@@ -175,16 +180,17 @@ struct PartCounts {
 
 PartCounts readHead(Reader& reader, TableDefinition& definition)
 {
-    const ByteView header = reader.take(kDefinitionHeader);
-    definition.rowCount = load<std::uint32_t>(header, 16);
-    definition.lastAutoNumber = load<std::uint32_t>(header, 20);
-    definition.tableType = load<std::uint8_t>(header, 40);
-    definition.columnSlots = load<std::uint16_t>(header, 41);
-    definition.variableSlots = load<std::uint16_t>(header, 43);
-    definition.ownedMap = rowRefOf(load<std::uint32_t>(header, kOwnedMapOffset));
-    definition.freeMap = rowRefOf(load<std::uint32_t>(header, kFreeMapOffset));
-    const PartCounts counts = {
-        load<std::uint16_t>(header, 45), load<std::uint32_t>(header, 47), load<std::uint32_t>(header, 51)};
+    const Format::Definition& places = definition.format->definition;
+    const ByteView head = reader.take(places.headBytes);
+    definition.rowCount = load<std::uint32_t>(head, places.rowCount);
+    definition.lastAutoNumber = load<std::uint32_t>(head, places.autoNumber);
+    definition.tableType = load<std::uint8_t>(head, places.tableType);
+    definition.columnSlots = load<std::uint16_t>(head, places.columnSlots);
+    definition.variableSlots = load<std::uint16_t>(head, places.variableSlots);
+    definition.ownedMap = rowRefOf(load<std::uint32_t>(head, places.ownedMap));
+    definition.freeMap = rowRefOf(load<std::uint32_t>(head, places.freeMap));
+    const PartCounts counts = {load<std::uint16_t>(head, places.columns),
+        load<std::uint32_t>(head, places.logicalIndexes), load<std::uint32_t>(head, places.physicalIndexes)};
     if (counts.columns > kMaxColumns || counts.logicalIndexes > kMaxIndexes ||
         counts.physicalIndexes > kMaxIndexes || definition.columnSlots > kMaxColumns ||
         definition.variableSlots > definition.columnSlots)
@@ -192,10 +198,10 @@ PartCounts readHead(Reader& reader, TableDefinition& definition)
     return counts;
 }
 
-void readColumns(Reader& reader, TableDefinition& definition, std::size_t count, SortOrder defaultOrder)
+void readColumns(Reader& reader, TableDefinition& definition, std::size_t count, const Header& header)
 {
     for (std::size_t i = 0; i < count; ++i) {
-        definition.columns.push_back(readColumn(reader.take(kColumnRecord), defaultOrder));
+        definition.columns.push_back(readColumn(reader.take(header.format->definition.columnBytes), header));
         const Column& column = definition.columns.back();
         if (column.number >= definition.columnSlots ||
             (!column.isFixed() && column.type != ColumnType::Boolean &&
@@ -206,15 +212,24 @@ void readColumns(Reader& reader, TableDefinition& definition, std::size_t count,
         column.name = reader.takeName();
 }
 
+// Where indexes are not kept their records and names are passed over.
 void readIndexes(Reader& reader, TableDefinition& definition, const PartCounts& counts)
 {
+    const std::size_t physicalBytes = definition.format->definition.physicalBytes;
+    const std::size_t logicalBytes = definition.format->definition.logicalBytes;
+    if (!definition.format->keepsIndexes) {
+        reader.take(physicalBytes * counts.physicalIndexes + logicalBytes * counts.logicalIndexes);
+        for (std::size_t i = 0; i < counts.logicalIndexes; ++i)
+            reader.takeName();
+        return;
+    }
     for (std::size_t i = 0; i < counts.physicalIndexes; ++i) {
         const std::size_t offset = reader.offset();
-        definition.physicalIndexes.push_back(readPhysicalIndex(reader.take(kPhysicalBytes), definition));
+        definition.physicalIndexes.push_back(readPhysicalIndex(reader.take(physicalBytes), definition));
         definition.physicalIndexes.back().offset = offset;
     }
     for (std::size_t i = 0; i < counts.logicalIndexes; ++i) {
-        definition.logicalIndexes.push_back(readLogicalIndex(reader.take(kLogicalBytes)));
+        definition.logicalIndexes.push_back(readLogicalIndex(reader.take(logicalBytes)));
         const LogicalIndex& logical = definition.logicalIndexes.back();
         if (logical.physical >= counts.physicalIndexes)
             throwDamaged(u"an index of a table definition does not exist");
@@ -285,15 +300,18 @@ void appendName(Bytes& bytes, std::u16string_view name)
 TableDefinition readTableDefinition(const PageFile& file, PageNo page)
 {
     TableDefinition definition;
+    const Header& header = file.header();
+    definition.format = header.format;
+    definition.codePage = header.codePage;
     definition.page = page;
     definition.joined = joinPages(file, page, definition.pages);
-    Reader reader(definition.joined);
+    Reader reader(definition.joined, header);
     const PartCounts counts = readHead(reader, definition);
     for (std::size_t i = 0; i < counts.physicalIndexes; ++i) {
         definition.counterOffsets.push_back(reader.offset());
-        reader.take(kIndexCounter);
+        reader.take(header.format->definition.counterBytes);
     }
-    readColumns(reader, definition, counts.columns, file.header().sortOrder);
+    readColumns(reader, definition, counts.columns, header);
     readIndexes(reader, definition, counts);
     readLongValueMaps(reader, definition);
     return definition;
@@ -342,8 +360,9 @@ void writeDefinitionBytes(PageFile& file, TableDefinition& definition)
 void storePlaces(TableDefinition& definition)
 {
     Bytes& joined = definition.joined;
-    store<std::uint32_t>(joined, kOwnedMapOffset, pointerTo(definition.ownedMap));
-    store<std::uint32_t>(joined, kFreeMapOffset, pointerTo(definition.freeMap));
+    const Format::Definition& places = definition.format->definition;
+    store<std::uint32_t>(joined, places.ownedMap, pointerTo(definition.ownedMap));
+    store<std::uint32_t>(joined, places.freeMap, pointerTo(definition.freeMap));
     for (const Column& column : definition.columns) {
         if (column.mapsOffset == 0)
             continue;

@@ -61,6 +61,8 @@ struct LogicalIndex {
 };
 
 struct TableDefinition {
+    const Format* format = &kJet4;
+    std::uint16_t codePage = 0;    // of texts, where the format has them so
     PageNo page = 0;               // the first definition page; it names the table in the file
     std::vector<PageNo> pages;     // all definition pages, in order
     Bytes joined;                  // first page whole, then the others from byte 8 on, cut to the length at 8
@@ -104,13 +106,14 @@ void storePlaces(TableDefinition& definition);
 // Changes one number in `joined` and on its page (or pages).
 void patchDefinition(PageFile& file, TableDefinition& definition, std::size_t offset, std::uint32_t number);
 
-// Sizes of the parts of `joined`: the header, then a counter for each physical index, then the columns.
-inline constexpr std::size_t kDefinitionHeader = 63;
-inline constexpr std::size_t kIndexCounter = 12;
-inline constexpr std::size_t kColumnRecord = 25;
+// Sizes of the parts of `joined` where it is written: the header, then a counter for each physical index,
+// then the columns.
+inline constexpr std::size_t kDefinitionHeader = kJet4.definition.headBytes;
+inline constexpr std::size_t kIndexCounter = kJet4.definition.counterBytes;
+inline constexpr std::size_t kColumnRecord = kJet4.definition.columnBytes;
 
 // Offsets of counters in `joined`.
-inline constexpr std::size_t kRowCountOffset = 16;
-inline constexpr std::size_t kAutoNumberOffset = 20;
+inline constexpr std::size_t kRowCountOffset = kJet4.definition.rowCount;
+inline constexpr std::size_t kAutoNumberOffset = kJet4.definition.autoNumber;
 
 } // namespace vellums::jet

@@ -8,6 +8,8 @@
 // bytes behind the mark as they lie while there is no zero among them, which storedText() finds out.
 #include "jet/table/valueCodec.h"
 
+#include "jet/table/codePageText.h"
+
 #include <algorithm>
 #include <limits>
 
@@ -193,6 +195,17 @@ StoredText storedText(ByteView bytes, Bytes& scratch)
     Bytes utf16;
     decodeSwitching(body, utf16);
     scratch = std::move(utf16);
+    return {false, scratch};
+}
+
+// The bytes may lie in `scratch`.
+StoredText storedCodePageText(ByteView bytes, std::uint16_t codePage, Bytes& scratch)
+{
+    if (std::all_of(bytes.begin(), bytes.end(), [](std::byte b) { return b < std::byte{0x80}; }))
+        return {true, bytes};
+    const std::u16string text = codePageText(bytes, codePage);
+    const ByteView units = std::as_bytes(std::span(text.data(), text.size()));
+    scratch.assign(units.begin(), units.end());
     return {false, scratch};
 }
 

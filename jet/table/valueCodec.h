@@ -19,6 +19,8 @@ Bytes encodeValue(const Column& column, const Value& value);
 // Splits off the mark of a compressed text. Texts that switch between one and two bytes are decoded
 // into `scratch`.
 StoredText storedText(ByteView bytes, Bytes& scratch);
+// The same for a text in a code page, which is converted where it is not of ASCII alone.
+StoredText storedCodePageText(ByteView bytes, std::uint16_t codePage, Bytes& scratch);
 std::u16string toText(const StoredText& text);
 
 // The bytes of a text, compressed when `compress` is set and all of more than two characters are

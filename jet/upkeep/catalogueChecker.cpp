@@ -82,6 +82,10 @@ public:
     {
         checkFixedObjects();
         checkTree();
+        if (!file_.format().writable) {
+            ledger_.attempt(u"MSysACEs", [&] { checkPermissions(); });
+            return;
+        }
         checkSystemDefinitions();
         for (const CatalogueObject& object : objects_)
             if (object.type == kTable && object.properties)

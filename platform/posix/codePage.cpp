@@ -64,9 +64,9 @@ private:
     iconv_t raw_;
 };
 
-std::string pageName()
+std::string pageName(unsigned page)
 {
-    return "CP" + std::to_string(chosenPage().load());
+    return "CP" + std::to_string(page);
 }
 
 std::u16string textOfUnits(const std::string& bytes)
@@ -92,10 +92,10 @@ std::string unitsOfText(std::u16string_view text)
 
 // Bytes that a page leaves undefined stand for the control characters of the same number, as on
 // Windows.
-bool undefinedByte(char16_t c)
+bool undefinedByte(unsigned page, char16_t c)
 {
     const std::string_view undefined = "\x81\x8D\x8F\x90\x9D";
-    return chosenPage().load() == 1252 && c >= 0x80 && c < 0xA0 &&
+    return page == 1252 && c >= 0x80 && c < 0xA0 &&
         undefined.find(static_cast<char>(c)) != std::string_view::npos;
 }
 
@@ -103,9 +103,10 @@ bool undefinedByte(char16_t c)
 std::string convert(std::u16string_view text, std::size_t& missing)
 {
     missing = 0;
-    if (chosenPage().load() == kCodePageUtf8)
+    const unsigned page = chosenPage().load();
+    if (page == kCodePageUtf8)
         return text::toUtf8(text);
-    Converter converter(pageName(), "UTF-16LE");
+    Converter converter(pageName(page), "UTF-16LE");
     const std::string units = unitsOfText(text);
     std::string_view input = units;
     std::string out;
@@ -118,7 +119,7 @@ std::string convert(std::u16string_view text, std::size_t& missing)
         const auto c = static_cast<char16_t>(
             static_cast<unsigned char>(input[0]) | (static_cast<unsigned char>(input[1]) << 8));
         input.remove_prefix(2);
-        if (undefinedByte(c)) {
+        if (undefinedByte(page, c)) {
             out.push_back(static_cast<char>(c));
         } else {
             out.push_back('?');
@@ -136,7 +137,7 @@ unsigned ansiCodePage()
 
 bool setAnsiCodePage(unsigned codePage)
 {
-    if (codePage != kCodePageUtf8 && !Converter("UTF-16LE", "CP" + std::to_string(codePage)).usable())
+    if (codePage != kCodePageUtf8 && !Converter("UTF-16LE", pageName(codePage)).usable())
         return false;
     chosenPage().store(codePage);
     return true;
@@ -144,9 +145,14 @@ bool setAnsiCodePage(unsigned codePage)
 
 std::u16string fromAnsi(std::string_view bytes)
 {
-    if (chosenPage().load() == kCodePageUtf8)
+    return fromCodePage(chosenPage().load(), bytes);
+}
+
+std::u16string fromCodePage(unsigned codePage, std::string_view bytes)
+{
+    if (codePage == kCodePageUtf8)
         return text::fromUtf8(bytes);
-    Converter converter("UTF-16LE", pageName());
+    Converter converter("UTF-16LE", pageName(codePage));
     std::string units;
     units.reserve(bytes.size() * 2);
     for (;;) {
@@ -154,7 +160,7 @@ std::u16string fromAnsi(std::string_view bytes)
         if (bytes.empty())
             return textOfUnits(units);
         const auto byte = static_cast<unsigned char>(bytes[0]);
-        const char16_t c = undefinedByte(byte) ? byte : char16_t{0xFFFD};
+        const char16_t c = undefinedByte(codePage, byte) ? byte : char16_t{0xFFFD};
         units += unitsOfText({&c, 1});
         bytes.remove_prefix(1);
     }

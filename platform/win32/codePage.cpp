@@ -45,17 +45,22 @@ bool setAnsiCodePage(unsigned)
 
 std::u16string fromAnsi(std::string_view bytes)
 {
-    if (GetACP() == kCodePageUtf8)
+    return fromCodePage(GetACP(), bytes);
+}
+
+std::u16string fromCodePage(unsigned codePage, std::string_view bytes)
+{
+    if (codePage == kCodePageUtf8)
         return text::fromUtf8(bytes);
     // Bytes go in one piece, as a cut might fall into a character of two; so their number has to fit into an
     // int.
     if (bytes.empty() || bytes.size() > kMostAtOnce * 7)
         return {};
     const int size = static_cast<int>(bytes.size());
-    const int length = MultiByteToWideChar(CP_ACP, 0, bytes.data(), size, nullptr, 0);
+    const int length = MultiByteToWideChar(codePage, 0, bytes.data(), size, nullptr, 0);
     std::u16string text(static_cast<std::size_t>(length > 0 ? length : 0), u'\0');
     if (length > 0)
-        MultiByteToWideChar(CP_ACP, 0, bytes.data(), size, reinterpret_cast<wchar_t*>(text.data()), length);
+        MultiByteToWideChar(codePage, 0, bytes.data(), size, reinterpret_cast<wchar_t*>(text.data()), length);
     return text;
 }
 

@@ -1,6 +1,7 @@
 #include "jet/file/pageFile.h"
 
 #include "tests/support/bareFile.h"
+#include "tests/support/jet3File.h"
 #include "tests/support/smallMemory.h"
 #include "tests/support/temporaryFolder.h"
 
@@ -128,7 +129,13 @@ TEST_F(PageFileTest, RefusesWhatItCannotReadAndLeavesItAsItIs)
                 b[0x14] = std::byte{7};
             },
             3343},
-        {"the format of Access 97", [](Bytes& b) { b[0x14] = std::byte{0}; }, 3343},
+        {"the format of Access 97, to be written", [](Bytes& b) { b[0x14] = std::byte{0}; }, 3027},
+        {"a password of Access 97",
+            [](Bytes& b) {
+                const Bytes header = tests::jet3Header("x");
+                std::copy(header.begin(), header.end(), b.begin());
+            },
+            3031},
         {"encrypted", [](Bytes& b) { b[0x3E] ^= std::byte{1}; }, 3031},
         {"a password", [](Bytes& b) { b[0x44] ^= std::byte{1}; }, 3031},
         {"page 2 of another kind", [](Bytes& b) { b[2 * kPageSize] = std::byte{7}; }, 3049},

@@ -2,9 +2,11 @@
 
 #include "jet/table/longValue.h"
 #include "jet/table/valueCodec.h"
+#include "tests/support/jet3File.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 
 namespace vellums::jet {
@@ -101,7 +103,7 @@ TEST(RowCodec, GivesBackWhatWentIn)
                     : Bytes(random(12), static_cast<std::byte>(random(256)));
         const Bytes row = encodeRow(definition, content);
         for (std::size_t i = 0; i < content.size(); ++i) {
-            const auto stored = columnBytes(row, definition.columns[i]);
+            const auto stored = columnBytes(kJet4, row, definition.columns[i]);
             ASSERT_EQ(stored.has_value(), content[i].has_value()) << "seed " << seed << " column " << i;
             if (stored) {
                 ASSERT_TRUE(
@@ -111,7 +113,7 @@ TEST(RowCodec, GivesBackWhatWentIn)
         }
         const Column younger =
             column(ColumnType::Text, static_cast<int>(slots), definition.variableSlots, 0, 510, 0x02);
-        EXPECT_FALSE(columnBytes(row, younger).has_value()) << "seed " << seed;
+        EXPECT_FALSE(columnBytes(kJet4, row, younger).has_value()) << "seed " << seed;
     }
 }
 
@@ -119,8 +121,38 @@ TEST(RowCodec, GivesBackWhatWentIn)
 TEST(RowCodec, HasOnlyTheColumnsThatItCounts)
 {
     const Bytes row = hex("0700 FF");
-    EXPECT_TRUE(isPresent(row, column(ColumnType::Text, 6, 0, 0, 510, 0x02)));
-    EXPECT_FALSE(isPresent(row, column(ColumnType::Text, 7, 0, 0, 510, 0x02)));
+    EXPECT_TRUE(isPresent(kJet4, row, column(ColumnType::Text, 6, 0, 0, 510, 0x02)));
+    EXPECT_FALSE(isPresent(kJet4, row, column(ColumnType::Text, 7, 0, 0, 510, 0x02)));
+}
+
+// Rows of Jet 3 of all lengths, so that the jump table has from no entry to seven, and a dummy now and then.
+TEST(RowCodec, FindsTheValuesOfNarrowRows)
+{
+    for (unsigned seed = 1; seed <= 300; ++seed) {
+        std::mt19937 generator(seed);
+        const auto random = [&](std::size_t below) { return static_cast<std::size_t>(generator() % below); };
+        const Column number = column(ColumnType::Long, 0, 0, 0, 4, 0x03);
+        std::vector<std::string> values(1 + random(30));
+        std::vector<bool> present{true};
+        for (std::string& value : values) {
+            value = std::string(random(random(4) == 0 ? 256 : 60), static_cast<char>('a' + random(26)));
+            present.push_back(random(5) != 0);
+        }
+        const Bytes row =
+            tests::jet3Row(static_cast<std::uint8_t>(values.size() + 1), hex("2A000000"), values, present);
+        if (row.size() > 2036)
+            continue;
+        EXPECT_EQ(load<std::int32_t>(*columnBytes(kJet3, row, number), 0), 42);
+        for (std::size_t i = 0; i < values.size(); ++i) {
+            const int n = static_cast<int>(i);
+            const auto stored = columnBytes(kJet3, row, column(ColumnType::Text, n + 1, n, 0, 255, 0x02));
+            ASSERT_EQ(stored.has_value(), present[i + 1]) << "seed " << seed << " slot " << i;
+            if (stored) {
+                ASSERT_TRUE(std::ranges::equal(*stored, std::as_bytes(std::span(values[i]))))
+                    << "seed " << seed << " slot " << i << " of a row of " << row.size();
+            }
+        }
+    }
 }
 
 // Any byte of a row may be wrong: a value, nothing, or the damaged-file error, never a read outside.
@@ -144,10 +176,12 @@ TEST(RowCodec, SurvivesDamagedRows)
             damaged[at] = static_cast<std::byte>(value);
             damaged.resize(row.size() - (value % 3 == 0 ? at % 7 : 0));
             for (const Column& c : definition.columns) {
-                try {
-                    (void)columnBytes(damaged, c);
-                } catch (const Error&) {
-                    ++errors;
+                for (const Format* format : {&kJet3, &kJet4}) {
+                    try {
+                        (void)columnBytes(*format, damaged, c);
+                    } catch (const Error&) {
+                        ++errors;
+                    }
                 }
             }
         }
