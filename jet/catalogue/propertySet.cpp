@@ -1,5 +1,5 @@
 // Properties are read to be obeyed and written back as they were. All of them are kept, in their order, also
-// those that mean nothing here; four names are obeyed. What breaks a rule of the form gives no set at all,
+// those that mean nothing here; five names are obeyed. What breaks a rule of the form gives no set at all,
 // since writing back half of one would lose the rest: the table is then only read.
 //
 // Names stand once, in the first block, and properties name them by number. New ones are added at the end,
@@ -146,6 +146,8 @@ void PropertySet::applyTo(ColumnRule& rule, const Property& property) const
         rule.allowsEmpty = set;
     else if (name == u"DefaultValue" && isText(property.type))
         rule.defaultValue = textOf(property.value);
+    else if (name == u"ResultType" && !property.value.empty() && property.value[0] != std::byte{0})
+        rule.resultType = static_cast<ColumnType>(property.value[0]);
     else if (name == kValidationRule && isText(property.type))
         rule.validationRule = textOf(property.value);
 }

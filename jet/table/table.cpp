@@ -30,14 +30,17 @@ ByteView unwrapCalculated(ByteView bytes)
     return slice(bytes, kCalculatedHeader, load<std::uint32_t>(bytes, kCalculatedLengthAt));
 }
 
-// What the declared type of a calculated column does not fit is given as it lies.
+// What does not fit the type of a calculated column is given as it lies. Decimals have a form of their own.
 Value decodeCalculated(const Column& column, ByteView content)
 {
-    if (fixedSize(column) == content.size() && column.type != ColumnType::Decimal)
-        return decodeValue(column, content);
-    if (column.type == ColumnType::Boolean && content.size() == 1)
-        return content[0] != std::byte{0};
-    return Bytes(content.begin(), content.end());
+    if (column.valueType == ColumnType::Decimal && content.size() == kPlainDecimalBytes)
+        return decodePlainDecimal(content);
+    const std::size_t size = column.valueType == ColumnType::Boolean ? 1 : valueSize(column.valueType);
+    if (size != content.size() || column.valueType == ColumnType::Decimal)
+        return Bytes(content.begin(), content.end());
+    Column plain;
+    plain.type = column.valueType;
+    return decodeValue(plain, content);
 }
 
 // `bytes` may lie in `scratch`.
@@ -63,6 +66,8 @@ Row::Row(const PageFile& file, const TableDefinition& definition, RowRef home, P
 bool Row::isNull(std::size_t column) const
 {
     const Column& c = definition_->columns[column];
+    if (c.complexTexts)
+        return jet::isNull(value(column));
     return (c.type != ColumnType::Boolean || c.isCalculated()) &&
         !columnBytes(*definition_->format, bytes_, c);
 }
@@ -83,7 +88,11 @@ Value Row::value(std::size_t column) const
     const std::optional<ByteView> bytes = content(column, scratch);
     if (!bytes)
         return Null{};
-    if (isText(c.type))
+    if (c.complexTexts) {
+        std::optional<std::u16string> text = c.complexTexts->textOf(load<std::int32_t>(*bytes, 0));
+        return text ? Value(std::move(*text)) : Value();
+    }
+    if (isText(c.valueType))
         return toText(textOf(*definition_, c, *bytes, scratch));
     if (c.isCalculated())
         return decodeCalculated(c, *bytes);
@@ -92,6 +101,13 @@ Value Row::value(std::size_t column) const
 
 StoredText Row::text(std::size_t column, Bytes& scratch) const
 {
+    if (definition_->columns[column].complexTexts) {
+        const Value whole = value(column);
+        const auto* const text = std::get_if<std::u16string>(&whole);
+        const ByteView units = text ? std::as_bytes(std::span(text->data(), text->size())) : ByteView();
+        scratch.assign(units.begin(), units.end());
+        return {false, scratch};
+    }
     const std::optional<ByteView> bytes = content(column, scratch);
     return bytes ? textOf(*definition_, definition_->columns[column], *bytes, scratch) : StoredText{};
 }
@@ -101,7 +117,7 @@ std::optional<ByteView> Row::content(std::size_t column, Bytes& scratch) const
 {
     const Column& c = definition_->columns[column];
     std::optional<ByteView> bytes = columnBytes(*definition_->format, bytes_, c);
-    if (bytes && isLongValue(c.type))
+    if (bytes && c.holdsLongValues())
         bytes = readLongValue(*file_, *bytes, scratch);
     if (bytes && c.isCalculated())
         bytes = unwrapCalculated(*bytes);
@@ -115,6 +131,15 @@ Table::Table(PageFile& file, PageNo definitionPage, std::u16string name, std::ve
     , rules_(std::move(rules))
 {
     rules_.resize(definition_.columns.size());
+    for (std::size_t i = 0; i < rules_.size(); ++i)
+        if (definition_.columns[i].isCalculated() && rules_[i].resultType)
+            definition_.columns[i].valueType = *rules_[i].resultType;
+}
+
+void Table::setComplexTexts(std::size_t column, std::shared_ptr<const ComplexTexts> texts)
+{
+    definition_.columns[column].complexTexts = std::move(texts);
+    definition_.columns[column].valueType = ColumnType::Memo;
 }
 
 std::optional<std::size_t> Table::columnIndex(std::u16string_view name) const

@@ -53,8 +53,9 @@ private:
 struct ColumnRule {
     bool required = false;
     bool allowsEmpty = true;
-    std::u16string defaultValue;   // an expression; empty: none
-    std::u16string validationRule; // empty: none
+    std::u16string defaultValue;          // an expression; empty: none
+    std::u16string validationRule;        // empty: none
+    std::optional<ColumnType> resultType; // of a calculated column
 };
 
 // A value for a column.
@@ -113,6 +114,9 @@ public:
 
     // Throws Error (with a sentence that says why) when the engine cannot maintain this table.
     void requireWritable() const;
+    // From now on the rows give these texts for a complex column.
+    void setComplexTexts(std::size_t column, std::shared_ptr<const ComplexTexts> texts);
+
     // From now on requireWritable() refuses, and gives this reason.
     void refuseChanges(std::u16string reason) { readOnlyReason_ = std::move(reason); }
 

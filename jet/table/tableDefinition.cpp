@@ -96,6 +96,7 @@ Column readColumn(ByteView record, const Header& header)
     const Format::Column& places = header.format->column;
     Column column;
     column.type = static_cast<ColumnType>(load<std::uint8_t>(record, 0));
+    column.valueType = column.type == ColumnType::ExtendedDate ? ColumnType::Date : column.type;
     column.number = load<std::uint16_t>(record, places.number);
     column.slot = load<std::uint16_t>(record, places.slot);
     column.position = load<std::uint16_t>(record, places.position);

@@ -5,15 +5,28 @@
 #include "jet/file/header.h"
 #include "jet/file/pageFile.h"
 
+#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace vellums::jet {
 
+// The texts that stand for the values of a complex column, by the number in its rows.
+class ComplexTexts {
+public:
+    virtual ~ComplexTexts() = default;
+    // Nullopt: no values. By several threads at once too.
+    virtual std::optional<std::u16string> textOf(std::int32_t key) const = 0;
+};
+
 struct Column {
     std::u16string name;
-    ColumnType type = ColumnType::Long;
+    ColumnType type = ColumnType::Long; // as it is stored
+    // Of the values that rows give: dates of the extended kind are dates, a calculated column has the type
+    // that its properties tell, a complex one gives texts where they are known.
+    ColumnType valueType = ColumnType::Long;
     std::uint16_t number = 0;   // its bit in the null mask of rows; never changes
     std::uint16_t slot = 0;     // variable columns: place in the row's table of offsets
     std::uint16_t position = 0; // for display
@@ -27,10 +40,13 @@ struct Column {
     RowRef ownedMap;     // long values: usage maps of the column's pages; page 0: none
     RowRef freeMap;
     std::size_t mapsOffset = 0; // of their places, in the definition's `joined`; 0: they have none
+    std::shared_ptr<const ComplexTexts> complexTexts;
 
     bool isFixed() const { return (flags & 0x01) != 0; }
     bool isAutoNumber() const { return (flags & 0x04) != 0 && type == ColumnType::Long; }
     bool isCalculated() const { return (moreFlags & 0xC0) != 0; }
+    // Rows hold references; a calculated memo may call itself a text.
+    bool holdsLongValues() const { return isLongValue(type) || ownedMap.page != 0; }
     bool isCompressed() const { return (moreFlags & 0x01) != 0; }
 };
 

@@ -29,6 +29,37 @@ Decimal decodeDecimal(ByteView bytes, std::uint8_t scale)
     return decimal;
 }
 
+// A date of the extended kind, 42 characters: nineteen digits of days since the year 1, a colon, twelve of
+// seconds and seven of their fraction, ":7" and a zero. What breaks that form is given as it lies.
+Value decodeExtendedDate(ByteView bytes)
+{
+    constexpr std::size_t kDaysDigits = 19;
+    constexpr std::size_t kTimeDigits = 19;
+    constexpr std::int64_t kDaysBefore = 693593; // from the first day of the year 1 to 30 December 1899
+    constexpr std::int64_t kLastDay = 3652058;
+    constexpr std::int64_t kTicksOfDay = 864'000'000'000;
+    const auto number = [&](std::size_t at, std::size_t digits) -> std::optional<std::int64_t> {
+        std::int64_t result = 0;
+        for (std::size_t i = at; i < at + digits; ++i) {
+            const int digit = std::to_integer<int>(bytes[i]) - '0';
+            if (digit < 0 || digit > 9 || result > std::numeric_limits<std::int64_t>::max() / 10 - 9)
+                return std::nullopt;
+            result = result * 10 + digit;
+        }
+        return result;
+    };
+    const bool whole =
+        bytes.size() == valueSize(ColumnType::ExtendedDate) && bytes[kDaysDigits] == std::byte{':'};
+    const auto days = whole ? number(0, kDaysDigits) : std::nullopt;
+    const auto ticks = whole ? number(kDaysDigits + 1, kTimeDigits) : std::nullopt;
+    if (!days || !ticks || *days > kLastDay || *ticks >= kTicksOfDay)
+        return Bytes(bytes.begin(), bytes.end());
+    // The time counts away from zero on days before that zero.
+    const std::int64_t day = *days - kDaysBefore;
+    const double time = static_cast<double>(*ticks) / static_cast<double>(kTicksOfDay);
+    return Date{static_cast<double>(day) + (day < 0 ? -time : time)};
+}
+
 // Compressed text that changes between one and two bytes a character, from the first zero byte on.
 void decodeSwitching(ByteView bytes, Bytes& utf16)
 {
@@ -139,6 +170,8 @@ Value decodeValue(const Column& column, ByteView bytes)
         return Date{exactly<double>(bytes)};
     case ColumnType::BigInteger:
         return exactly<std::int64_t>(bytes);
+    case ColumnType::ExtendedDate:
+        return decodeExtendedDate(bytes);
     case ColumnType::Guid:
         return exactly<Guid>(bytes);
     case ColumnType::Decimal:
@@ -151,6 +184,16 @@ Value decodeValue(const Column& column, ByteView bytes)
     default:
         return Bytes(bytes.begin(), bytes.end());
     }
+}
+
+Decimal decodePlainDecimal(ByteView bytes)
+{
+    Decimal decimal;
+    decimal.scale = load<std::uint8_t>(bytes, 2);
+    decimal.negative = (load<std::uint8_t>(bytes, 3) & 0x80) != 0;
+    decimal.magnitude = {
+        0, load<std::uint32_t>(bytes, 4), load<std::uint32_t>(bytes, 12), load<std::uint32_t>(bytes, 8)};
+    return decimal;
 }
 
 Bytes encodeValue(const Column& column, const Value& value)

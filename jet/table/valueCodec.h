@@ -12,6 +12,11 @@ namespace vellums::jet {
 // when the length does not fit the type.
 Value decodeValue(const Column& column, ByteView bytes);
 
+// A decimal as calculated columns hold it: two bytes, scale, 80 when negative, then three numbers of four
+// bytes, the most significant one first and the least one second.
+inline constexpr std::size_t kPlainDecimalBytes = 16;
+Decimal decodePlainDecimal(ByteView bytes);
+
 // The bytes of a value that is neither NULL nor a boolean, for a column that is neither memo nor OLE.
 // Throws: field too small, type mismatch (the value is of another type or out of range).
 Bytes encodeValue(const Column& column, const Value& value);

@@ -136,9 +136,8 @@ private:
     {
         for (std::size_t i = 0; i < definition_.columns.size(); ++i) {
             const Column& column = definition_.columns[i];
-            const bool mayLieOutside = isLongValue(column.type) || column.ownedMap.page != 0;
             const std::optional<ByteView> stored = row.stored(i);
-            if (mayLieOutside && stored && stored->size() >= kLongValueHeader)
+            if (column.holdsLongValues() && stored && stored->size() >= kLongValueHeader)
                 noteLongValue(i, row.home(), *stored);
             (void)row.value(i);
         }

@@ -34,6 +34,7 @@ void dumpTable(jet::Database& database, const jet::TableInfo& table)
     for (std::size_t i = 0; i < result.columns.size(); ++i)
         line += (i == 0 ? "{\"name\":" : ",{\"name\":") + tests::jsonText(result.columns[i]) +
             ",\"type\":" + std::to_string(static_cast<int>(result.types[i])) +
+            ",\"stored\":" + std::to_string(static_cast<int>(columns[i].type)) +
             ",\"calculated\":" + (columns[i].isCalculated() ? "true" : "false") + "}";
     print(line + "]}");
     for (const std::vector<jet::Value>& row : result.rows) {

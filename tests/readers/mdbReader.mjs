@@ -12,8 +12,9 @@ function milliseconds(ourDate) {
   return Math.round((Number(ourDate.split(" ")[2]) - kDaysToUnix) * 86400 * 1000);
 }
 
-function valueText(value, type) {
+function valueText(value, { type, stored }) {
   if (value === null || value === undefined) return type === Type.Boolean ? false : null;
+  if (stored === Type.Complex) return value.map(({ name }) => name).join(";") || null;
   switch (type) {
     case Type.Boolean:
       return value;
@@ -37,17 +38,23 @@ function valueText(value, type) {
 
 export function openWithMdbReader(MDBReader, file) {
   const reader = new MDBReader(readFileSync(file));
+  // Of complex columns it knows attachments only, whose values have names of files.
+  function isAttachment(name) {
+    const flat = reader.getTableNames({ normalTables: true, systemTables: true }).filter((other) => other.endsWith(`_${name}`));
+    return flat.some((other) => reader.getTable(other).getColumnNames().includes("FileName"));
+  }
   return {
     tables: reader.getTableNames({ normalTables: true, systemTables: true, linkedTables: false }),
+    leavesOut: ({ name, stored }) => stored === Type.Complex && !isAttachment(name),
     cannotRead({ columns }) {
-      const strange = columns.find(({ type }) => [Type.FixedBinary, Type.Complex, Type.ExtendedDate].includes(type));
+      const strange = columns.find(({ stored }) => [Type.FixedBinary, Type.ExtendedDate].includes(stored));
       return strange ? `mdb-reader does not know the type of ${strange.name}` : null;
     },
     rows({ table, columns }) {
       return reader
         .getTable(table)
-        .getData()
-        .map((row) => columns.map(({ name, type }) => valueText(row[name], type)));
+        .getData({ columns: columns.map(({ name }) => name) })
+        .map((row) => columns.map((column) => valueText(row[column.name], column)));
     },
     comparable(row, { columns }) {
       return row.map((value, i) => {

@@ -79,9 +79,10 @@ export function openWithMdbTools(file) {
     tables: run("mdb-tables", ["-1", "-S", file])
       .split("\n")
       .filter((name) => name !== ""),
+    leavesOut: ({ stored }) => stored === Type.Complex,
     cannotRead({ columns }) {
-      const strange = columns.find(({ type }) =>
-        [Type.FixedBinary, Type.Complex, Type.BigInteger, Type.ExtendedDate].includes(type)
+      const strange = columns.find(({ stored }) =>
+        [Type.FixedBinary, Type.BigInteger, Type.ExtendedDate].includes(stored)
       );
       return strange ? `mdbtools does not know the type of ${strange.name}` : null;
     },

@@ -106,7 +106,7 @@ Value Evaluator::call(const Expression& expression, const Row* row) const
 Truth Evaluator::like(const Expression& expression, const Row* row) const
 {
     const Expression& text = expression.operands[0];
-    const bool textColumn = text.column && isText(scope_.table->definition().columns[*text.column].type);
+    const bool textColumn = text.column && isText(scope_.table->definition().columns[*text.column].valueType);
     if (expression.pattern && textColumn) {
         if (row->isNull(*text.column))
             return Truth::Unknown;

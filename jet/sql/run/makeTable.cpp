@@ -23,7 +23,7 @@ ColumnSpec copiedColumn(const Column& column, const std::u16string& name)
             u" and cannot be taken into a new table.");
     ColumnSpec spec;
     spec.name = name;
-    spec.type = column.type;
+    spec.type = column.valueType;
     spec.autoNumber = column.isAutoNumber();
     spec.precision = column.precision;
     spec.scale = column.scale;

@@ -83,7 +83,7 @@ void checkKinds(const Expression& a, const Expression& b, const Scope& scope)
     const Expression& other = a.column ? b : a;
     if (!column.column || other.kind != ExpressionKind::Literal || isNull(other.literal))
         return;
-    if (kindOf(scope.table->definition().columns[*column.column].type) != kindOf(other.literal))
+    if (kindOf(scope.table->definition().columns[*column.column].valueType) != kindOf(other.literal))
         throwTypeMismatch();
 }
 
@@ -262,7 +262,7 @@ ColumnType typeOf(const Expression& expression, const Scope& scope)
         return typeOfValue(expression.literal);
     case ExpressionKind::Name:
         assert(scope.table != nullptr && expression.column);
-        return scope.table->definition().columns[*expression.column].type;
+        return scope.table->definition().columns[*expression.column].valueType;
     case ExpressionKind::Negate: {
         const ColumnType type = typeOf(expression.operands[0], scope);
         return isText(type) ? ColumnType::Double : type;

@@ -12,6 +12,7 @@
 #include "jet/catalogue/catalogue.h"
 #include "jet/index/collation.h"
 #include "jet/sql/run/aggregates.h"
+#include "jet/sql/run/complexTexts.h"
 #include "jet/sql/run/sortKey.h"
 #include "jet/sql/run/sortedRows.h"
 #include "jet/sql/values/sqlError.h"
@@ -52,6 +53,7 @@ void Select::openTable(PageFile& file)
     if (!entry)
         throwNoInputTable(statement_.from->name);
     table_.emplace(catalogue.open(*entry));
+    attachComplexTexts(file, catalogue, *entry, *table_);
     scope_.table = &*table_;
     scope_.alias = statement_.from->alias;
 }
@@ -79,7 +81,7 @@ void Select::addColumns(const SelectItem& item)
         column.kind = ExpressionKind::Name;
         column.name = column.source = columns[i].name;
         column.column = i; // bound already; a deque, so that the outputs can point to it
-        outputs_.push_back({&column, columns[i].name, columns[i].type});
+        outputs_.push_back({&column, columns[i].name, columns[i].valueType});
     }
 }
 
@@ -227,7 +229,7 @@ void Select::appendKeyPart(
     std::string& key, const Expression& expression, const Row& row, bool descending) const
 {
     if (expression.column) {
-        const ColumnType type = table_->definition().columns[*expression.column].type;
+        const ColumnType type = table_->definition().columns[*expression.column].valueType;
         appendSortPart(key, row, *expression.column, isText(type), scope_.sortOrder, descending);
         return;
     }
