@@ -4,10 +4,23 @@
 // worked, and whether it ever wrote, since then it tries to remove the journal when it goes.
 #include "jet/database.h"
 
+#include "jet/catalogue/objectName.h"
 #include "jet/sql/parse/parser.h"
 #include "jet/upkeep/checker.h"
 
 namespace vellums::jet {
+namespace {
+
+TableKind kindOf(const CatalogueEntry& entry)
+{
+    if (entry.isQuery())
+        return TableKind::Query;
+    if (entry.isLinked())
+        return entry.isOdbc() ? TableKind::LinkedOdbc : TableKind::LinkedFile;
+    return entry.isUserTable() ? TableKind::Table : TableKind::System;
+}
+
+} // namespace
 
 Database::Database(std::u16string path)
     : path_(std::move(path))
@@ -78,11 +91,10 @@ Result Database::run(std::u16string_view text)
 std::vector<TableInfo> Database::tables()
 {
     const auto list = [](PageFile& file) {
-        constexpr std::int16_t kQuery = 5;
         std::vector<TableInfo> tables;
         for (const CatalogueEntry& entry : Catalogue(file).entries())
-            if (entry.type != kQuery)
-                tables.push_back({entry.name, !entry.isUserTable()});
+            if (!entry.isQuery() || !isSystemName(entry.name))
+                tables.push_back({entry.name, kindOf(entry)});
         return tables;
     };
     if (batch_)

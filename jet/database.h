@@ -18,9 +18,17 @@
 
 namespace vellums::jet {
 
+enum class TableKind {
+    Table,
+    System, // hidden ones included
+    LinkedFile,
+    LinkedOdbc,
+    Query
+};
+
 struct TableInfo {
     std::u16string name;
-    bool system = false; // system, hidden and linked objects included
+    TableKind kind = TableKind::Table;
 };
 
 class Database {
@@ -43,7 +51,7 @@ public:
     // this one, since last asked; empty: there was none.
     std::u16string takeJournalSetAside() { return std::exchange(journalSetAside_, {}); }
 
-    // The tables in the order of the catalogue.
+    // The tables, linked ones and queries too, in the order of the catalogue.
     std::vector<TableInfo> tables();
 
     // Makes a table, as ADOX does.

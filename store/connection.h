@@ -50,7 +50,7 @@ public:
 
 struct SchemaTable {
     std::u16string name;
-    std::u16string type; // "TABLE" for ordinary tables
+    std::u16string type; // "TABLE" for ordinary tables, "LINK" and "PASS-THROUGH" linked ones, "VIEW" queries
 };
 
 class Connection {

@@ -52,6 +52,21 @@ bool CatalogueEntry::isUserTable() const
     return type == kTable && (flags & kNotForUsers) == 0 && !isSystemName(name);
 }
 
+bool CatalogueEntry::isQuery() const
+{
+    return type == kQuery;
+}
+
+bool CatalogueEntry::isLinked() const
+{
+    return type == kLinkedFile || type == kLinkedOdbc;
+}
+
+bool CatalogueEntry::isOdbc() const
+{
+    return type == kLinkedOdbc;
+}
+
 Catalogue::Catalogue(PageFile& file)
     : file_(file)
 {
@@ -84,12 +99,34 @@ std::optional<CatalogueEntry> Catalogue::find(std::u16string_view name) const
     return found;
 }
 
+// Of an ODBC source only the table is named: its connection string may hold a password.
+void Catalogue::requireOwnTable(const CatalogueEntry& entry) const
+{
+    constexpr std::u16string_view kOnly = u" Only tables of the database itself can be read and changed.";
+    if (entry.type == kTable)
+        return;
+    if (entry.isQuery())
+        throwUnsupported(u"'" + entry.name + u"' is a query, no table." + std::u16string(kOnly));
+    const Table objects(file_, kObjectsPage, u"MSysObjects");
+    const Row row = objects.rowAt(entry.row);
+    const auto text = [&](std::u16string_view name) {
+        const std::optional<std::size_t> column = objects.columnIndex(name);
+        return column ? textIn(row, *column) : std::u16string();
+    };
+    const std::u16string foreignName = text(u"ForeignName");
+    const std::u16string file = entry.isOdbc() ? std::u16string() : text(u"Database");
+    std::u16string sentence = u"'" + entry.name + u"' is a linked table";
+    if (!foreignName.empty())
+        sentence += u": its rows are in the table '" + foreignName + u"'" +
+            (entry.isOdbc()        ? u" of an ODBC source"
+                    : file.empty() ? u" of another file"
+                                   : u" of '" + file + u"'");
+    throwUnsupported(sentence + u"." + std::u16string(kOnly));
+}
+
 Table Catalogue::open(const CatalogueEntry& entry) const
 {
-    if (entry.type != kTable)
-        throwUnsupported(u"'" + entry.name + u"' is " +
-            (entry.type == kQuery ? u"a stored query" : u"a linked table") +
-            u"; only tables of the database itself can be opened.");
+    requireOwnTable(entry);
     Table table(file_, static_cast<PageNo>(entry.id), entry.name);
     if (!file_.format().writable) // what the properties say is for those who write
         return table;

@@ -20,6 +20,9 @@ struct CatalogueEntry {
 
     // An ordinary table: offered in lists, may be written.
     bool isUserTable() const;
+    bool isQuery() const;
+    bool isLinked() const; // to a table of another file, or through ODBC
+    bool isOdbc() const;
 };
 
 struct ColumnSpec {
@@ -64,8 +67,11 @@ public:
     // The table, query or linked table of that name (compared by the file's sort order).
     std::optional<CatalogueEntry> find(std::u16string_view name) const;
 
-    // Opens a table with the rules that its properties set. Throws Error for queries and linked tables
-    // (unsupported). Properties that do not parse make the table read-only.
+    // Throws Error (unsupported) for queries and linked tables; it says which, and where a linked one lies.
+    void requireOwnTable(const CatalogueEntry& entry) const;
+
+    // Opens a table with the rules that its properties set. Throws as requireOwnTable() does.
+    // Properties that do not parse make the table read-only.
     Table open(const CatalogueEntry& entry) const;
 
     // Makes a table. Throws Error: name taken (3010), name or column not allowed, too many columns,

@@ -165,10 +165,9 @@ void removePermissions(PageFile& file, std::int32_t id)
 
 void Catalogue::dropTable(const CatalogueEntry& entry)
 {
+    requireOwnTable(entry);
     if (!entry.isUserTable())
-        throwUnsupported(u"'" + entry.name +
-            u"' is no ordinary table of this database (a query, a linked table or one of the system); it is "
-            u"left as it is.");
+        throwUnsupported(u"The table '" + entry.name + u"' belongs to the system and is left as it is.");
     const TableDefinition definition = readTableDefinition(file_, static_cast<PageNo>(entry.id));
     refuseComplexColumns(entry, definition);
     refuseRelationships(file_, entry.name, definition);

@@ -24,6 +24,24 @@ private:
     std::size_t row_ = 0; // the present one, counted from 1
 };
 
+// As a provider's schema has it.
+std::u16string_view schemaType(jet::TableKind kind)
+{
+    switch (kind) {
+    case jet::TableKind::Table:
+        return u"TABLE";
+    case jet::TableKind::System:
+        return u"SYSTEM TABLE";
+    case jet::TableKind::LinkedFile:
+        return u"LINK";
+    case jet::TableKind::LinkedOdbc:
+        return u"PASS-THROUGH";
+    case jet::TableKind::Query:
+        return u"VIEW";
+    }
+    return {};
+}
+
 } // namespace
 
 EmbeddedConnection::EmbeddedConnection(const std::u16string& path)
@@ -45,7 +63,7 @@ std::vector<SchemaTable> EmbeddedConnection::tables()
 {
     std::vector<SchemaTable> tables;
     for (const jet::TableInfo& table : asProvider([&] { return database_->tables(); }))
-        tables.push_back({table.name, table.system ? u"SYSTEM TABLE" : u"TABLE"});
+        tables.push_back({table.name, std::u16string(schemaType(table.kind))});
     return tables;
 }
 

@@ -89,7 +89,7 @@ jet::Result schemaRows(const std::vector<jet::TableInfo>& tables)
     for (const jet::TableInfo& table : tables) {
         std::vector<jet::Value> row(rows.columns.size());
         row[2] = table.name;
-        row[3] = std::u16string(table.system ? u"SYSTEM TABLE" : u"TABLE");
+        row[3] = std::u16string(table.kind != jet::TableKind::Table ? u"SYSTEM TABLE" : u"TABLE");
         rows.rows.push_back(std::move(row));
     }
     return rows;

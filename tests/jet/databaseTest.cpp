@@ -117,7 +117,9 @@ TEST_P(DatabaseTest, TellsTheTablesColumnsAsTheyAreSpelled)
     EXPECT_EQ(result.types,
         (std::vector<ColumnType>{ColumnType::Text, ColumnType::Long, ColumnType::Long, ColumnType::Memo}));
     const std::vector<TableInfo> tables = db_->tables();
-    EXPECT_EQ(std::count_if(tables.begin(), tables.end(), [](const TableInfo& t) { return !t.system; }), 1);
+    EXPECT_EQ(std::count_if(tables.begin(), tables.end(),
+                  [](const TableInfo& t) { return t.kind == TableKind::Table; }),
+        1);
 }
 
 TEST_P(DatabaseTest, KeepsARecordThroughItsLife)

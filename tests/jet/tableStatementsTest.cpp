@@ -48,7 +48,7 @@ std::vector<std::u16string> userTables(Database& database)
 {
     std::vector<std::u16string> names;
     for (const TableInfo& table : database.tables())
-        if (!table.system)
+        if (table.kind == TableKind::Table)
             names.push_back(table.name);
     return names;
 }

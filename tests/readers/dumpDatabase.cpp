@@ -28,8 +28,8 @@ void dumpTable(jet::Database& database, const jet::TableInfo& table)
 {
     const jet::Result result = database.run(u"SELECT * FROM [" + table.name + u"]");
     const std::vector<jet::Column> columns = definitionOf(database.path(), table.name);
-    std::string line =
-        "{\"table\":" + tests::jsonText(table.name) + ",\"system\":" + (table.system ? "true" : "false");
+    std::string line = "{\"table\":" + tests::jsonText(table.name) +
+        ",\"system\":" + (table.kind == jet::TableKind::System ? "true" : "false");
     line += ",\"columns\":[";
     for (std::size_t i = 0; i < result.columns.size(); ++i)
         line += (i == 0 ? "{\"name\":" : ",{\"name\":") + tests::jsonText(result.columns[i]) +
@@ -56,6 +56,8 @@ int main(int count, char** arguments)
     try {
         jet::Database database(text::fromUtf8(arguments[1]));
         for (const jet::TableInfo& table : database.tables()) {
+            if (table.kind != jet::TableKind::Table && table.kind != jet::TableKind::System)
+                continue;
             try {
                 dumpTable(database, table);
             } catch (const jet::Error& error) {

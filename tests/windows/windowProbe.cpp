@@ -38,7 +38,7 @@ std::vector<StoredRecord> recordsIn(const std::u16string& file)
     return reading(file, [](jet::Database& database) {
         std::vector<StoredRecord> records;
         for (const jet::TableInfo& table : database.tables()) {
-            if (table.system)
+            if (table.kind != jet::TableKind::Table)
                 continue;
             for (const auto& row :
                 database.run(u"SELECT ID, VLHEAD, VLTEXT, VLLINK FROM [" + table.name + u"] ORDER BY ID")

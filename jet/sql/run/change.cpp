@@ -43,6 +43,8 @@ private:
     {
         const Catalogue catalogue(file);
         const std::optional<CatalogueEntry> entry = catalogue.find(name);
+        if (entry)
+            catalogue.requireOwnTable(*entry);
         if (entry && !entry->isUserTable())
             throwUnsupported(u"The table '" + entry->name + u"' belongs to the system and is left as it is.");
         if (entry)
