@@ -46,7 +46,7 @@ void setCodePage(Arguments& arguments, const std::u16string& value)
 
 bool takesValue(const std::u16string& name)
 {
-    return name == u"--table" || name == u"--title" || name == u"--code-page";
+    return name == u"--table" || name == u"--title" || name == u"--code-page" || name == u"--password";
 }
 
 void setValue(Arguments& arguments, const std::u16string& name, const std::u16string& value)
@@ -55,6 +55,8 @@ void setValue(Arguments& arguments, const std::u16string& name, const std::u16st
         setCodePage(arguments, value);
     else if (name == u"--table")
         arguments.table = value;
+    else if (name == u"--password")
+        arguments.password = value;
     else
         arguments.title = value;
 }

@@ -25,6 +25,7 @@ struct Arguments {
     bool noBackup = false;
     std::optional<std::u16string> table;
     std::optional<std::u16string> title;
+    std::u16string password; // of the database
     std::optional<unsigned> codePage;
     std::vector<std::u16string> options; // as written, to be held against what the command takes
 };

@@ -19,25 +19,25 @@ constexpr Command kCommands[] = {
      u"--table", 1, 1, runCreate},
     {u"tables", u"FILE", u"list the tables",
      u"Columns TABLE_NAME and SNIPPET: -1 for a snippet table, 0 for any other.\n",
-     u"", 1, 1, runTables},
+     u"--password", 1, 1, runTables},
     {u"sql", u"FILE STATEMENT...", u"run SQL statements",
      u"Prints the rows of a SELECT under their column names, and of any other statement the number\n"
      u"of rows it changed. The results of several statements stand apart by an empty line; the first\n"
      u"statement that fails ends the run, and those before it stay done.\n"
      u"With \"-\" as the only statement, statements are read from standard input, one per line, and\n"
      u"\\t \\n \\r \\\\ in them stand for tab, line feed, carriage return and backslash.\n",
-     u"", 2, kAnyNumber, runSql},
+     u"--password", 2, kAnyNumber, runSql},
     {u"check", u"FILE", u"check every structure of a database",
      u"Prints a line for each fault. Exit status 0: the file is sound; 1: it is not.\n",
-     u"", 1, 1, runCheck},
+     u"--password", 1, 1, runCheck},
     {u"compact", u"FILE", u"give back the room that changes have left in a database",
      u"Prints the size before and after. The file is checked first; a damaged one stays as it is.\n"
      u"Everything that other programs keep in it stays. Whatever happens, the file is the old one or\n"
      u"the compacted one.\n",
-     u"", 1, 1, runCompact},
+     u"--password", 1, 1, runCompact},
     {u"add", u"FILE [--title TITLE] [--table NAME]", u"add a record with the text of standard input",
      u"Prints the ID of the new record. Without --title the title is taken from the text.\n",
-     u"--title --table", 1, 1, runAdd},
+     u"--title --table --password", 1, 1, runAdd},
     {u"import", u"FILE PATH... [--no-backup] [--table NAME]", u"import text files and folders",
      u"Prints the ID and the path of each record as soon as it is safely stored. A folder is imported\n"
      u"with everything below it; then records with equal texts are removed, but for the oldest.\n"
@@ -45,7 +45,7 @@ constexpr Command kCommands[] = {
      u"told on standard error and in the log beside the program; the exit status is then 1. Before\n"
      u"records are removed the database is copied to FILE.bak; where it cannot be copied, they stay.\n"
      u"  --no-backup    remove them without a copy\n",
-     u"--no-backup --table", 2, kAnyNumber, runImport},
+     u"--no-backup --table --password", 2, kAnyNumber, runImport},
     {u"search", u"FILE [WORDS...] [--titles-only] [--by-title] [--ascending] [--table NAME]",
      u"list the records that hold the words in this order",
      u"Looks in titles, texts and source paths; without words it lists every record. Columns ID and\n"
@@ -53,15 +53,15 @@ constexpr Command kCommands[] = {
      u"  --titles-only  look in titles and source paths only\n"
      u"  --by-title     sort by title, then by date\n"
      u"  --ascending    oldest first\n",
-     u"--titles-only --by-title --ascending --table", 1, kAnyNumber, runSearch},
+     u"--titles-only --by-title --ascending --table --password", 1, kAnyNumber, runSearch},
     {u"show", u"FILE ID [--table NAME]", u"print one record",
      u"All columns under their names.\n",
-     u"--table", 2, 2, runShow},
+     u"--table --password", 2, 2, runShow},
     {u"dedupe", u"FILE [--no-backup] [--table NAME]", u"remove records whose text another, older record has",
      u"Records are compared by their digests. The database is first copied to FILE.bak; where it cannot\n"
      u"be copied, nothing is removed.\n"
      u"  --no-backup    do without the copy\n",
-     u"--no-backup --table", 1, 1, runDedupe},
+     u"--no-backup --table --password", 1, 1, runDedupe},
     {u"digest", u"TEXTFILE", u"print the digest of a text file",
      u"The digest that a record with exactly this text would have: MD5 of the low byte of each\n"
      u"character.\n",
@@ -116,7 +116,9 @@ std::u16string generalHelp()
         u"  --help         explain the command\n"
         u"  --code-page N  code page of text files without a mark (default: UTF-8; on Windows it is\n"
         u"                 the system's)\n"
-        u"  --             what follows is no option\n\n"
+        u"  --             what follows is no option\n"
+        u"Option of those that work on a database made before:\n"
+        u"  --password P   its password; encrypted databases are not opened by one\n\n"
         u"Texts are UTF-8. Rows are separated by tabs under a line of column names; \\t \\n \\r \\\\ stand\n"
         u"for tab, line feed, carriage return and backslash, \\N for no value.\n"
         u"The program's own engine serves every database, whether Access is installed or not.\n"

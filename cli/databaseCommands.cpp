@@ -61,7 +61,7 @@ void runCreate(const Arguments& arguments)
 
 void runTables(const Arguments& arguments)
 {
-    const Session session(arguments.values[0]);
+    const Session session(arguments.values[0], arguments.password);
     const auto connection = session.open();
     const std::vector<SchemaTable> tables = connection->tables();
     printFields({u"TABLE_NAME", u"SNIPPET"});
@@ -72,7 +72,7 @@ void runTables(const Arguments& arguments)
 
 void runSql(const Arguments& arguments)
 {
-    const Session session(arguments.values[0]);
+    const Session session(arguments.values[0], arguments.password);
     const auto connection = session.open();
     std::vector<std::u16string> statements(arguments.values.begin() + 1, arguments.values.end());
     if (statements.size() == 1 && statements[0] == u"-")
@@ -91,7 +91,7 @@ void runSql(const Arguments& arguments)
 
 void runCheck(const Arguments& arguments)
 {
-    const Session session(arguments.values[0]);
+    const Session session(arguments.values[0], arguments.password);
     const auto connection = session.open();
     const auto faults = asProvider([&] { return connection->database().check(); });
     // The faults are the result and go to standard output; that there are any is the failure.

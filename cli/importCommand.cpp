@@ -65,7 +65,7 @@ private:
 
 void runImport(const Arguments& arguments)
 {
-    Session session(arguments.values[0]);
+    Session session(arguments.values[0], arguments.password);
     session.chooseTable(arguments.table);
     TerminalProgress progress;
     progress.begin(u"imported");

@@ -71,7 +71,7 @@ std::u16string readText(const std::u16string& path)
 
 void runAdd(const Arguments& arguments)
 {
-    Session session(arguments.values[0]);
+    Session session(arguments.values[0], arguments.password);
     session.chooseTable(arguments.table);
     NewRecord record;
     record.text = withLineEnds(readInput());
@@ -85,7 +85,7 @@ void runAdd(const Arguments& arguments)
 
 void runSearch(const Arguments& arguments)
 {
-    Session session(arguments.values[0]);
+    Session session(arguments.values[0], arguments.password);
     session.chooseTable(arguments.table);
     std::u16string words;
     for (std::size_t i = 1; i < arguments.values.size(); ++i)
@@ -105,7 +105,7 @@ void runShow(const Arguments& arguments)
     const auto id = wholeNumber(arguments.values[1]);
     if (!id)
         throw UsageError{u"\"" + arguments.values[1] + u"\" is no ID."};
-    Session session(arguments.values[0]);
+    Session session(arguments.values[0], arguments.password);
     session.chooseTable(arguments.table);
     const auto connection = session.open();
     const auto result = asProvider([&] {
@@ -120,7 +120,7 @@ void runShow(const Arguments& arguments)
 
 void runDedupe(const Arguments& arguments)
 {
-    Session session(arguments.values[0]);
+    Session session(arguments.values[0], arguments.password);
     session.chooseTable(arguments.table);
     TerminalProgress progress;
     const Duplicates duplicates =

@@ -10,9 +10,9 @@
 namespace vellums::cli {
 namespace {
 
-std::unique_ptr<EmbeddedConnection> openFile(const std::u16string& file)
+std::unique_ptr<EmbeddedConnection> openFile(const std::u16string& file, const std::u16string& password)
 {
-    auto connection = std::make_unique<EmbeddedConnection>(file);
+    auto connection = std::make_unique<EmbeddedConnection>(file, password);
     if (const std::u16string journal = connection->takeJournalSetAside(); !journal.empty())
         complain(u"vellums-cli: a journal of another state of the database was set aside: " + journal);
     return connection;
@@ -20,9 +20,10 @@ std::unique_ptr<EmbeddedConnection> openFile(const std::u16string& file)
 
 } // namespace
 
-Session::Session(const std::u16string& file)
+Session::Session(const std::u16string& file, const std::u16string& password)
     : file_(platform::absolutePath(file))
-    , provider_(file_)
+    , password_(password)
+    , provider_(file_, password_)
     , notebook_(outcome_)
 {
     notebook_.appDir = platform::programFolder();
@@ -40,7 +41,7 @@ Session::Session(const std::u16string& file)
 
 std::unique_ptr<EmbeddedConnection> Session::open() const
 {
-    return openFile(file_);
+    return openFile(file_, password_);
 }
 
 void Session::chooseTable(const std::optional<std::u16string>& table)
@@ -58,7 +59,7 @@ void Session::fail() const
 
 std::unique_ptr<Connection> Session::OneFile::open(const std::u16string&) const
 {
-    return openFile(file_);
+    return openFile(file_, password_);
 }
 
 } // namespace vellums::cli

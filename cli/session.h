@@ -19,8 +19,9 @@ struct Failure {
 // The notebook of one database file, served by the embedded engine whatever the file's name.
 class Session {
 public:
-    // The file as it was named. The program's own files lie beside the program.
-    explicit Session(const std::u16string& file);
+    // The file as it was named, and its password if it has one. The program's own files lie beside the
+    // program.
+    explicit Session(const std::u16string& file, const std::u16string& password = {});
 
     Notebook& notebook() { return notebook_; }
     // A journal that was set aside is told on standard error. Throws ProviderError.
@@ -38,17 +39,20 @@ private:
     // Knows one file, so that no connection string needs to be taken apart.
     class OneFile : public EmbeddedProvider {
     public:
-        explicit OneFile(std::u16string file)
+        OneFile(std::u16string file, std::u16string password)
             : file_(std::move(file))
+            , password_(std::move(password))
         {
         }
         std::unique_ptr<Connection> open(const std::u16string& connectionString) const override;
 
     private:
         std::u16string file_;
+        std::u16string password_;
     };
 
     std::u16string file_; // full path
+    std::u16string password_;
     OneFile provider_;
     Outcome outcome_;
     Notebook notebook_;

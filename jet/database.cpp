@@ -22,10 +22,11 @@ TableKind kindOf(const CatalogueEntry& entry)
 
 } // namespace
 
-Database::Database(std::u16string path)
+Database::Database(std::u16string path, std::u16string password)
     : path_(std::move(path))
+    , password_(std::move(password))
 {
-    noteJournal(PageFile(path_, OpenMode::Read));
+    noteJournal(PageFile(path_, OpenMode::Read, password_));
 }
 
 Database::~Database()
@@ -41,7 +42,7 @@ void Database::change(Work work)
 {
     wrote_ = true;
     if (!batch_) {
-        PageFile file(path_, OpenMode::Write);
+        PageFile file(path_, OpenMode::Write, password_);
         noteJournal(file);
         // Taken back here, not by the destructor, which could not say that it failed.
         try {
@@ -80,7 +81,7 @@ Result Database::run(std::u16string_view text)
     } else if (batch_) {
         result = sql::execute(*batch_, statement, session);
     } else {
-        PageFile file(path_, OpenMode::Read);
+        PageFile file(path_, OpenMode::Read, password_);
         noteJournal(file);
         result = sql::execute(file, statement, session);
     }
@@ -99,7 +100,7 @@ std::vector<TableInfo> Database::tables()
     };
     if (batch_)
         return list(*batch_);
-    PageFile file(path_, OpenMode::Read);
+    PageFile file(path_, OpenMode::Read, password_);
     noteJournal(file);
     return list(file);
 }
@@ -114,7 +115,7 @@ void Database::beginBatch()
     if (batch_)
         return;
     wrote_ = true;
-    batch_ = std::make_unique<PageFile>(path_, OpenMode::Write);
+    batch_ = std::make_unique<PageFile>(path_, OpenMode::Write, password_);
     noteJournal(*batch_);
 }
 
@@ -131,7 +132,7 @@ std::vector<std::u16string> Database::check()
 {
     if (batch_)
         return checkFile(*batch_);
-    PageFile file(path_, OpenMode::Read);
+    PageFile file(path_, OpenMode::Read, password_);
     return checkFile(file);
 }
 

@@ -33,8 +33,8 @@ struct TableInfo {
 
 class Database {
 public:
-    // Checks that the file can be read. Throws Error.
-    explicit Database(std::u16string path);
+    // Checks that the file can be read. The password is of no use to files without one. Throws Error.
+    explicit Database(std::u16string path, std::u16string password = {});
     ~Database();
     Database(const Database&) = delete;
     Database& operator=(const Database&) = delete;
@@ -72,6 +72,7 @@ private:
     void noteJournal(const PageFile& file);
 
     std::u16string path_;
+    std::u16string password_;
     sql::Session session_;
     std::unique_ptr<PageFile> batch_;
     std::u16string journalSetAside_;

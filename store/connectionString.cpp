@@ -2,7 +2,7 @@
 // "Data Source=" and ends with a known extension that is followed by ";" or by the end, the extensions being
 // tried in the order of the list: so a path may itself hold ";" or an extension in the middle, and strings of
 // any provider are understood. Where no such extension follows, what stands there is a server, up to the next
-// ";".
+// ";". The password of a file is the one other value that is looked for; it stands outside of the path.
 #include "store/connectionString.h"
 
 #include "platform/files.h"
@@ -19,6 +19,8 @@ namespace {
 using text::lowerCase;
 
 constexpr std::u16string_view kDataSource = u"Data Source=";
+constexpr std::u16string_view kJetProperties = u"jet oledb:";
+constexpr std::u16string_view kPassword = u"jet oledb:database password";
 constexpr std::u16string_view kSampleFile = u"Vellums.accdb";
 constexpr std::u16string_view kExtensions[] = {u"mdb", u"accdb", u"xls", u"xlsx", u"xlsb", u"csv", u"dbf"};
 
@@ -35,7 +37,8 @@ std::optional<Reference> findReference(std::u16string_view connectionString)
     if (found == std::u16string_view::npos)
         return std::nullopt;
     const std::size_t start = found + kDataSource.size();
-    const std::u16string rest = lowerCase(connectionString.substr(start));
+    std::u16string rest = lowerCase(connectionString.substr(start));
+    rest.resize(std::min(rest.find(kJetProperties), rest.size())); // a password may end as a file does
     for (const std::u16string_view extension : kExtensions) {
         const std::u16string ending = u"." + std::u16string(extension);
         for (std::size_t at = rest.find(ending); at != std::u16string::npos; at = rest.find(ending, at + 1)) {
@@ -45,6 +48,29 @@ std::optional<Reference> findReference(std::u16string_view connectionString)
         }
     }
     return Reference{start, std::min(rest.find(u';'), rest.size()), false};
+}
+
+// Takes the value off the front, and the ";" behind it. In quotes, double or single, it may hold ";", and the
+// quote itself doubled.
+std::u16string takeValue(std::u16string_view& rest)
+{
+    const char16_t quote = rest.empty() ? u'\0' : rest.front();
+    std::u16string value;
+    if (quote == u'"' || quote == u'\'') {
+        rest.remove_prefix(1);
+        while (!rest.empty()) {
+            const bool isQuote = rest.front() == quote;
+            if (isQuote && (rest.size() == 1 || rest[1] != quote))
+                break;
+            value += rest.front();
+            rest.remove_prefix(isQuote ? 2 : 1);
+        }
+    }
+    const std::size_t end = std::min(rest.find(u';'), rest.size());
+    if (quote != u'"' && quote != u'\'')
+        value = text::trimBlanks(rest.substr(0, end));
+    rest.remove_prefix(std::min(end + 1, rest.size()));
+    return value;
 }
 
 // From a drive or a root on; any other path counts from the data folder, folders in it or not.
@@ -75,6 +101,29 @@ std::u16string fileOf(std::u16string_view connectionString)
 {
     const std::optional<Reference> reference = findReference(connectionString);
     return reference ? std::u16string(connectionString.substr(reference->start, reference->length)) : u"";
+}
+
+std::u16string databasePassword(std::u16string_view connectionString)
+{
+    std::u16string outside(connectionString);
+    if (const std::optional<Reference> reference = findReference(connectionString))
+        outside.erase(reference->start, reference->length);
+    std::u16string_view rest = outside;
+    while (!rest.empty()) {
+        const std::size_t equals = rest.find_first_of(u"=;");
+        if (equals == std::u16string_view::npos)
+            return {};
+        const std::u16string keyword = lowerCase(text::trimBlanks(rest.substr(0, equals)));
+        const bool hasValue = rest[equals] == u'=';
+        rest.remove_prefix(equals + 1);
+        if (!hasValue)
+            continue;
+        rest.remove_prefix(std::min(rest.find_first_not_of(u' '), rest.size()));
+        std::u16string value = takeValue(rest);
+        if (keyword == kPassword)
+            return value;
+    }
+    return {};
 }
 
 std::u16string connectionStringFor(const Notebook& notebook, std::u16string_view file)

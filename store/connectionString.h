@@ -25,6 +25,9 @@ std::u16string expandedConnection(const Notebook& notebook, const std::u16string
 // The string names a file by a path that counts from the data folder.
 bool namesRelativeFile(std::u16string_view connectionString);
 
+// The password of a database file: the value of "Jet OLEDB:Database Password", empty where there is none.
+std::u16string databasePassword(std::u16string_view connectionString);
+
 // What stands behind "Data Source=": a file or a server.
 std::u16string fileOf(std::u16string_view connectionString);
 

@@ -23,7 +23,7 @@ std::size_t entryOffset(int row)
 }
 
 // A page tells its format by its size.
-const Format& formatOf(ByteView page)
+const Format& formatOfPage(ByteView page)
 {
     if (page.size() != kJet4.pageSize && page.size() != kJet3.pageSize)
         throwDamaged(u"a page of rows is of another kind");
@@ -62,8 +62,8 @@ void recountFreeBytes(MutableBytes page)
 DataPage::DataPage(PageView page)
     : page_(std::move(page))
     , bytes_(page_.bytes())
-    , rowTable_(formatOf(bytes_).dataPage.rowTable)
-    , rowCount_(load<std::uint16_t>(bytes_, formatOf(bytes_).dataPage.rowCount))
+    , rowTable_(formatOfPage(bytes_).dataPage.rowTable)
+    , rowCount_(load<std::uint16_t>(bytes_, formatOfPage(bytes_).dataPage.rowCount))
 {
     if (bytes_[0] != std::byte{1})
         throwDamaged(u"a page of rows is of another kind");

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 namespace vellums::jet {
 
@@ -26,9 +27,15 @@ struct Header {
     bool isAce() const { return version >= 2; }
 };
 
-// Reads page 0. `path` goes into the messages. Throws Error: not a database (3343), encrypted, password
-// (3031).
-Header parseHeader(ByteView page0, const std::u16string& path);
+// Reads page 0. `path` goes into the messages. Throws Error: not a database (3343), encrypted, or locked by
+// another password than this (3031). A password locks the header alone; of a file without one any will do.
+Header parseHeader(ByteView page0, const std::u16string& path, std::u16string_view password);
+
+// A password locks it; false also for what is no database.
+bool isLocked(ByteView page0);
+
+// The format alone, locked or not; null: it is no database.
+const Format* formatOf(ByteView page0);
 
 // The 128 masked bytes at 0x18 with the mask taken off or put on; it is its own inverse.
 void maskHeader(MutableBytes page0);

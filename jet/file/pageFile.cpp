@@ -154,9 +154,10 @@ bool journalIsHot(const std::u16string& path)
 
 std::chrono::milliseconds PageFile::longestWait{2000};
 
-PageFile::PageFile(std::u16string path, OpenMode mode)
+PageFile::PageFile(std::u16string path, OpenMode mode, std::u16string password)
     : path_(std::move(path))
     , mode_(mode)
+    , password_(std::move(password))
 {
     try {
         open();
@@ -185,7 +186,7 @@ void PageFile::open()
 // as it is, the folder too.
 void PageFile::readHeader()
 {
-    header_ = parseHeader(file_->read(0, kPageSize), path_);
+    header_ = parseHeader(file_->read(0, kPageSize), path_, password_);
     if (mode_ == OpenMode::Write && !format().writable)
         throw Error(3027, kPermissionDenied,
             u"Cannot update. The database '" + path_ +
@@ -208,7 +209,7 @@ void PageFile::openForReading()
     file_.reset();
     std::exception_ptr refusal;
     try {
-        journalSetAside_ = PageFile(path_, OpenMode::Write).journalSetAside();
+        journalSetAside_ = PageFile(path_, OpenMode::Write, password_).journalSetAside();
         removeIdleJournal(path_);
     } catch (const Error&) {
         refusal = std::current_exception();
@@ -320,7 +321,8 @@ void removeIdleJournal(const std::u16string& path) noexcept
             return;
         const DiskFile database(File(path, Access::Write), DiskFile::Role::Database);
         // Beside a file that is only read it is none of ours.
-        if (!parseHeader(database.read(0, kPageSize), path).format->writable)
+        const Format* const format = formatOf(database.read(0, kPageSize));
+        if (format == nullptr || !format->writable)
             return;
         const bool hot = journalIsHot(path); // it is closed again: an open file is not removed
         if (!hot && platform::removeFile(journal))

@@ -31,9 +31,9 @@ public:
     static std::chrono::milliseconds longestWait;
 
     // Opens the file under the lock of the mode (see platform/files.h), waiting for another holder; settles a
-    // left-over journal; refuses what is no Access file, what is encrypted, has a password, is truncated, or
-    // is open in Access, and to write what is only read. Throws Error.
-    PageFile(std::u16string path, OpenMode mode);
+    // left-over journal; refuses what is no Access file, what is encrypted, has another password, is truncated,
+    // or is open in Access, and to write what is only read. Throws Error.
+    PageFile(std::u16string path, OpenMode mode, std::u16string password = {});
     ~PageFile();
     PageFile(const PageFile&) = delete;
     PageFile& operator=(const PageFile&) = delete;
@@ -108,6 +108,7 @@ private:
 
     std::u16string path_;
     OpenMode mode_;
+    std::u16string password_;
     Header header_;
     std::optional<DiskFile> file_;
     std::optional<DiskFile> journal_; // Write mode only

@@ -4,8 +4,8 @@
 // is made there and written back over the same pages, and everything else stays as another program left it.
 #include "jet/table/tableDefinition.h"
 
+#include "jet/file/codePageText.h"
 #include "jet/file/freePages.h"
-#include "jet/table/codePageText.h"
 
 #include <algorithm>
 #include <cassert>

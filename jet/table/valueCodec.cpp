@@ -8,7 +8,7 @@
 // bytes behind the mark as they lie while there is no zero among them, which storedText() finds out.
 #include "jet/table/valueCodec.h"
 
-#include "jet/table/codePageText.h"
+#include "jet/file/codePageText.h"
 
 #include <algorithm>
 #include <limits>

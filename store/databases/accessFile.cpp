@@ -1,5 +1,6 @@
 #include "store/databases/accessFile.h"
 
+#include "jet/file/header.h"
 #include "platform/files.h"
 
 #include <array>
@@ -26,6 +27,18 @@ bool looksLikeAccessFile(const std::u16string& path)
     }
     const std::string_view text(reinterpret_cast<const char*>(start.data()), start.size());
     return text.substr(kNameAt) == kNames[0] || text.substr(kNameAt) == kNames[1];
+}
+
+bool isLockedFile(const std::u16string& path)
+{
+    jet::Bytes page(jet::kJet4.pageSize);
+    try {
+        const platform::File file(path, platform::Access::Read);
+        page.resize(file.readAt(0, page));
+    } catch (const platform::FileError&) { // the open tells
+        return false;
+    }
+    return jet::isLocked(page);
 }
 
 } // namespace vellums

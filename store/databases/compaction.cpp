@@ -76,6 +76,11 @@ Sizes compact(const Notebook& notebook, const std::u16string& file)
     const auto before = platform::fileSize(file);
     if (!before)
         throw platform::FileError{platform::FileFault::NotFound, 0};
+    // The copy that a provider makes has no password.
+    if (isLockedFile(file))
+        throw NotCompacted{
+            notebook.say(u"A database with a password is not compacted: the copy would lose it.",
+                u"数据库有密码,整理会丢失密码。")};
     // A database that is marked read-only could not be replaced. Whether the marks could be cleared shows
     // when it is.
     platform::clearAttributes(file);

@@ -44,8 +44,8 @@ std::u16string_view schemaType(jet::TableKind kind)
 
 } // namespace
 
-EmbeddedConnection::EmbeddedConnection(const std::u16string& path)
-    : database_(asProvider([&] { return std::make_unique<jet::Database>(path); }))
+EmbeddedConnection::EmbeddedConnection(const std::u16string& path, const std::u16string& password)
+    : database_(asProvider([&] { return std::make_unique<jet::Database>(path, password); }))
 {
 }
 

@@ -8,8 +8,8 @@ namespace vellums {
 
 class EmbeddedConnection : public Connection {
 public:
-    // The full path of the file. Throws ProviderError.
-    explicit EmbeddedConnection(const std::u16string& path);
+    // The full path of the file, and its password if it has one. Throws ProviderError.
+    explicit EmbeddedConnection(const std::u16string& path, const std::u16string& password = {});
 
     std::unique_ptr<Recordset> query(std::u16string_view sql) override;
     void stopWhen(const std::function<bool()>& wanted) override { database_->stopWhen(wanted); }

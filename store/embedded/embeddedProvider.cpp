@@ -74,7 +74,7 @@ private:
 
 std::unique_ptr<Connection> EmbeddedProvider::open(const std::u16string& connectionString) const
 {
-    return std::make_unique<EmbeddedConnection>(fileOf(connectionString));
+    return std::make_unique<EmbeddedConnection>(fileOf(connectionString), databasePassword(connectionString));
 }
 
 void EmbeddedProvider::createDatabase(const std::u16string& path, const std::u16string& table) const

@@ -1,5 +1,6 @@
 // The program as a person or a script runs it.
 #include "platform/files.h"
+#include "tests/support/lockedFile.h"
 #include "tests/support/temporaryFolder.h"
 #include "text/pieces.h"
 #include "text/unicode.h"
@@ -236,6 +237,29 @@ TEST_F(Cli, ChecksFilesAndRefusesWhatIsNoDatabase)
         EXPECT_EQ(tests::bytesOf(folder_.file(u"junk.mdb")), bytes);
     }
     EXPECT_FALSE(platform::fileExists(folder_.file(u"none.mdb")));
+}
+
+TEST_F(Cli, OpensADatabaseWithItsPassword)
+{
+    run({"create", "locked.mdb", "--table", "t"});
+    tests::lockFile(folder_.file(u"locked.mdb"), u"Geheim 密");
+    const std::vector<std::vector<std::string>> commands = {{"add", "locked.mdb"}, {"add", "locked.mdb"},
+        {"search", "locked.mdb"}, {"show", "locked.mdb", "1"}, {"tables", "locked.mdb"},
+        {"sql", "locked.mdb", "SELECT * FROM t"}, {"import", "locked.mdb", "input"}, {"dedupe", "locked.mdb"},
+        {"check", "locked.mdb"}};
+    for (std::vector<std::string> words : commands) {
+        const Outcome refused = run(words, "text");
+        EXPECT_EQ(refused.status, 1) << words[0];
+        EXPECT_THAT(refused.err, HasSubstr("Not a valid password")) << words[0];
+        words.insert(words.end(), {"--password", "geheim 密"});
+        EXPECT_EQ(run(words, "text").status, 1) << words[0];
+        words.back() = "Geheim 密";
+        const Outcome done = run(words, "text");
+        EXPECT_EQ(done.status, 0) << words[0] << done.err;
+    }
+    EXPECT_EQ(run({"tables", "locked.mdb.bak"}).status, 1) << "the copy is locked as well";
+    EXPECT_EQ(run({"sql", "locked.mdb.bak", "SELECT COUNT(*) FROM t", "--password=Geheim 密"}).status, 0);
+    EXPECT_EQ(run({"create", "new.mdb", "--password", "x"}).status, 2);
 }
 
 TEST_F(Cli, TellsWrongUsageFromFailure)

@@ -3,6 +3,7 @@
 #include "platform/files.h"
 #include "store/embedded/embeddedProvider.h"
 #include "store/records/records.h"
+#include "tests/support/lockedFile.h"
 #include "tests/support/shortWait.h"
 #include "tests/support/testNotebook.h"
 #include "text/unicode.h"
@@ -104,6 +105,17 @@ TEST_F(CompactionTest, LeavesTheFileWhereTheEngineFails)
     };
     notes_->chinese = false;
     expectFailure(u"The compacted copy is no database.");
+}
+
+TEST_F(CompactionTest, LosesNoPassword)
+{
+    tests::lockFile(notes_.file(), u"secret");
+    before_ = tests::bytesOf(notes_.file());
+    compactor_.work = [](const std::u16string&, const std::u16string&) {
+        ADD_FAILURE() << "it is compacted";
+    };
+    expectFailure(u"A database with a password is not compacted: the copy would lose it.");
+    tests::lockFile(notes_.file(), u"");
 }
 
 TEST_F(CompactionTest, DoesNotReplaceAFileThatSomebodyHasOpened)

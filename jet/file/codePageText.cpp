@@ -1,4 +1,4 @@
-#include "jet/table/codePageText.h"
+#include "jet/file/codePageText.h"
 
 #include "platform/codePage.h"
 
