@@ -135,8 +135,6 @@ void LineSearch::run(
         return literalsInLines(text, visit);
     if (plan_ == Plan::ClassRun)
         return runsInLines(text, visit);
-    if (chain_)
-        chain_->take(text);
     std::size_t from = 0; // where a line begins
     for (std::size_t place = nextPromising(text, from); place != kNowhere;
          place = nextPromising(text, from)) {
@@ -144,9 +142,9 @@ void LineSearch::run(
         // The place may be the LF of the line's own end.
         const std::size_t end = findLineEnd(text, place > start ? place - 1 : place);
         auto pass = [&](std::size_t first, std::size_t last) {
-            return first == last || visit(start, first, last - first);
+            return first == last || visit(start, start + first, last - first);
         };
-        if (end - start >= minLength_ && !forEachBetween(text, start, end, matcherFor, effort, pass))
+        if (end - start >= minLength_ && !forEach(text.substr(start, end - start), matcherFor, effort, pass))
             return;
         if (end == text.size())
             return;

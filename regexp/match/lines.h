@@ -31,33 +31,13 @@ public:
     using MatcherFor = std::function<Matcher&(std::size_t textLength)>;
     void run(std::u16string_view text, const MatcherFor& matcherFor, Effort& effort, const Visit& visit);
 
-    // visit(first, end) for each match in the text, until it gives false.
+    // visit(first, end) for each match in the text, until it gives false. False: it did.
     template <typename OnMatch>
-    void forEach(std::u16string_view text, const MatcherFor& matcherFor, Effort& effort, OnMatch visit)
+    bool forEach(std::u16string_view text, const MatcherFor& matcherFor, Effort& effort, OnMatch visit)
     {
-        if (chain_)
-            chain_->take(text);
-        forEachBetween(text, 0, text.size(), matcherFor, effort, visit);
-    }
-
-private:
-    enum class Plan {
-        Literal,   // matches are texts to be scanned for
-        ClassRun,  // matches are runs of units of one set
-        Needed,    // lines without one of some texts have no match
-        Beginning, // lines without one of some units have no match
-        EveryLine,
-    };
-
-    // What lies between `begin` and `end` counts as a text of its own; the places given are those in the
-    // whole text. False: the visitor ended it.
-    template <typename OnMatch>
-    bool forEachBetween(std::u16string_view text, std::size_t begin, std::size_t end,
-        const MatcherFor& matcherFor, Effort& effort, OnMatch& visit)
-    {
-        std::size_t from = begin;
+        std::size_t from = 0;
         if (chain_) {
-            chain_->narrow(begin, end);
+            chain_->take(text);
             Chain::Found found = chain_->next(from);
             for (; found.end != kNowhere; found = chain_->next(from)) {
                 if (!visit(found.first, found.end))
@@ -68,10 +48,17 @@ private:
                 return true;
             from = found.first;
         }
-        return matcherFor(end - begin)
-            .forEach(text.substr(begin, end - begin), from - begin, effort,
-                [&](std::size_t first, std::size_t last) { return visit(begin + first, begin + last); });
+        return matcherFor(text.size()).forEach(text, from, effort, visit);
     }
+
+private:
+    enum class Plan {
+        Literal,   // matches are texts to be scanned for
+        ClassRun,  // matches are runs of units of one set
+        Needed,    // lines without one of some texts have no match
+        Beginning, // lines without one of some units have no match
+        EveryLine,
+    };
 
     void choose(const Tree& tree);
     bool chooseRun(const Tree& tree);
