@@ -11,6 +11,7 @@
 #include "regexp/parse/literals.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cassert>
 
@@ -125,56 +126,89 @@ std::size_t LiteralScan::lengthAt(std::u16string_view text, std::size_t place) c
     return 0;
 }
 
+#ifdef __SSE2__
+
+// A probe as the processor compares it with the text, eight places at once.
+struct LiteralScan::Lanes {
+    Lanes() = default;
+    Lanes(std::u16string_view text, const Probe& probe)
+        : start{text.data() + probe.offset[0], text.data() + probe.offset[1]}
+        , value{spread(probe.value[0]), spread(probe.value[1])}
+        , bits{spread(probe.bits[0]), spread(probe.bits[1])}
+    {
+    }
+
+    __m128i fits(std::size_t place) const { return _mm_and_si128(fits(0, place), fits(1, place)); }
+
+    __m128i fits(std::size_t k, std::size_t place) const
+    {
+        const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(start[k] + place));
+        return _mm_cmpeq_epi16(_mm_or_si128(units, bits[k]), value[k]);
+    }
+
+    const char16_t* start[2];
+    __m128i value[2];
+    __m128i bits[2];
+};
+
+// The first of the lanes at `place` where a literal stands. A call of its own would take what is compared out
+// of the registers, in the loops below, and cost a quarter of their time.
+[[gnu::always_inline]] inline LiteralScan::Hit LiteralScan::hitIn(
+    std::u16string_view text, std::size_t place, unsigned bits) const
+{
+    for (; bits != 0; bits &= bits - 1, bits &= bits - 1)
+        if (const std::size_t length = lengthAt(text, place + firstLane(bits)); length != 0)
+            return {place + firstLane(bits), length};
+    return {};
+}
+
+// Passes over places that do not have both units of the only probe, sixteen at a time.
+LiteralScan::Hit LiteralScan::nextOfOne(std::u16string_view text, std::size_t place) const
+{
+    const Lanes lanes(text, probes_[0]);
+    for (; place + 2 * kLanes + reach_ <= text.size(); place += 2 * kLanes) {
+        const __m128i a = lanes.fits(place);
+        const __m128i b = lanes.fits(place + kLanes);
+        if (bitsOf(_mm_or_si128(a, b)) == 0)
+            continue;
+        if (const Hit hit = hitIn(text, place, bitsOf(a) | bitsOf(b) << 16); hit.length != 0)
+            return hit;
+    }
+    return {place, 0};
+}
+
+// Leftmost place first, whichever literal it is. lengthAt() then prefers the first in order, as alternatives
+// do.
+LiteralScan::Hit LiteralScan::nextOfSeveral(std::u16string_view text, std::size_t place) const
+{
+    std::array<Lanes, kMostProbes> lanes;
+    const std::size_t count = probes_.size();
+    for (std::size_t i = 0; i < count; ++i)
+        lanes[i] = Lanes(text, probes_[i]);
+    for (; place + kLanes + reach_ <= text.size(); place += kLanes) {
+        __m128i all = _mm_setzero_si128();
+        for (std::size_t i = 0; i < count; ++i)
+            all = _mm_or_si128(all, lanes[i].fits(place));
+        if (const Hit hit = hitIn(text, place, bitsOf(all)); hit.length != 0)
+            return hit;
+    }
+    return {place, 0};
+}
+
+#endif
+
 LiteralScan::Hit LiteralScan::next(std::u16string_view text, std::size_t from) const
 {
-    std::size_t place = from;
+    Hit hit{from, 0};
 #ifdef __SSE2__
-    struct Lanes {
-        const char16_t* start[2];
-        __m128i value[2];
-        __m128i bits[2];
-    };
-    constexpr std::size_t kMostProbes = 16;
-    Lanes lanes[kMostProbes];
-    const std::size_t count = std::min(probes_.size(), kMostProbes);
-    for (std::size_t i = 0; i < count; ++i)
-        lanes[i] = {{text.data() + probes_[i].offset[0], text.data() + probes_[i].offset[1]},
-            {spread(probes_[i].value[0]), spread(probes_[i].value[1])},
-            {spread(probes_[i].bits[0]), spread(probes_[i].bits[1])}};
-    const auto fits = [&](const Lanes& lane, std::size_t k, std::size_t at) {
-        const __m128i units = _mm_loadu_si128(reinterpret_cast<const __m128i*>(lane.start[k] + at));
-        return _mm_cmpeq_epi16(_mm_or_si128(units, lane.bits[k]), lane.value[k]);
-    };
-    if (count == 1 && probes_.size() == 1) {
-        // Passes over places that do not have both units, sixteen at a time.
-        const Lanes lane = lanes[0];
-        while (place + 2 * kLanes + reach_ <= text.size()) {
-            const __m128i a = _mm_and_si128(fits(lane, 0, place), fits(lane, 1, place));
-            const __m128i b = _mm_and_si128(fits(lane, 0, place + kLanes), fits(lane, 1, place + kLanes));
-            if (bitsOf(_mm_or_si128(a, b)) == 0) {
-                place += 2 * kLanes;
-                continue;
-            }
-            for (unsigned bits = bitsOf(a) | bitsOf(b) << 16; bits != 0; bits &= bits - 1, bits &= bits - 1)
-                if (const std::size_t length = lengthAt(text, place + firstLane(bits)); length != 0)
-                    return {place + firstLane(bits), length};
-            place += 2 * kLanes;
-        }
-    }
-    // The rest of the text, or several literals: leftmost place first, whichever literal it is. lengthAt()
-    // then prefers the first in order, as alternatives do.
-    if (probes_.size() <= kMostProbes) {
-        for (; place + kLanes + reach_ <= text.size(); place += kLanes) {
-            __m128i all = _mm_setzero_si128();
-            for (std::size_t i = 0; i < count; ++i)
-                all = _mm_or_si128(all, _mm_and_si128(fits(lanes[i], 0, place), fits(lanes[i], 1, place)));
-            for (unsigned bits = bitsOf(all); bits != 0; bits &= bits - 1, bits &= bits - 1)
-                if (const std::size_t length = lengthAt(text, place + firstLane(bits)); length != 0)
-                    return {place + firstLane(bits), length};
-        }
-    }
+    if (probes_.size() == 1)
+        hit = nextOfOne(text, hit.place);
+    if (hit.length == 0 && probes_.size() <= kMostProbes)
+        hit = nextOfSeveral(text, hit.place);
 #endif
-    for (; place < text.size(); ++place)
+    if (hit.length != 0)
+        return hit;
+    for (std::size_t place = hit.place; place < text.size(); ++place)
         if (const std::size_t length = lengthAt(text, place); length != 0)
             return {place, length};
     return {};

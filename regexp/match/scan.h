@@ -40,7 +40,15 @@ private:
         std::uint16_t bits[2];
     };
 
+    static constexpr std::size_t kMostProbes = 16; // compared at once
+
+    struct Lanes;
+
     bool addProbe(const std::u16string& literal);
+    // Length 0: none stands before the place given, where too little text is left to be compared at once.
+    Hit nextOfOne(std::u16string_view text, std::size_t place) const;
+    Hit nextOfSeveral(std::u16string_view text, std::size_t place) const;
+    Hit hitIn(std::u16string_view text, std::size_t place, unsigned bits) const;
     std::size_t lengthAt(std::u16string_view text, std::size_t place) const; // 0: none stands there
 
     std::vector<std::u16string> literals_;
