@@ -108,33 +108,23 @@ bool Backtrack::step()
 {
     const Instruction& instruction = program_.instructions[at_];
     switch (instruction.op) {
+    case Op::Split:
+        split(instruction);
+        return true;
+    case Op::Look:
+        look(instruction);
+        return true;
+    case Op::Accept:
+        return accept(instruction);
     case Op::Unit:
         if (!mayTake(program_.positionOf[at_]))
             return false;
         ++place_;
         break;
-    case Op::Split:
-        if (!promises(instruction.next)) {
-            at_ = instruction.other;
-            return true;
-        }
-        if (promises(instruction.other))
-            push(instruction.other, place_);
-        break;
-    case Op::Assert: {
-        const Beside left = place_ == 0 ? Beside::Nothing : program_.beside(text_[place_ - 1]);
-        const Beside right = place_ == text_.size() ? Beside::Nothing : program_.beside(text_[place_]);
-        if (!holds(instruction.assertion, program_.multiline, left, right))
+    case Op::Assert:
+        if (!holdsHere(instruction.assertion))
             return false;
         break;
-    }
-    case Op::Look:
-        looks_.push_back(static_cast<std::uint32_t>(entries_.size()));
-        push(at_, place_);
-        at_ = program_.lookAheads[instruction.value].entry;
-        return true;
-    case Op::Accept:
-        return accept(instruction);
     case Op::BackReference:
         if (!reference(instruction.value))
             return false;
@@ -159,6 +149,31 @@ bool Backtrack::step()
     }
     at_ = instruction.next;
     return true;
+}
+
+void Backtrack::split(const Instruction& instruction)
+{
+    if (!promises(instruction.next)) {
+        at_ = instruction.other;
+        return;
+    }
+    if (promises(instruction.other))
+        push(instruction.other, place_);
+    at_ = instruction.next;
+}
+
+void Backtrack::look(const Instruction& instruction)
+{
+    looks_.push_back(static_cast<std::uint32_t>(entries_.size()));
+    push(at_, place_);
+    at_ = program_.lookAheads[instruction.value].entry;
+}
+
+bool Backtrack::holdsHere(Assertion assertion) const
+{
+    const Beside left = place_ == 0 ? Beside::Nothing : program_.beside(text_[place_ - 1]);
+    const Beside right = place_ == text_.size() ? Beside::Nothing : program_.beside(text_[place_]);
+    return holds(assertion, program_.multiline, left, right);
 }
 
 // A look-ahead that holds keeps its groups and gives up its other ways; one that was to fail, and did

@@ -35,6 +35,9 @@ private:
     void begin(Place place, std::size_t start);
     bool step();   // false: this way fails
     bool goBack(); // false: no way is left
+    void split(const Instruction& instruction);
+    void look(const Instruction& instruction);
+    bool holdsHere(Assertion assertion) const;
     bool accept(const Instruction& instruction);
     void push(std::uint32_t what, std::uint32_t value);
     void change(std::uint32_t slot, std::uint32_t value);
