@@ -77,7 +77,8 @@ void RegExp::forEach(std::u16string_view text, Visit visit)
     } else if (made.lines.promising(text)) {
         Effort effort(text.size());
         made.lines.forEach(
-            text, [&made](std::size_t length) -> Matcher& { return made.matcherFor(length); }, effort, visit);
+            text, 0, text.size(), [&made](std::size_t length) -> Matcher& { return made.matcherFor(length); },
+            effort, visit);
     }
 }
 

@@ -5,17 +5,20 @@
 //   - The units before the first run of open length are of a fixed number. Starts from which that run would
 //     begin inside the same stretch of units end it at the same place, hence fail alike as long as no
 //     reference asks where it began; afterFailure() passes over them together.
+//   - Where that run needs several units, toFirstRun() looks for them from the last one backwards: a missing
+//     one rules out all starts that need it, and those before it are not looked at.
 //   - Where a match ends with the text, a look at the last unit may settle it (kEnding).
+//
+// Where a run ends is told by comparing sixteen units at once (UnitBits); these may lie behind the text,
+// which is a line most of the time, as long as they lie in the whole one.
 //
 // A pattern could still make every start look at the same units again. spent_ counts the units that runs and
 // references looked at; when it exceeds a few for each unit of the text up to the present start, next() hands
 // the rest to the automaton, so the time stays in proportion to the text.
-//
-// Units are looked at one by one. Comparing 64 at a time, for where runs end and starts can be, makes long
-// words quicker to find and e-mail addresses slower; over patterns as people type them it gains nothing.
 #include "regexp/match/chain.h"
 
 #include <algorithm>
+#include <bit>
 #include <cassert>
 
 namespace vellums::regexp {
@@ -52,6 +55,7 @@ std::optional<Chain> Chain::of(const Tree& tree)
 
 Chain::Chain(const Steps& steps, const Tree& tree)
     : steps_(steps.list)
+    , sets_(steps.sets.begin(), steps.sets.end())
     , masks_(kUnits, 0)
     , fold_(tree.ignoreCase ? foldTable() : nullptr)
     , multiline_(tree.multiline)
@@ -111,9 +115,10 @@ void Chain::findSkips()
     }
 }
 
-void Chain::take(std::u16string_view text)
+void Chain::take(std::u16string_view whole, std::size_t first, std::size_t length)
 {
-    text_ = text;
+    ahead_ = whole.substr(first);
+    text_ = ahead_.substr(0, length);
     spent_ = 0;
 }
 
@@ -131,13 +136,33 @@ Chain::Found Chain::next(std::size_t from)
     return {kNowhere, kNowhere};
 }
 
-std::size_t Chain::nextStart(std::size_t from) const
+std::size_t Chain::nextStart(std::size_t from)
 {
     if (startsAtStart_)
         return from == 0 ? 0 : kNowhere;
+    if (firstRun_ != kNowhere && steps_[firstRun_].fewest > 1)
+        from = toFirstRun(from);
     while (from < text_.size() && !has(from, kBeginning))
         ++from;
     return from < text_.size() ? from : kNowhere;
+}
+
+// Passes over starts from which the first run would not have its fewest units.
+std::size_t Chain::toFirstRun(std::size_t from)
+{
+    const Step& run = steps_[firstRun_];
+    std::size_t first = from + unitsBefore_; // of the run
+    while (run.fewest <= text_.size() && first <= text_.size() - run.fewest) {
+        const std::size_t end = first + run.fewest;
+        std::size_t met = end;
+        while (met > first && has(met - 1, 1U << run.set))
+            --met;
+        spent_ += end - met;
+        if (met == first)
+            return first - unitsBefore_;
+        first = met;
+    }
+    return text_.size();
 }
 
 // Starts from which the first run would begin further on in the same row of units end like the last one. The
@@ -187,24 +212,26 @@ std::size_t Chain::pass(const Step& step, std::size_t place)
     }
 }
 
-// The first place from `place` on, up to `last`, that has another unit. Runs are short: looking at four units
-// in one pass of the loop makes dates and numbers a tenth faster.
-std::size_t Chain::runEnd(unsigned mask, std::size_t place, std::size_t last) const
+// The first place from `place` on, up to `last`, that has another unit.
+std::size_t Chain::runEnd(std::size_t set, std::size_t place, std::size_t last) const
 {
-    constexpr std::size_t kAtOnce = 4;
-    for (; place + kAtOnce <= last; place += kAtOnce)
-        for (std::size_t i = 0; i < kAtOnce; ++i)
-            if (!has(place + i, mask))
-                return place + i;
-    while (place < last && has(place, mask))
+    if (place == last || !has(place, 1U << set))
+        return place;
+    ++place;
+    for (; sets_[set].usable() && place < last && kRow <= ahead_.size() - place; place += kRow) {
+        const auto met = static_cast<std::size_t>(std::countr_one(sets_[set].of(ahead_.data() + place)));
+        if (met < kRow)
+            return std::min(place + met, last);
+    }
+    while (place < last && has(place, 1U << set))
         ++place;
-    return place;
+    return std::min(place, last);
 }
 
 std::size_t Chain::passRun(const Step& step, std::size_t place)
 {
     const std::size_t last = place + std::min(step.most, text_.size() - place);
-    const std::size_t end = runEnd(1U << step.set, place, last);
+    const std::size_t end = runEnd(step.set, place, last);
     spent_ += end - place;
     // A run that stopped because it had its most units would go further from a later start: nothing is
     // learnt.

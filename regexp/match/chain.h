@@ -4,6 +4,7 @@
 // proportion to the text.
 #pragma once
 
+#include "regexp/match/bits.h"
 #include "regexp/match/scan.h"
 #include "regexp/parse/steps.h"
 
@@ -20,8 +21,9 @@ public:
     // Nothing when the pattern is not of this kind.
     static std::optional<Chain> of(const Tree& tree);
 
-    // Takes another text, which must outlive its use and stay as it is.
-    void take(std::u16string_view text);
+    // Takes another text, `length` units of `whole` from `first` on. All of it must outlive its use and stay
+    // as it is.
+    void take(std::u16string_view whole, std::size_t first, std::size_t length);
 
     struct Found {
         std::size_t first; // kNowhere: there is none
@@ -38,17 +40,19 @@ private:
     void findEndings(const std::vector<UnitSet>& sets);
     void mark(const UnitSet& set, unsigned mask);
     bool has(std::size_t place, unsigned mask) const { return (masks_[text_[place]] & mask) != 0; }
-    std::size_t nextStart(std::size_t from) const; // kNowhere, here and below: there is none, or it fails
+    std::size_t nextStart(std::size_t from); // kNowhere, here and below: there is none, or it fails
+    std::size_t toFirstRun(std::size_t from);
     std::size_t afterFailure(std::size_t start) const;
     std::size_t match(std::size_t start); // its end
     std::size_t pass(const Step& step, std::size_t place);
-    std::size_t runEnd(unsigned mask, std::size_t place, std::size_t last) const;
+    std::size_t runEnd(std::size_t set, std::size_t place, std::size_t last) const;
     std::size_t passRun(const Step& step, std::size_t place);
     std::size_t passReference(std::uint32_t group, std::size_t place);
     bool holdsAt(Assertion assertion, std::size_t place) const;
     std::size_t numberOf(const Step& step) const { return static_cast<std::size_t>(&step - steps_.data()); }
 
     std::vector<Step> steps_;
+    std::vector<UnitBits> sets_;
     std::vector<Mask> masks_; // by unit: a bit for each set of the steps, and some more
     const char16_t* fold_;    // null: case counts
     bool multiline_;
@@ -62,6 +66,7 @@ private:
 
     // The present text and try.
     std::u16string_view text_;
+    std::u16string_view ahead_; // the text and what follows it
     std::size_t spent_ = 0;
     std::size_t failedAt_ = 0; // a step
     std::size_t runEnd_ = 0;   // of the first run; kNowhere: not met, or it could have gone on

@@ -31,13 +31,15 @@ public:
     using MatcherFor = std::function<Matcher&(std::size_t textLength)>;
     void run(std::u16string_view text, const MatcherFor& matcherFor, Effort& effort, const Visit& visit);
 
-    // visit(first, end) for each match in the text, until it gives false. False: it did.
+    // visit(first, end) for each match in `length` units of the text from `first` on, which are searched and
+    // whose places are counted as those of a text of its own, until it gives false. False: it did.
     template <typename OnMatch>
-    bool forEach(std::u16string_view text, const MatcherFor& matcherFor, Effort& effort, OnMatch visit)
+    bool forEach(std::u16string_view text, std::size_t first, std::size_t length,
+        const MatcherFor& matcherFor, Effort& effort, OnMatch visit)
     {
         std::size_t from = 0;
         if (chain_) {
-            chain_->take(text);
+            chain_->take(text, first, length);
             Chain::Found found = chain_->next(from);
             for (; found.end != kNowhere; found = chain_->next(from)) {
                 if (!visit(found.first, found.end))
@@ -48,7 +50,7 @@ public:
                 return true;
             from = found.first;
         }
-        return matcherFor(text.size()).forEach(text, from, effort, visit);
+        return matcherFor(length).forEach(text.substr(first, length), from, effort, visit);
     }
 
 private:
