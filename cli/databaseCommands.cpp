@@ -106,7 +106,7 @@ void runCompact(const Arguments& arguments)
 {
     const std::u16string file = platform::absolutePath(arguments.values[0]);
     const std::uint64_t before = platform::fileSize(file).value_or(0);
-    EmbeddedProvider().compactInPlace(file);
+    EmbeddedProvider().compactInPlace(file, arguments.password);
     printFields({kilobytes(before) + u" -> " + kilobytes(platform::fileSize(file).value_or(0))});
 }
 

@@ -88,9 +88,12 @@ public:
     // Writes a compacted copy of a database file. Both are full paths; the destination must not exist.
     // Throws ProviderError; the source is as it was, an unfinished destination may be left.
     virtual void compact(const std::u16string& source, const std::u16string& destination) const = 0;
-    // Compacts a database file in place, whole or not at all, with nobody else at it meanwhile. False: this
-    // provider can only write a copy. Throws ProviderError.
-    virtual bool compactInPlace(const std::u16string& /*file*/) const { return false; }
+    // Compacts a database file in place, whole or not at all, with nobody else at it meanwhile; it keeps its
+    // password, where it has one. False: this provider can only write a copy. Throws ProviderError.
+    virtual bool compactInPlace(const std::u16string& /*file*/, const std::u16string& /*password*/) const
+    {
+        return false;
+    }
 };
 
 } // namespace vellums

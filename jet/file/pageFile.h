@@ -40,6 +40,7 @@ public:
 
     const std::u16string& path() const { return path_; }
     OpenMode mode() const { return mode_; }
+    const std::u16string& password() const { return password_; } // as it was given
     const Header& header() const { return header_; }
     const Format& format() const { return *header_.format; }
     // Where a journal that does not belong to the file as it is was moved when it was opened; empty: there

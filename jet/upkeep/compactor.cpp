@@ -91,7 +91,7 @@ public:
     {
         survey();
         copyKept();
-        PageFile to(destination_, OpenMode::Scratch);
+        PageFile to(destination_, OpenMode::Scratch, from_.password());
         FreePages::reset(to, keep_);
         MovedIds moved;
         for (Packed& packed : tables_) {
@@ -305,16 +305,16 @@ void compactCopy(PageFile& original, const std::u16string& destination)
 {
     requireSound(original, u"");
     Compactor(original, destination).run();
-    PageFile packed(destination, OpenMode::Read);
+    PageFile packed(destination, OpenMode::Read, original.password());
     requireSound(packed, u"the compacted copy is not sound: ");
 }
 
-void compactFile(const std::u16string& path)
+void compactFile(const std::u16string& path, const std::u16string& password)
 {
-    PageFile original(path, OpenMode::Write);
+    PageFile original(path, OpenMode::Write, password);
     const PassingFile copy(path + u"-compacted");
     compactCopy(original, copy.path());
-    writeBack(PageFile(copy.path(), OpenMode::Read), original);
+    writeBack(PageFile(copy.path(), OpenMode::Read, password), original);
     original.commit();
 }
 

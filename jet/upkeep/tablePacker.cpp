@@ -79,7 +79,7 @@ void TablePacker::copyRow(const Row& row)
         const Column& column = fresh_.columns[i];
         if (!isLongValue(column.type) && idColumn_ != i)
             continue;
-        const std::optional<ByteView> stored = columnBytes(bytes, column);
+        const std::optional<ByteView> stored = columnBytes(kJet4, bytes, column);
         if (!stored)
             continue;
         const MutableBytes place = placeIn(bytes, *stored);

@@ -12,6 +12,7 @@
 #include "store/databases/compaction.h"
 
 #include "platform/files.h"
+#include "store/connectionString.h"
 #include "store/databases/accessFile.h"
 #include "store/databases/fileReason.h"
 #include "text/decimal.h"
@@ -76,16 +77,16 @@ Sizes compact(const Notebook& notebook, const std::u16string& file)
     const auto before = platform::fileSize(file);
     if (!before)
         throw platform::FileError{platform::FileFault::NotFound, 0};
+    // A database that is marked read-only could not be replaced. Whether the marks could be cleared shows
+    // when it is.
+    platform::clearAttributes(file);
+    if (notebook.provider->compactInPlace(file, databasePassword(notebook.dbConn)))
+        return {*before, platform::fileSize(file).value_or(0)};
     // The copy that a provider makes has no password.
     if (isLockedFile(file))
         throw NotCompacted{
             notebook.say(u"A database with a password is not compacted: the copy would lose it.",
                 u"数据库有密码,整理会丢失密码。")};
-    // A database that is marked read-only could not be replaced. Whether the marks could be cleared shows
-    // when it is.
-    platform::clearAttributes(file);
-    if (notebook.provider->compactInPlace(file))
-        return {*before, platform::fileSize(file).value_or(0)};
     const PassingFile compacted(platform::inFolder(notebook.appDir, u"temp.cdb"));
     notebook.provider->compact(file, compacted.path());
     const auto after = platform::fileSize(compacted.path());

@@ -105,16 +105,17 @@ void EmbeddedProvider::createDatabase(const std::u16string& path, const std::u16
 
 void EmbeddedProvider::compact(const std::u16string& source, const std::u16string& destination) const
 {
+    const JournalRemoval removal(source);
     asProvider([&] {
-        jet::PageFile original(source, jet::OpenMode::Read);
+        jet::PageFile original(source, jet::OpenMode::Write);
         jet::compactCopy(original, destination);
     });
 }
 
-bool EmbeddedProvider::compactInPlace(const std::u16string& file) const
+bool EmbeddedProvider::compactInPlace(const std::u16string& file, const std::u16string& password) const
 {
     const JournalRemoval removal(file);
-    asProvider([&] { jet::compactFile(file); });
+    asProvider([&] { jet::compactFile(file, password); });
     return true;
 }
 

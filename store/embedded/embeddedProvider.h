@@ -12,7 +12,7 @@ public:
     // .accdb files get the ACE format, all others that of Jet 4.
     void createDatabase(const std::u16string& path, const std::u16string& table) const override;
     void compact(const std::u16string& source, const std::u16string& destination) const override;
-    bool compactInPlace(const std::u16string& file) const override;
+    bool compactInPlace(const std::u16string& file, const std::u16string& password) const override;
 };
 
 } // namespace vellums

@@ -44,7 +44,7 @@ std::string contentOf(const std::u16string& path)
         for (const std::vector<Value>& row : result.rows)
             for (std::size_t i = 0; i < row.size(); ++i) {
                 const std::u16string& column = result.columns[i];
-                if (table.system && (column == u"Id" || column == u"ObjectId"))
+                if (table.kind == TableKind::System && (column == u"Id" || column == u"ObjectId"))
                     continue;
                 content += shown(row[i]) + "|";
             }
