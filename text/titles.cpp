@@ -63,11 +63,9 @@ std::u16string titleOf(std::u16string_view text)
     const std::u16string subject = subjectOf(text);
     if (!subject.empty())
         return subject;
-    const std::size_t lineEnd = text.find(kLineEnd);
-    const std::size_t length =
-        lineEnd == std::u16string_view::npos || lineEnd > kLongestFirstLine ? kLongestFirstLine : lineEnd;
-    std::u16string title = replaceAll(text.substr(0, length), kLineEnd, u"");
-    if (endsInHalfAPair(title)) // never half a character
+    const std::size_t length = std::min(text.find(kLineEnd), kLongestFirstLine);
+    std::u16string title(text.substr(0, length));
+    if (endsInHalfAPair(title))
         title.pop_back();
     return title;
 }
