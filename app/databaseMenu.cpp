@@ -13,11 +13,6 @@ namespace {
 
 constexpr std::u16string_view kBetween = u" - "; // file and table in a caption
 
-std::u16string nameOf(const std::u16string& path)
-{
-    return path.substr(text::lastSeparator(path) + 1);
-}
-
 // Letter case counts in paths where "/" divides them.
 bool samePath(const std::u16string& a, const std::u16string& b)
 {
@@ -91,7 +86,7 @@ void markOpenDatabase(const Notebook& notebook, MenuItems& mnu_availdb)
 std::optional<std::u16string> tableOfEntry(const MenuItem& item)
 {
     // Both names may hold the separator themselves; the file's is known.
-    const std::u16string beginning = nameOf(item.tag) + std::u16string(kBetween);
+    const std::u16string beginning = std::u16string(text::nameOf(item.tag)).append(kBetween);
     if (item.caption.starts_with(beginning))
         return item.caption.substr(beginning.size());
     const std::size_t at = item.caption.rfind(kBetween);

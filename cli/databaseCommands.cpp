@@ -54,8 +54,7 @@ void runCreate(const Arguments& arguments)
     const std::u16string& file = arguments.values[0];
     Session session(file);
     const std::u16string path = platform::absolutePath(file);
-    const std::u16string name = path.substr(text::lastSeparator(path) + 1);
-    const std::u16string table = arguments.table.value_or(newTableName(name, false));
+    const std::u16string table = arguments.table.value_or(newTableName(text::nameOf(path), false));
     session.notebook().provider->createDatabase(path, table);
 }
 

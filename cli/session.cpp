@@ -1,6 +1,6 @@
 #include "cli/session.h"
 
-#include "app/start/settings.h"
+#include "app/start/startUp.h"
 #include "cli/output.h"
 #include "platform/files.h"
 #include "platform/programPath.h"
@@ -26,14 +26,9 @@ Session::Session(const std::u16string& file, const std::u16string& password)
     , provider_(file_, password_)
     , notebook_(outcome_)
 {
-    notebook_.appDir = platform::programFolder();
-    notebook_.exeName = platform::programName();
-    const std::u16string own = platform::inFolder(notebook_.appDir, notebook_.exeName);
-    notebook_.settingsFile = own + u".ini";
-    notebook_.logFile = own + u".log";
-    notebook_.safetyCopies = readSetting(notebook_.settingsFile, kBackupSetting);
+    useProgramFolder(notebook_, platform::programFolder(), platform::programName());
     notebook_.provider = &provider_;
-    notebook_.dbParent = file_.substr(0, text::lastSeparator(file_));
+    notebook_.dbParent = text::folderOf(file_);
     // Connections go by the file that the provider knows. Only the safety copy takes the path out of this
     // string.
     notebook_.dbConn = u"Data Source=" + file_;

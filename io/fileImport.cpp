@@ -81,8 +81,7 @@ bool concernsOneRecord(const ProviderError& error)
 
 FileKind fileKind(std::u16string_view path)
 {
-    const std::size_t folder = text::lastSeparator(path);
-    const std::u16string_view name = folder == std::u16string_view::npos ? path : path.substr(folder + 1);
+    const std::u16string_view name = text::nameOf(path);
     const std::size_t dot = name.rfind(u'.');
     if (dot == std::u16string_view::npos || dot == 0)
         return FileKind::Other;

@@ -83,13 +83,11 @@ bool isAbsolute(std::u16string_view path)
 std::u16string connectionTemplate(std::u16string_view providerId)
 {
     if (providerId == u"101")
-        return u"Provider=SQLOLEDB.1;Persist Security Info=True;Data Source=(LOCAL)\\MSSQL;Initial "
-               u"Catalog=Vellums;"
-               u"User ID=kvrn;Password=ferret";
+        return u"Provider=SQLOLEDB.1;Persist Security Info=True;Data Source=(LOCAL)\\MSSQL;"
+               u"Initial Catalog=Vellums;User ID=kvrn;Password=ferret";
     if (providerId == u"102")
-        return u"Provider=SQLOLEDB.1;Persist Security Info=False;Data Source=(LOCAL)\\MSSQL;Initial "
-               u"Catalog=Vellums;"
-               u"Integrated Security=SSPI";
+        return u"Provider=SQLOLEDB.1;Persist Security Info=False;Data Source=(LOCAL)\\MSSQL;"
+               u"Initial Catalog=Vellums;Integrated Security=SSPI";
     if (providerId == u"103")
         return u"Provider=Microsoft.Jet.OLEDB.4.0;Data Source=Vellums.mdb";
     return u"Provider=Microsoft.ACE.OLEDB.12.0; Data Source=Vellums.accdb";
@@ -149,10 +147,8 @@ std::u16string getConnPart(const Notebook& notebook, const std::u16string& conne
     const std::u16string file = connectionString.substr(reference->start, reference->length);
     if (!reference->isFile)
         return file;
-    if (part == ConnPart::FileName) {
-        const std::size_t last = text::lastSeparator(file);
-        return last == std::u16string::npos ? file : file.substr(last + 1);
-    }
+    if (part == ConnPart::FileName)
+        return std::u16string(text::nameOf(file));
     return file.empty() || isAbsolute(file) ? file : folder + file;
 }
 

@@ -19,21 +19,6 @@
 namespace vellums {
 namespace {
 
-// The folder of a path, its separator included.
-std::u16string folderOf(const std::u16string& path)
-{
-    return path.substr(0, text::lastSeparator(path) + 1);
-}
-
-// The separator at the end goes, but not that of a drive's root.
-std::u16string withoutEnd(std::u16string folder)
-{
-    constexpr std::size_t kRootLength = 3;
-    if (folder.size() > kRootLength && text::lastSeparator(folder) == folder.size() - 1)
-        folder.pop_back();
-    return folder;
-}
-
 // A path that is not absolute is looked for in the data folder, then beside the program.
 bool useStoredDatabase(Notebook& notebook)
 {
@@ -42,9 +27,9 @@ bool useStoredDatabase(Notebook& notebook)
         return false;
     notebook.dbConn = stored;
     const bool isRelative = namesRelativeFile(stored);
-    const std::u16string folders[] = {
-        withoutEnd(readSetting(notebook.settingsFile, kDbParentSetting)), notebook.appDir};
-    for (const std::u16string& folder : folders) {
+    const std::u16string parent = readSetting(notebook.settingsFile, kDbParentSetting);
+    for (const std::u16string_view folder :
+        {text::withoutSeparator(parent), std::u16string_view(notebook.appDir)}) {
         if (folder.empty() && isRelative) // the current folder never matters
             continue;
         notebook.dbParent = folder;
@@ -52,7 +37,7 @@ bool useStoredDatabase(Notebook& notebook)
         if (path.empty() || !platform::fileExists(path))
             continue;
         if (folder.empty())
-            notebook.dbParent = withoutEnd(folderOf(path));
+            notebook.dbParent = text::folderOf(path);
         return true;
     }
     return false;
@@ -74,15 +59,20 @@ bool useDatabaseOfProgramFolder(Notebook& notebook)
 
 } // namespace
 
-bool startUp(Notebook& notebook, const std::u16string& appDir, const std::u16string& exeName,
-    const std::function<void(Notebook&)>& chooseProvider)
+void useProgramFolder(Notebook& notebook, const std::u16string& appDir, const std::u16string& exeName)
 {
-    notebook.appDir = withoutEnd(appDir);
+    notebook.appDir = text::withoutSeparator(appDir);
     notebook.exeName = exeName;
     notebook.settingsFile = platform::inFolder(notebook.appDir, exeName + u".ini");
     notebook.logFile = platform::inFolder(notebook.appDir, exeName + u".log");
-    notebook.safetyCopies = readSetting(notebook.settingsFile, kBackupSetting);
     notebook.handOverFile = platform::inFolder(notebook.appDir, u"snippet.tmp");
+    notebook.safetyCopies = readSetting(notebook.settingsFile, kBackupSetting);
+}
+
+bool startUp(Notebook& notebook, const std::u16string& appDir, const std::u16string& exeName,
+    const std::function<void(Notebook&)>& chooseProvider)
+{
+    useProgramFolder(notebook, appDir, exeName);
     if (chooseProvider)
         chooseProvider(notebook);
     notebook.chinese = systemLanguage(notebook.settingsFile).chinese;

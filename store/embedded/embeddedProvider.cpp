@@ -83,8 +83,8 @@ void EmbeddedProvider::createDatabase(const std::u16string& path, const std::u16
         // Numbers and sentences are those that an installed provider gives.
         if (platform::fileExists(path) || platform::folderExists(path))
             throw jet::Error(3204, jet::kDuplicateSource, u"Database already exists.");
-        const std::size_t cut = text::lastSeparator(path);
-        if (cut != std::u16string::npos && cut != 0 && !platform::folderExists(path.substr(0, cut + 1)))
+        const std::u16string folder(text::folderOf(path));
+        if (!folder.empty() && !platform::folderExists(folder))
             throw jet::Error(3044, jet::kFail,
                 u"'" + path + u"' is not a valid path. Make sure that the path name is spelled correctly.");
         // Made under another name, so that a database without its table is never found.
