@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <span>
 #include <unistd.h>
+#include <utility>
 
 namespace vellums::platform {
 
@@ -14,15 +15,18 @@ std::size_t readRange(int descriptor, std::uint64_t offset, std::span<std::byte>
 // 0 when everything was written, else errno.
 int writeRange(int descriptor, std::uint64_t offset, std::span<const std::byte> bytes);
 
-// Closes what it holds.
+// Closes what it holds; -1: nothing.
 struct OwnedDescriptor {
     int fd = -1;
     explicit OwnedDescriptor(int raw)
         : fd(raw)
     {
     }
-    OwnedDescriptor(const OwnedDescriptor&) = delete;
-    OwnedDescriptor& operator=(const OwnedDescriptor&) = delete;
+    OwnedDescriptor(OwnedDescriptor&& other) noexcept
+        : fd(std::exchange(other.fd, -1))
+    {
+    }
+    OwnedDescriptor& operator=(OwnedDescriptor&&) = delete;
     ~OwnedDescriptor()
     {
         if (fd >= 0)

@@ -8,12 +8,12 @@
 #include "platform/files.h"
 
 #include "platform/posix/descriptor.h"
+#include "platform/posix/ownedListing.h"
 #include "platform/posix/systemPath.h"
 #include "text/oleDate.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <dirent.h>
 #include <fcntl.h>
 #include <filesystem>
 #include <new>
@@ -72,14 +72,14 @@ int openFlags(Access access)
     return O_RDONLY;
 }
 
-int openOnce(const std::string& path, Access access)
+OwnedDescriptor openOnce(const std::string& path, Access access)
 {
     int fd = -1;
     do
         fd = ::open(path.c_str(), openFlags(access) | O_CLOEXEC, 0666);
     while (fd < 0 && errno == EINTR);
     if (fd >= 0)
-        return fd;
+        return OwnedDescriptor(fd);
     const int code = errno;
     // Two failures have one number here: the file is missing, or its folder is.
     if (code == ENOENT && !isFolder(folderOf(path)))
@@ -115,7 +115,10 @@ bool stillNamed(const std::string& path, const struct stat& opened)
 } // namespace
 
 struct File::Handle : OwnedDescriptor {
-    using OwnedDescriptor::OwnedDescriptor;
+    explicit Handle(OwnedDescriptor&& opened)
+        : OwnedDescriptor(std::move(opened))
+    {
+    }
 };
 
 File::File(const std::u16string& path, Access access)
@@ -336,17 +339,14 @@ bool removeFolder(const std::u16string& path)
 std::vector<std::u16string> databaseNames(const std::u16string& folder)
 {
     std::vector<std::u16string> names;
-    const std::string base = systemPath(folder);
-    DIR* listing = ::opendir(base.empty() ? "." : base.c_str());
+    const OwnedListing listing(::opendir(folder.empty() ? "." : systemPath(folder).c_str()));
     if (listing == nullptr)
         return names;
-    while (const struct dirent* entry = ::readdir(listing)) {
+    while (const struct dirent* entry = ::readdir(listing.get())) {
         const std::u16string name = pathFromBytes(entry->d_name);
-        const bool candidate = matchesDatabasePattern(name);
-        if (candidate && fileExists(folder + u"/" + name))
+        if (matchesDatabasePattern(name) && fileExists(inFolder(folder, name)))
             names.push_back(name);
     }
-    ::closedir(listing);
     return names;
 }
 

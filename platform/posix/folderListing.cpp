@@ -1,26 +1,18 @@
 #include "platform/folderListing.h"
 
 #include "platform/codePage.h"
+#include "platform/posix/ownedListing.h"
 #include "platform/posix/systemPath.h"
 
 #include <cerrno>
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 
 namespace vellums::platform {
 
 struct FolderListing::Search {
-    DIR* raw = nullptr;
+    OwnedListing listing;
     std::optional<FileFault> fault;
-    Search() = default;
-    Search(const Search&) = delete;
-    Search& operator=(const Search&) = delete;
-    ~Search()
-    {
-        if (raw != nullptr)
-            ::closedir(raw);
-    }
 };
 
 FolderListing::FolderListing(const std::u16string& folder)
@@ -28,10 +20,10 @@ FolderListing::FolderListing(const std::u16string& folder)
 {
     // A folder whose name the code page cannot hold counts as missing, on every system alike.
     if (toAnsiExact(folder))
-        search_->raw = ::opendir(systemPath(folder).c_str());
+        search_->listing.reset(::opendir(systemPath(folder).c_str()));
     else
         errno = ENOENT;
-    if (search_->raw == nullptr)
+    if (search_->listing == nullptr)
         search_->fault = faultOfErrno(errno);
 }
 
@@ -41,11 +33,11 @@ FolderListing::~FolderListing() = default;
 
 bool FolderListing::next(FolderEntry& entry)
 {
-    if (search_->raw == nullptr)
+    if (search_->listing == nullptr)
         return false;
     // The end and a failure are told apart by errno alone, which nothing else may have set.
     errno = 0;
-    const struct dirent* found = ::readdir(search_->raw);
+    const struct dirent* found = ::readdir(search_->listing.get());
     if (found == nullptr) {
         if (errno != 0)
             search_->fault = faultOfErrno(errno);
@@ -56,7 +48,7 @@ bool FolderListing::next(FolderEntry& entry)
     entry.nameLost = entry.name != name;
     struct stat info { };
     // First the entry itself, then, for a link, what it leads to: a link to a folder counts as a folder.
-    const int folder = ::dirfd(search_->raw);
+    const int folder = ::dirfd(search_->listing.get());
     const bool known = ::fstatat(folder, found->d_name, &info, AT_SYMLINK_NOFOLLOW) == 0;
     entry.isLink = known && S_ISLNK(info.st_mode);
     if (entry.isLink && ::fstatat(folder, found->d_name, &info, 0) != 0)

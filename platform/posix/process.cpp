@@ -1,5 +1,6 @@
 #include "platform/process.h"
 
+#include "platform/posix/descriptor.h"
 #include "platform/posix/systemPath.h"
 
 #include <fcntl.h>
@@ -15,21 +16,14 @@ std::uint32_t processId()
 
 // A lock on the executable itself: nothing is left behind, and every path to the file means the same.
 struct SingleInstance::Claim {
-    int fd = -1;
+    OwnedDescriptor file;
     bool first = true;
 
     explicit Claim(const std::u16string& executable)
-        : fd(::open(systemPath(executable).c_str(), O_RDONLY | O_CLOEXEC))
+        : file(::open(systemPath(executable).c_str(), O_RDONLY | O_CLOEXEC))
     {
         // Where the executable cannot be opened nobody can be told from anybody, and the program runs.
-        first = fd < 0 || ::flock(fd, LOCK_EX | LOCK_NB) == 0;
-    }
-    Claim(const Claim&) = delete;
-    Claim& operator=(const Claim&) = delete;
-    ~Claim()
-    {
-        if (fd >= 0)
-            ::close(fd);
+        first = file.fd < 0 || ::flock(file.fd, LOCK_EX | LOCK_NB) == 0;
     }
 };
 

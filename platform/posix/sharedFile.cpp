@@ -4,10 +4,10 @@
 #include "platform/posix/descriptor.h"
 #include "platform/posix/systemPath.h"
 
-#include <cerrno>
+#include <utility>
+
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace vellums::platform {
 namespace {
@@ -28,18 +28,10 @@ int openFlags(SharedFile::Mode mode)
 
 } // namespace
 
-struct SharedFile::Handle {
-    int fd = -1;
-    explicit Handle(int raw)
-        : fd(raw)
+struct SharedFile::Handle : OwnedDescriptor {
+    explicit Handle(OwnedDescriptor&& opened)
+        : OwnedDescriptor(std::move(opened))
     {
-    }
-    Handle(const Handle&) = delete;
-    Handle& operator=(const Handle&) = delete;
-    ~Handle()
-    {
-        if (fd >= 0)
-            ::close(fd);
     }
 };
 
@@ -56,13 +48,12 @@ std::optional<SharedFile> SharedFile::open(const std::u16string& path, Mode mode
     if (!toAnsiExact(path))
         return std::nullopt;
     // Without waiting for the other end when the name is that of a pipe.
-    const int raw = ::open(systemPath(path).c_str(), openFlags(mode) | O_CLOEXEC | O_NONBLOCK, 0666);
-    auto handle = std::make_unique<Handle>(raw);
+    OwnedDescriptor opened(::open(systemPath(path).c_str(), openFlags(mode) | O_CLOEXEC | O_NONBLOCK, 0666));
     struct stat info { };
     // Only plain files: a device or a pipe has no size, and reading one may never end.
-    if (raw < 0 || ::fstat(raw, &info) != 0 || !S_ISREG(info.st_mode))
+    if (opened.fd < 0 || ::fstat(opened.fd, &info) != 0 || !S_ISREG(info.st_mode))
         return std::nullopt;
-    return SharedFile(std::move(handle));
+    return SharedFile(std::make_unique<Handle>(std::move(opened)));
 }
 
 std::optional<std::uint64_t> SharedFile::size() const

@@ -6,6 +6,7 @@
 
 #include "platform/win32/fileRanges.h"
 #include "platform/win32/ownedHandle.h"
+#include "platform/win32/ownedSearch.h"
 #include "platform/win32/systemPath.h"
 #include "text/oleDate.h"
 
@@ -278,15 +279,14 @@ std::vector<std::u16string> databaseNames(const std::u16string& folder)
     std::vector<std::u16string> names;
     WIN32_FIND_DATAW data{};
     // Windows compares short names as well, so the long name is looked at again.
-    HANDLE search = FindFirstFileW(systemPath(folder + u"\\*.*db").c_str(), &data);
-    if (search == INVALID_HANDLE_VALUE)
+    const OwnedSearch search(FindFirstFileW(systemPath(inFolder(folder, u"*.*db")).c_str(), &data));
+    if (!search)
         return names;
     do {
         const std::u16string name = fromWide(data.cFileName);
         if ((data.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0 && matchesDatabasePattern(name))
             names.push_back(name);
-    } while (FindNextFileW(search, &data));
-    FindClose(search);
+    } while (FindNextFileW(search.raw, &data));
     return names;
 }
 

@@ -2,12 +2,12 @@
 
 #include "platform/codePage.h"
 #include "platform/win32/ownedHandle.h"
+#include "platform/win32/ownedSearch.h"
 #include "platform/win32/systemPath.h"
 
 #include <windows.h>
 
 namespace vellums::platform {
-
 namespace {
 
 // Asks for no access at all, so that a folder which may not be read can be identified; a folder opens with
@@ -22,20 +22,10 @@ bool identify(const std::u16string& folder, BY_HANDLE_FILE_INFORMATION& info)
 
 } // namespace
 
-struct FolderListing::Search {
+struct FolderListing::Search : OwnedSearch {
     WIN32_FIND_DATAW data{};
-    HANDLE raw = INVALID_HANDLE_VALUE;
     bool waiting = false; // the entry in data has not been handed out
     std::optional<FileFault> fault;
-
-    Search() = default;
-    Search(const Search&) = delete;
-    Search& operator=(const Search&) = delete;
-    ~Search()
-    {
-        if (raw != INVALID_HANDLE_VALUE)
-            FindClose(raw);
-    }
 };
 
 FolderListing::FolderListing(const std::u16string& folder)
@@ -46,7 +36,7 @@ FolderListing::FolderListing(const std::u16string& folder)
         search_->raw = FindFirstFileW(systemPath(folder + u"*.*").c_str(), &search_->data);
     else
         SetLastError(ERROR_PATH_NOT_FOUND);
-    search_->waiting = search_->raw != INVALID_HANDLE_VALUE;
+    search_->waiting = static_cast<bool>(*search_);
     // The root of an empty disk has no entry at all.
     if (!search_->waiting && GetLastError() != ERROR_FILE_NOT_FOUND)
         search_->fault = faultOfWindows(GetLastError());
@@ -58,7 +48,7 @@ FolderListing::~FolderListing() = default;
 
 bool FolderListing::next(FolderEntry& entry)
 {
-    if (search_->raw == INVALID_HANDLE_VALUE)
+    if (!*search_)
         return false;
     if (!search_->waiting && !FindNextFileW(search_->raw, &search_->data)) {
         if (GetLastError() != ERROR_NO_MORE_FILES)
