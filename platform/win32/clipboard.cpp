@@ -2,7 +2,6 @@
 
 #include "platform/win32/systemPath.h"
 
-#include <algorithm>
 #include <cstring>
 #include <string_view>
 
@@ -63,6 +62,21 @@ private:
     void* data_;
 };
 
+// A block of the text and its terminator; null: there is no room for it.
+HGLOBAL blockOf(const std::u16string& text)
+{
+    const std::size_t bytes = (text.size() + 1) * sizeof(char16_t);
+    const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, bytes);
+    if (block == nullptr)
+        return nullptr;
+    if (const LockedBlock locked(block); locked.data() != nullptr) {
+        std::memcpy(locked.data(), text.c_str(), bytes);
+        return block;
+    }
+    GlobalFree(block);
+    return nullptr;
+}
+
 } // namespace
 
 bool clipboardHasText()
@@ -91,16 +105,9 @@ ClipboardText clipboardText()
 
 bool setClipboardText(const std::u16string& text)
 {
-    const std::u16string kept = text.substr(0, text.find(u'\0'));
-    const std::size_t bytes = (kept.size() + 1) * sizeof(char16_t);
-    const HGLOBAL block = GlobalAlloc(GMEM_MOVEABLE, bytes);
+    const HGLOBAL block = blockOf(text.substr(0, text.find(u'\0')));
     if (block == nullptr)
         return false;
-    {
-        const LockedBlock locked(block);
-        if (locked.data() != nullptr)
-            std::memcpy(locked.data(), kept.c_str(), bytes);
-    }
     const OpenedClipboard clipboard;
     // Once taken, the block is the system's.
     const bool taken = clipboard && EmptyClipboard() && SetClipboardData(CF_UNICODETEXT, block) != nullptr;
