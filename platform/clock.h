@@ -1,5 +1,4 @@
-// Time: the local clock, and OLE automation dates (days since 1899-12-30 as a double; the fraction is
-// the time of day, also for dates before that day, where it counts away from zero).
+// The clock. Dates are those of text/oleDate.h.
 #pragma once
 
 #include "text/oleDate.h"

@@ -1,28 +1,13 @@
 #include "platform/files.h"
 
 #include "text/decimal.h"
+#include "text/letterCase.h"
 #include "text/path.h"
 
+#include <utility>
 #include <vector>
 
 namespace vellums::platform {
-namespace {
-
-char16_t lowerAscii(char16_t c)
-{
-    return c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c + 32) : c;
-}
-
-} // namespace
-
-// "*.*db": a dot, and at the end "db", which may follow the dot at once.
-bool matchesDatabasePattern(std::u16string_view name)
-{
-    return name.size() >= 3 && lowerAscii(name[name.size() - 2]) == u'd' &&
-        lowerAscii(name[name.size() - 1]) == u'b' &&
-        name.substr(0, name.size() - 2).find(u'.') != std::u16string_view::npos;
-}
-
 namespace {
 
 // Piece by piece: a database may be larger than the memory that is left.
@@ -41,6 +26,13 @@ void copyBytes(const File& original, File& copy)
 }
 
 } // namespace
+
+// "*.*db": a dot, and at the end "db", which may follow the dot at once.
+bool matchesDatabasePattern(std::u16string_view name)
+{
+    return name.size() >= 3 && text::equalNoCase(name.substr(name.size() - 2), u"db") &&
+        name.substr(0, name.size() - 2).find(u'.') != std::u16string_view::npos;
+}
 
 void copyFile(const std::u16string& from, const std::u16string& to)
 {

@@ -76,7 +76,7 @@ private:
 bool fileExists(const std::u16string& path);   // a file, not a folder
 bool folderExists(const std::u16string& path); // a folder
 std::optional<std::uint64_t> fileSize(const std::u16string& path);
-// Local time of the last change, as an OLE automation date (days since 1899-12-30).
+// Local time of the last change, as an OLE automation date.
 std::optional<double> fileModified(const std::u16string& path);
 // False when it could not be removed, for want of memory too; a missing file counts as removed.
 bool removeFile(const std::u16string& path) noexcept;
