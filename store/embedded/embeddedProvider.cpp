@@ -70,6 +70,11 @@ private:
     std::u16string file_;
 };
 
+[[noreturn]] void failAsThere()
+{
+    throw jet::Error(3204, jet::kDuplicateSource, u"Database already exists.");
+}
+
 } // namespace
 
 std::unique_ptr<Connection> EmbeddedProvider::open(const std::u16string& connectionString) const
@@ -82,19 +87,22 @@ void EmbeddedProvider::createDatabase(const std::u16string& path, const std::u16
     asProvider([&] {
         // Numbers and sentences are those that an installed provider gives.
         if (platform::fileExists(path) || platform::folderExists(path))
-            throw jet::Error(3204, jet::kDuplicateSource, u"Database already exists.");
+            failAsThere();
         const std::u16string folder(text::folderOf(path));
         if (!folder.empty() && !platform::folderExists(folder))
             throw jet::Error(3044, jet::kFail,
                 u"'" + path + u"' is not a valid path. Make sure that the path name is spelled correctly.");
-        // Made under another name, so that a database without its table is never found.
+        // Made under another name, so that a database without its table is never found, and moved only where
+        // nobody has made one of this name meanwhile.
         const std::u16string unfinished = platform::unusedPath(path, u".new");
         try {
             jet::createDatabase(unfinished, formatOf(path), platform::oleNow());
             jet::Database(unfinished).createTable(snippetTable(table));
-            platform::replaceFile(unfinished, path);
-        } catch (const platform::FileError&) {
+            platform::moveToFreeName(unfinished, path);
+        } catch (const platform::FileError& e) {
             platform::removeFile(unfinished);
+            if (e.fault == platform::FileFault::Exists)
+                failAsThere();
             throw jet::Error(3043, jet::kFail, u"Disk or network error.");
         } catch (...) {
             platform::removeFile(unfinished);

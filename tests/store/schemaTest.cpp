@@ -1,10 +1,12 @@
 #include "store/databases/schema.h"
 
 #include "jet/catalogue/blankDatabase.h"
+#include "jet/file/diskFile.h"
 #include "platform/files.h"
 #include "store/connectionString.h"
 #include "store/databases/accessFile.h"
 #include "store/databases/modCreateDB.h"
+#include "store/embedded/embeddedProvider.h"
 #include "tests/support/testNotebook.h"
 
 #include <gmock/gmock.h>
@@ -87,6 +89,27 @@ TEST(CreateDatabase, NamesTheTableAfterTheFile)
         EXPECT_EQ(newTableName(c.file, false), c.english);
         EXPECT_EQ(newTableName(c.file, true), c.chinese);
     }
+}
+
+// The other one comes to its end while ours is still being made under another name.
+TEST(CreateDatabase, LeavesAloneWhatAnotherProgramMakesMeanwhile)
+{
+    const tests::TemporaryFolder folder;
+    const std::u16string path = folder.file(u"new.mdb");
+    jet::DiskFile::beforeOperation = [&](const jet::DiskOperation&) {
+        folder.write(u"new.mdb", "another's");
+    };
+    std::int32_t number = 0;
+    try {
+        EmbeddedProvider().createDatabase(path, u"Notes");
+    } catch (const ProviderError& e) {
+        number = e.number;
+    }
+    jet::DiskFile::beforeOperation = nullptr;
+    EXPECT_EQ(number, jet::kDuplicateSource);
+    EXPECT_TRUE(tests::bytesOf(path) == "another's");
+    EXPECT_TRUE(platform::removeFile(path));
+    EXPECT_TRUE(platform::removeFolder(folder.path())) << "something is left beside it";
 }
 
 TEST(CreateDatabase, MakesASnippetTableOnceAndNeverOverAnything)
