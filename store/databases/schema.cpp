@@ -1,20 +1,9 @@
 #include "store/databases/schema.h"
 
 #include "platform/files.h"
-#include "store/connectionString.h"
-
-#include <algorithm>
 
 namespace vellums {
 namespace {
-
-std::u16string joined(const std::vector<std::u16string>& names, std::u16string_view separator = u"")
-{
-    std::u16string all;
-    for (const std::u16string& name : names)
-        all.append(all.empty() ? u"" : separator).append(name);
-    return all;
-}
 
 // System tables, links to other files and stored queries have types of their own.
 std::vector<std::u16string> ordinaryTables(Connection& connection)
@@ -36,7 +25,7 @@ std::vector<std::u16string> columnNames(Connection& connection, const std::u16st
 
 bool isSnippetTable(Connection& connection, const std::u16string& table)
 {
-    return joined(columnNames(connection, table)) == joined(snippetColumnNames());
+    return columnNames(connection, table) == snippetColumnNames();
 }
 
 bool isSnippetTable(
@@ -61,7 +50,10 @@ std::u16string getFirstTable(const Notebook& notebook, const std::u16string& con
 
 std::u16string getDataBaseList(const Notebook& notebook, const std::u16string& folder)
 {
-    return joined(platform::databaseNames(folder.empty() ? notebook.dbParent : folder), u"\r\n");
+    std::u16string list;
+    for (const std::u16string& name : platform::databaseNames(folder.empty() ? notebook.dbParent : folder))
+        list.append(list.empty() ? u"" : u"\r\n").append(name);
+    return list;
 }
 
 std::vector<std::u16string> snippetTables(Connection& connection)

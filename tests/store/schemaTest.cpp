@@ -25,8 +25,10 @@ TEST(Schema, RecognisesASnippetTableByItsColumns)
     notes.run(
         u"CREATE TABLE [Many] (ID COUNTER, " + std::u16string(columns) + u", VLMD5 TEXT(32), X INTEGER)");
     notes.run(u"CREATE TABLE [Lower] (id COUNTER, " + std::u16string(columns) + u", vlmd5 TEXT(32))");
+    notes.run(u"CREATE TABLE [Moved] (IDVL COUNTER, HEAD TEXT(255), VLTEXT MEMO, VLTYPE TEXT(255), "
+              u"VLDATE DATETIME, VLLINK TEXT(255), VLMD5 TEXT(32))");
     notes.run(u"CREATE TABLE [Same] (ID COUNTER, " + std::u16string(columns) + u", VLMD5 TEXT(32))");
-    for (const char16_t* table : {u"Few", u"Many", u"Lower", u"Missing", u"MSysObjects"})
+    for (const char16_t* table : {u"Few", u"Many", u"Lower", u"Moved", u"Missing", u"MSysObjects"})
         EXPECT_FALSE(isSnippetTable(*notes, notes->dbConn, table));
     EXPECT_TRUE(isSnippetTable(*notes, notes->dbConn, u"Notes"));
     EXPECT_TRUE(isSnippetTable(*notes, notes->dbConn, u"Same"));
