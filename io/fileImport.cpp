@@ -18,7 +18,6 @@
 #include "text/pieces.h"
 #include "text/titles.h"
 
-#include <cstdio>
 #include <new>
 #include <optional>
 #include <utility>
@@ -54,17 +53,6 @@ std::u16string withoutEmptyLineRuns(std::u16string_view text)
         i += 2;
     }
     return out;
-}
-
-// Two decimals, a comma between thousands.
-std::u16string grouped(double value)
-{
-    char digits[400];
-    std::snprintf(digits, sizeof digits, "%.2f", value);
-    std::string text(digits);
-    for (std::size_t at = text.find('.'); at > 3; at -= 3)
-        text.insert(at - 3, ",");
-    return std::u16string(text.begin(), text.end());
 }
 
 // A value that does not fit into its column; any other error would meet the next record as well.
@@ -232,12 +220,12 @@ bool FileImport::mayLoad(Batches& batches, const std::u16string& path, std::uint
 {
     if (dialogs_ == nullptr)
         return false;
-    const double excess = static_cast<double>(size - kLargestText) / 1024.0;
     const std::u16string question =
         notebook_.say(u"Are you sure you want to load this large file?", u"文件过大，请确认是否继续导入?");
     batches.finish(); // others may use the database while the question stands
     const Answer answer = dialogs_->askYesNo(
-        question + u"\r\n\r\n\r\n" + path + u" (" + grouped(excess) + u"KB)", QuestionIcon::Information);
+        question + u"\r\n\r\n\r\n" + path + u" (" + text::kilobytes(size - kLargestText) + u")",
+        QuestionIcon::Information);
     batches.step();
     return answer == Answer::Yes;
 }

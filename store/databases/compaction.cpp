@@ -63,7 +63,6 @@ void replaceDatabase(const std::u16string& file, const std::u16string& compacted
         platform::copyFile(compacted, replacement.path());
     }
     platform::replaceFile(replacement.path(), file);
-    platform::syncFolderOf(file);
 }
 
 Sizes compact(const Notebook& notebook, const std::u16string& file)
@@ -110,29 +109,13 @@ Compaction failure(const Notebook& notebook, const std::u16string& file, const s
 
 } // namespace
 
-std::u16string kilobytes(std::uint64_t bytes)
-{
-    constexpr std::uint64_t kUnit = 1024;
-    const std::uint64_t rest = bytes % kUnit;
-    std::uint64_t hundredths = (rest * 100 + kUnit / 2) / kUnit;
-    std::uint64_t whole = bytes / kUnit;
-    if (hundredths == 100) {
-        hundredths = 0;
-        ++whole;
-    }
-    std::u16string digits = text::decimal(static_cast<std::int64_t>(whole));
-    for (std::size_t at = digits.size(); at > 3;)
-        digits.insert(at -= 3, u",");
-    return digits + u"." + text::decimal(static_cast<std::int64_t>(hundredths), 2) + u"KB";
-}
-
 Compaction compactDatabase(const Notebook& notebook, const std::u16string& file)
 {
     try {
         const Sizes sizes = compact(notebook, file);
         return {true,
-            heading(notebook, true) + u"\r\n" + file + u"\r\n" + kilobytes(sizes.before) + u" -> " +
-                kilobytes(sizes.after) + u"."};
+            heading(notebook, true) + u"\r\n" + file + u"\r\n" + text::kilobytes(sizes.before) + u" -> " +
+                text::kilobytes(sizes.after) + u"."};
     } catch (const ProviderError& e) {
         return failure(notebook, file, reasonOf(e));
     } catch (const platform::FileError& e) {

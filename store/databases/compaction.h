@@ -3,7 +3,6 @@
 
 #include "store/notebook.h"
 
-#include <cstdint>
 #include <string>
 
 namespace vellums {
@@ -17,8 +16,5 @@ struct Compaction {
 // At every moment the whole database lies under its name: the old one, or the compacted one. When it
 // fails the old one stays, and the report's last line says why. The caller holds no connection to it.
 Compaction compactDatabase(const Notebook& notebook, const std::u16string& file);
-
-// "1,234.00KB": bytes divided by 1024, with two decimals. Here for its test.
-std::u16string kilobytes(std::uint64_t bytes);
 
 } // namespace vellums

@@ -6,6 +6,7 @@
 #include "tests/support/lockedFile.h"
 #include "tests/support/shortWait.h"
 #include "tests/support/testNotebook.h"
+#include "text/decimal.h"
 #include "text/unicode.h"
 
 #include <gmock/gmock.h>
@@ -81,8 +82,8 @@ TEST_F(CompactionTest, PutsTheCopyInThePlaceOfTheFile)
     EXPECT_TRUE(result.done);
     EXPECT_EQ(tests::bytesOf(notes_.file()).size(), before_.size() + 4096);
     EXPECT_EQ(text::toUtf8(result.report),
-        text::toUtf8(u"Database file compacted:\r\n" + notes_.file() + u"\r\n" + kilobytes(before_.size()) +
-            u" -> " + kilobytes(before_.size() + 4096) + u"."));
+        text::toUtf8(u"Database file compacted:\r\n" + notes_.file() + u"\r\n" +
+            text::kilobytes(before_.size()) + u" -> " + text::kilobytes(before_.size() + 4096) + u"."));
     notes_->chinese = true;
     EXPECT_TRUE(compactDatabase(*notes_, notes_.file()).report.starts_with(u"数据库文件整理完毕:\r\n"));
     platform::File(notes_.file(), platform::Access::Write).resize(before_.size()); // for the checker
@@ -165,18 +166,6 @@ TEST_F(CompactionTest, RefusesWhatIsNoAccessFile)
     EXPECT_TRUE(compactDatabase(*notes_, notes_.folder().file(u"none.mdb"))
                     .report.ends_with(u"\r\nThe file is not there."));
     EXPECT_FALSE(platform::fileExists(notes_.folder().file(u"none.mdb")));
-}
-
-TEST(Kilobytes, HaveTwoDecimalsAndThousandsSeparators)
-{
-    const struct {
-        std::uint64_t bytes;
-        const char16_t* text;
-    } cases[] = {{0, u"0.00KB"}, {1, u"0.00KB"}, {6, u"0.01KB"}, {1019, u"1.00KB"}, {2048, u"2.00KB"},
-        {467456, u"456.50KB"}, {1263616, u"1,234.00KB"}, {1073741824, u"1,048,576.00KB"},
-        {1099511627264, u"1,073,741,823.50KB"}};
-    for (const auto& c : cases)
-        EXPECT_EQ(kilobytes(c.bytes), c.text);
 }
 
 } // namespace
