@@ -146,7 +146,7 @@ bool FileImport::importFolder(const std::u16string& folder)
     dialogs_ = askable;
     if (stopped())
         return done;
-    const Duplicates duplicates = delDupRec(notebook_, events_.duplicates, events_.refreshList);
+    const Duplicates duplicates = delDupRec(notebook_, events_.duplicates);
     duplicatesTold_ = duplicatesTold_ || duplicates.removed > 0;
     return done && duplicates.done;
 }

@@ -36,9 +36,8 @@ struct ImportEvents {
     std::function<void(const AddedRecord& record, const std::u16string& path)> added;
     std::function<void()> stored; // what was added up to now is lasting
     std::function<void(const std::u16string& message)> logged;
-    std::function<bool()> stop;        // asked after each entry and before each file; true: the import ends
-    std::function<void()> refreshList; // after a folder's duplicates were removed
-    BulkUser duplicates;               // to whom their removal turns
+    std::function<bool()> stop; // asked after each entry and before each file; true: the import ends
+    BulkUser duplicates;        // to whom the removal of a folder's duplicates turns
 };
 
 class FileImport {

@@ -58,7 +58,7 @@ std::u16string duplicatesText(const Notebook& notebook, std::size_t removed, std
 
 } // namespace
 
-Duplicates delDupRec(const Notebook& notebook, const BulkUser& user, const std::function<void()>& refreshList)
+Duplicates delDupRec(const Notebook& notebook, const BulkUser& user)
 {
     Found found;
     try {
@@ -79,8 +79,6 @@ Duplicates delDupRec(const Notebook& notebook, const BulkUser& user, const std::
                     ? notebook.dbTable
                     : notebook.say(u"The duplicates are left in place", u"未删除重复项")) +
             u" (" + deleted.result.reason(notebook) + u")");
-    if (refreshList)
-        refreshList();
     if (result.removed > 0)
         notebook.status.done(duplicatesText(notebook, result.removed, result.total));
     return result;

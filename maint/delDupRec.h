@@ -4,7 +4,6 @@
 #include "store/records/bulkAct.h"
 
 #include <cstddef>
-#include <functional>
 #include <string>
 
 namespace vellums {
@@ -18,9 +17,7 @@ struct Duplicates {
 
 // Of the records with one digest the oldest stays. Records without a digest are never deleted. Before
 // anything is deleted a safety copy is made; where it cannot be made and nobody can be asked, the
-// duplicates are left in place, and the panel says so. Then refreshList is called (deleted or not), and
-// the panel tells what was removed, if anything was.
-Duplicates delDupRec(
-    const Notebook& notebook, const BulkUser& user = {}, const std::function<void()>& refreshList = {});
+// duplicates are left in place, and the panel says so. The panel tells what was removed, if anything was.
+Duplicates delDupRec(const Notebook& notebook, const BulkUser& user = {});
 
 } // namespace vellums

@@ -144,15 +144,11 @@ TEST_F(Import, OfAFolderEndsWithTheRemovalOfDuplicates)
     notes_.folder().write(u"in/deep/b.txt", "same");
     notes_.folder().write(u"in/deep/c.log", "other");
     notes_.folder().write(u"in/deep/d.bin", "x");
-    int refreshed = 0;
-    ImportEvents told = events();
-    told.refreshList = [&] { ++refreshed; };
-    FileImport import(*notes_, &dialogs_, told);
+    FileImport import(*notes_, &dialogs_, events());
     EXPECT_TRUE(import.importFolder(notes_.folder().file(u"in")));
     EXPECT_THAT(added_, SizeIs(3));
     EXPECT_EQ(stored_, 3u);
     EXPECT_THAT(titles(), SizeIs(2));
-    EXPECT_EQ(refreshed, 1);
     EXPECT_THAT(notes_.shown(), ElementsAre(u"1 duplicate removed from total 3 records (33.33%)."));
     EXPECT_THAT(dialogs_.asked(), IsEmpty());
 }

@@ -1,6 +1,5 @@
 #include "maint/delDupRec.h"
 
-#include "app/start/settings.h"
 #include "platform/files.h"
 #include "store/databases/safetyCopy.h"
 #include "tests/support/testNotebook.h"
@@ -24,16 +23,13 @@ protected:
     std::vector<std::u16string> left() { return notes_.rows(u"SELECT ID FROM [Notes] ORDER BY ID"); }
 
     tests::TestNotebook notes_;
-    int refreshed_ = 0;
-    std::function<void()> refresh_ = [this] { ++refreshed_; };
 };
 
 TEST_F(Duplicate, RemovalDoesNothingInAnEmptyTable)
 {
-    const Duplicates result = delDupRec(*notes_, {}, refresh_);
+    const Duplicates result = delDupRec(*notes_);
     EXPECT_TRUE(result.done);
     EXPECT_EQ(result.removed, 0u);
-    EXPECT_EQ(refreshed_, 1);
     EXPECT_THAT(notes_.shown(), IsEmpty());
     EXPECT_FALSE(platform::fileExists(safetyCopyPath(notes_.file())));
 }
@@ -43,10 +39,9 @@ TEST_F(Duplicate, RemovalKeepsTheOldestOfEachDigest)
     add(2010, u"a");
     add(2011, u"a");
     add(2009, u"a");
-    EXPECT_TRUE(delDupRec(*notes_, {}, refresh_).done);
+    EXPECT_TRUE(delDupRec(*notes_).done);
     EXPECT_THAT(left(), ElementsAre(u"3"));
     EXPECT_THAT(notes_.shown(), ElementsAre(u"2 duplicates removed from total 3 records (66.67%)."));
-    EXPECT_EQ(refreshed_, 1);
 }
 
 TEST_F(Duplicate, RemovalPassesOverRecordsWithoutADigest)
@@ -79,8 +74,7 @@ TEST_F(Duplicate, RemovalCopiesTheDatabaseFirst)
 TEST_F(Duplicate, RemovalTellsWhatFailed)
 {
     notes_->dbTable = u"Missing";
-    EXPECT_FALSE(delDupRec(*notes_, {}, refresh_).done);
-    EXPECT_EQ(refreshed_, 0);
+    EXPECT_FALSE(delDupRec(*notes_).done);
     ASSERT_EQ(notes_.shown().size(), 1u);
     EXPECT_TRUE(notes_.shown()[0].starts_with(u"delDupRec - "));
     EXPECT_EQ(notes_.shown()[0].back(), u')');
