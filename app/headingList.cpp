@@ -51,8 +51,7 @@ bool dbQuery(const Notebook& notebook, const ListPorts& list, const SearchPorts&
         const auto rows = connection->query(headingStatement(queryOf(notebook, list.chkSort, search)));
         while (rows->next()) {
             const auto* id = std::get_if<std::int32_t>(&rows->value(0));
-            const auto* title = std::get_if<std::u16string>(&rows->value(1));
-            entries.push_back({title == nullptr ? u"" : *title, id == nullptr ? 0 : *id});
+            entries.push_back({textOf(rows->value(1)), id == nullptr ? 0 : *id});
         }
         // Asked once more before the list is touched: filling it takes long, too, and cannot be given up half
         // way.

@@ -8,6 +8,7 @@
 #include "text/decimal.h"
 
 #include <cstdio>
+#include <utility>
 #include <vector>
 
 namespace vellums {
@@ -20,19 +21,18 @@ struct Found {
     std::size_t total = 0;
 };
 
-// The rows come with the oldest of each digest first.
 Found findDuplicates(Connection& connection, const std::u16string& table)
 {
     Found found;
-    std::u16string previous;
+    std::u16string previous; // the digest of the row before, if it had one
     const auto rows = connection.query(u"SELECT ID, VLMD5 FROM [" + table + u"] ORDER BY VLMD5 ASC, VLDATE");
     while (rows->next()) {
         ++found.total;
         const auto* id = std::get_if<std::int32_t>(&rows->value(0));
-        const auto* digest = std::get_if<std::u16string>(&rows->value(1));
-        if (id != nullptr && digest != nullptr && !previous.empty() && *digest == previous)
+        std::u16string digest = textOf(rows->value(1));
+        if (id != nullptr && !digest.empty() && digest == previous)
             found.ids.push_back(*id);
-        previous = digest == nullptr ? std::u16string() : *digest;
+        previous = std::move(digest);
     }
     return found;
 }

@@ -35,6 +35,9 @@ struct ProviderError : std::exception {
 // "description (number)", as it is shown.
 std::u16string reasonOf(const ProviderError& error);
 
+// The text of a value; empty where it is NULL or no text.
+std::u16string textOf(const Value& value);
+
 inline constexpr std::int32_t kOperationCanceled = jet::kCanceled;
 
 // What a statement gave back, read forward once, while its connection is open.

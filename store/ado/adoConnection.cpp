@@ -35,12 +35,6 @@ std::size_t columnOf(const Recordset& rows, std::u16string_view name)
     return static_cast<std::size_t>(found - columns.begin());
 }
 
-std::u16string textIn(const Value& value)
-{
-    const auto* text = std::get_if<std::u16string>(&value);
-    return text == nullptr ? u"" : *text;
-}
-
 } // namespace
 
 AdoConnection::AdoConnection(const std::u16string& connectionString)
@@ -91,7 +85,7 @@ std::vector<SchemaTable> AdoConnection::tables()
         const std::size_t type = columnOf(rows, u"TABLE_TYPE");
         std::vector<SchemaTable> tables;
         while (rows.next())
-            tables.push_back({textIn(rows.value(name)), textIn(rows.value(type))});
+            tables.push_back({textOf(rows.value(name)), textOf(rows.value(type))});
         return tables;
     });
 }

@@ -17,7 +17,6 @@
 #include "text/textCleanup.h"
 #include "text/titles.h"
 
-#include <algorithm>
 #include <cassert>
 #include <functional>
 
@@ -28,11 +27,6 @@ using text::decimal;
 using text::replaceAll;
 
 constexpr std::u16string_view kLineEnd = u"\r\n";
-
-std::u16string errorLine(std::u16string_view label, const ProviderError& error)
-{
-    return std::u16string(label) + reasonOf(error);
-}
 
 std::u16string labelWithId(std::u16string_view routine, std::int32_t id)
 {
@@ -48,7 +42,7 @@ bool reporting(const Notebook& notebook, std::u16string_view label, Work&& work)
         work(*connection);
         return true;
     } catch (const ProviderError& e) {
-        notebook.status.failed(errorLine(label, e));
+        notebook.status.failed(std::u16string(label) + reasonOf(e));
         return false;
     }
 }
@@ -71,12 +65,6 @@ std::u16string whereId(std::int32_t id)
     return u" WHERE ID=" + decimal(id);
 }
 
-std::u16string textOf(const Value& value)
-{
-    const auto* text = std::get_if<std::u16string>(&value);
-    return text == nullptr ? std::u16string() : *text;
-}
-
 std::int32_t lastIdentity(Connection& connection)
 {
     const auto rows = connection.query(u"SELECT @@IDENTITY");
@@ -85,7 +73,7 @@ std::int32_t lastIdentity(Connection& connection)
     // A 32-bit number from Access files; servers give a decimal, whose lowest word is the last.
     if (const auto* number = std::get_if<std::int32_t>(&rows->value(0)))
         return *number;
-    const auto* wide = std::get_if<jet::Decimal>(&rows->value(0)); // of a server
+    const auto* wide = std::get_if<jet::Decimal>(&rows->value(0));
     return wide != nullptr && wide->scale == 0 ? static_cast<std::int32_t>(wide->magnitude[3]) : 0;
 }
 
@@ -297,8 +285,8 @@ ChangedRecords copyRecords(const Notebook& notebook, const std::u16string& targe
                 gone.push_back(place);
             ++place;
         });
+    // From the last on, so that the places before it stay valid.
     for (auto at = gone.rbegin(); at != gone.rend(); ++at)
-        // From the last on, so that the places before it stay valid.
         if (*at < copied.ids.size())
             copied.ids.erase(copied.ids.begin() + static_cast<std::ptrdiff_t>(*at));
     return copied;
