@@ -6,16 +6,12 @@
 
 #include "app/headingList.h"
 #include "app/start/settings.h"
-#include "platform/files.h"
 #include "store/connectionString.h"
 #include "store/databases/modCreateDB.h"
 #include "store/databases/schema.h"
 #include "store/databases/tableChanges.h"
-#include "text/decimal.h"
 #include "text/letterCase.h"
 #include "text/pieces.h"
-
-#include <algorithm>
 
 namespace vellums {
 namespace {
@@ -26,18 +22,6 @@ constexpr std::u16string_view kExtension = u".mdb";
 std::u16string queryError(const ProviderError& error)
 {
     return u"dbQuery: " + reasonOf(error);
-}
-
-// The name of a first start's table, with a number behind it where another table has it already.
-std::u16string freshName(const Notebook& notebook, Connection& connection)
-{
-    const std::u16string wish = newTableName(u"", notebook.chinese);
-    const std::vector<SchemaTable> tables = connection.tables();
-    std::u16string name = wish;
-    const auto taken = [&](const SchemaTable& table) { return text::equalNoCase(table.name, name); };
-    for (int number = 2; std::any_of(tables.begin(), tables.end(), taken); ++number)
-        name = wish + text::decimal(number);
-    return name;
 }
 
 } // namespace
@@ -216,7 +200,8 @@ void TableCommands::openAnother()
 void TableCommands::offerFreshTable()
 {
     storeDatabaseChoice(notebook_);
-    const std::u16string name = freshName(notebook_, *notebook_.connect());
+    // That of a first start, as far as no other table has it.
+    const std::u16string name = freeTableName(*notebook_.connect(), newTableName(u"", notebook_.chinese));
     const std::u16string left = notebook_.say(
         u"No snippet table is left in " + fileName() + u".", u"数据库 " + fileName() + u" 中已没有摘录表");
     notebook_.status.done(left);

@@ -58,11 +58,8 @@ std::u16string withoutEmptyLineRuns(std::u16string_view text)
 // A value that does not fit into its column; any other error would meet the next record as well.
 bool concernsOneRecord(const ProviderError& error)
 {
-    constexpr std::int32_t kCantConvertValue = -2147217913;
-    constexpr std::int32_t kErrorsOccurred = -2147217887;
-    constexpr std::int32_t kDataOverflow = -2147217833;
-    return error.number == kCantConvertValue || error.number == kErrorsOccurred ||
-        error.number == kDataOverflow;
+    return error.number == jet::kCantConvertValue || error.number == jet::kErrorsOccurred ||
+        error.number == jet::kDataOverflow;
 }
 
 } // namespace

@@ -5,11 +5,11 @@
 #include "text/letterCase.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace vellums {
 namespace {
 
-constexpr std::int32_t kFail = -2147467259;   // as the providers number a path they refuse
 constexpr std::size_t kLongestFileName = 200; // leaves room for what is put beside the file
 
 bool mayStandInFileName(char16_t unit)
@@ -36,7 +36,7 @@ void refuseBadFileName(const std::u16string& fileName)
         fileName.find_first_not_of(u" .") != std::u16string::npos && fileName.back() != u' ' &&
         fileName.back() != u'.' && !isDeviceName(fileName);
     if (!good)
-        throw ProviderError(u"'" + fileName + u"' is not a valid file name.", kFail);
+        throw ProviderError(u"'" + fileName + u"' is not a valid file name.", jet::kFail);
 }
 
 } // namespace

@@ -10,20 +10,26 @@
 #include "text/decimal.h"
 #include "text/letterCase.h"
 
+#include <algorithm>
+
 namespace vellums {
 namespace {
 
 using text::equalNoCase;
 
+bool isAmong(const std::vector<SchemaTable>& tables, const std::u16string& name)
+{
+    return std::any_of(tables.begin(), tables.end(),
+        [&](const SchemaTable& table) { return equalNoCase(table.name, name); });
+}
+
 bool tableExists(const Notebook& notebook, const std::u16string& name)
 {
     try {
-        for (const SchemaTable& table : notebook.connect()->tables())
-            if (equalNoCase(table.name, name))
-                return true;
+        return isAmong(notebook.connect()->tables(), name);
     } catch (const ProviderError&) { // then the first error says what there is to say
+        return false;
     }
-    return false;
 }
 
 // `renamed`: the table whose name it shall become, or empty. Of a change of letter case alone the name is
@@ -74,21 +80,16 @@ void replaceTable(Connection& connection, const std::u16string& from, const std:
     }
 }
 
-// A name that no table has and nobody types.
-std::u16string passingName(Connection& connection)
+} // namespace
+
+std::u16string freeTableName(Connection& connection, const std::u16string& name)
 {
     const std::vector<SchemaTable> tables = connection.tables();
-    for (int number = 1;; ++number) {
-        std::u16string name = u"Vellums " + text::decimal(number);
-        bool taken = false;
-        for (const SchemaTable& table : tables)
-            taken = taken || equalNoCase(table.name, name);
-        if (!taken)
-            return name;
-    }
+    std::u16string free = name;
+    for (int number = 2; isAmong(tables, free); ++number)
+        free = name + text::decimal(number);
+    return free;
 }
-
-} // namespace
 
 std::u16string checkedTableName(const std::u16string& name)
 {
@@ -136,7 +137,7 @@ void renameTable(Connection& connection, const std::u16string& table, const std:
     // A change of letter case goes by way of a third name, or the copy would be refused for the name it
     // copies.
     if (table != name && equalNoCase(table, name)) { // the same name to the database
-        const std::u16string passing = passingName(connection);
+        const std::u16string passing = freeTableName(connection, u"Vellums 1");
         replaceTable(connection, table, passing);
         replaceTable(connection, passing, name);
     } else {

@@ -14,6 +14,9 @@ namespace vellums {
 // any other: empty, longer than 64 characters, brackets, dots and the like, names of system tables.
 std::u16string checkedTableName(const std::u16string& name);
 
+// The name, with a number behind it where a table has it already. Throws ProviderError.
+std::u16string freeTableName(Connection& connection, const std::u16string& name);
+
 // An empty table with the structure of the current one.
 [[nodiscard]] bool newTable(const Notebook& notebook, const std::u16string& name);
 void newTable(Connection& connection, const std::u16string& source, const std::u16string& name);
