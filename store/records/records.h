@@ -37,14 +37,17 @@ struct AddedRecord {
     std::u16string title; // as it is stored
 };
 
+// Adds a record of now. The text is stored cleaned (text::cleanBody), with the digest of what is stored.
 std::optional<AddedRecord> addRecord(const Notebook& notebook, const NewRecord& record);
 AddedRecord addRecord(Connection& connection, const std::u16string& table, const NewRecord& record);
 
 // What became of a save.
 enum class Saved { Yes, Gone, Failed }; // Gone: there is no record of that ID any more; nothing was changed
+// Stores title and text as addRecord() does, the sticky stamp as it is given, and now as the date.
 Saved modRecord(const Notebook& notebook, std::int32_t id, const std::u16string& title,
     const std::u16string& text, const std::u16string& stamp);
 
+// Adds a record with the same columns but the ID; date and stamp, too.
 [[nodiscard]] bool dupRecord(const Notebook& notebook, std::int32_t id);
 
 void delRecord(Connection& connection, const std::u16string& table, std::int32_t id);
@@ -64,8 +67,10 @@ ChangedRecords delRecords(
 std::optional<SnippetRecord> getRecText(const Notebook& notebook, std::int32_t id);
 std::optional<SnippetRecord> getRecText(Connection& connection, const std::u16string& table, std::int32_t id);
 
+// Stamps records, which puts them before all others; the record that was stamped last comes first.
 ChangedRecords setStickyRecs(
     const Notebook& notebook, const std::vector<std::int32_t>& ids, const BulkUser& user = {});
+// Takes the stamp away. A record whose source file is still there gets the date of that file.
 ChangedRecords ClearStickyRecs(
     const Notebook& notebook, const std::vector<std::int32_t>& ids, const BulkUser& user = {});
 
