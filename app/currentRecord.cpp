@@ -4,6 +4,7 @@
 // is never taken for that of another record.
 #include "app/currentRecord.h"
 
+#include "app/headingList.h"
 #include "platform/clock.h"
 #include "text/oleDate.h"
 #include "text/pieces.h"
@@ -19,6 +20,13 @@ std::u16string dateText(const std::optional<double>& date)
 {
     const auto time = date ? text::localTime(*date) : std::nullopt;
     return time ? text::isoDateTime(*time) : std::u16string();
+}
+
+void hideResults(ListBox& lstInLineSrch)
+{
+    lstInLineSrch.setVisible(false);
+    lstInLineSrch.fill({});
+    lstInLineSrch.setTag({});
 }
 
 CurrentRecord::CurrentRecord(Notebook& notebook, RecordPorts boxes, ListPorts list, ListBox& lstInLineSrch)
@@ -65,7 +73,7 @@ void CurrentRecord::show(SnippetRecord record)
     table_ = std::move(table);
     saved_ = std::move(texts);
     ++generation_;
-    forgetResults();
+    hideResults(lstInLineSrch_); // they belong to the text before
 }
 
 // After a failure. Where not even this can be done, what the boxes hold counts as a new record: it may be
@@ -79,14 +87,6 @@ void CurrentRecord::showSaved() noexcept
     } catch (...) {
         record_.id = kNewRecord;
     }
-}
-
-// The places found belong to the text before.
-void CurrentRecord::forgetResults()
-{
-    lstInLineSrch_.setVisible(false);
-    lstInLineSrch_.fill({});
-    lstInLineSrch_.setTag({});
 }
 
 void CurrentRecord::rereadStampAndDate()
@@ -116,7 +116,7 @@ CurrentRecord::Saving CurrentRecord::save()
     RecordTexts texts = shown();
     if (record_.id < 0)
         return add(texts) ? Saving::Added : Saving::Failed;
-    const std::u16string heading = text::replaceAll(texts.title, u"\r\n", u"");
+    const std::u16string heading = text::replaceAll(texts.title, u"\r\n", u""); // as it will be stored
     switch (modRecord(origin(), record_.id, texts.title, texts.text, record_.type)) {
     case Saved::Failed:
         return Saving::Failed;
@@ -129,7 +129,8 @@ CurrentRecord::Saving CurrentRecord::save()
     record_.date = platform::oleNow();
     ++generation_;
     if (isInList())
-        renameHeading(record_.id, heading);
+        for (const int entry : entriesOf(list_.lstHeads, {record_.id}))
+            list_.lstHeads.setText(entry, heading);
     showDetails(record_);
     return Saving::Saved;
 }
@@ -142,7 +143,7 @@ bool CurrentRecord::add(const RecordTexts& texts)
 {
     NewRecord record;
     record.text = texts.text;
-    record.link = record_.link.empty() ? list_.chkSort.caption() : record_.link;
+    record.link = linkToStore();
     record.title = texts.title;
     Notebook there = record_.id < 0 ? notebook_ : origin();
     RecordTexts saved = texts;
@@ -162,7 +163,7 @@ bool CurrentRecord::add(const RecordTexts& texts)
     saved.title = boxes_.txtType.text();
     saved_ = std::move(saved); // up to here a failure leaves unsaved text of the new record
     if (isInList()) {
-        removeHeading(idBefore);
+        list_.lstHeads.remove(entriesOf(list_.lstHeads, {idBefore}));
         list_.lstHeads.insert(0, {added->title, added->id});
         list_.lstHeads.select(0);
     }
@@ -181,30 +182,20 @@ UnsavedText CurrentRecord::unsavedText() const
     kept.textBefore = saved_.text;
     kept.title = boxes_.txtType.text();
     kept.text = boxes_.txtTarget.text();
-    kept.link = record_.link.empty() ? list_.chkSort.caption() : record_.link;
+    kept.link = linkToStore();
     return kept;
+}
+
+// What was handed over with a text becomes the link of the record that it goes into.
+std::u16string CurrentRecord::linkToStore() const
+{
+    return record_.link.empty() ? list_.chkSort.caption() : record_.link;
 }
 
 // The list shows the table that the record belongs to.
 bool CurrentRecord::isInList() const
 {
     return conn_ == notebook_.dbConn && table_ == notebook_.dbTable;
-}
-
-void CurrentRecord::renameHeading(std::int32_t id, const std::u16string& title)
-{
-    for (int i = 0; i < list_.lstHeads.count(); ++i)
-        if (list_.lstHeads.datum(i) == id)
-            list_.lstHeads.setText(i, title);
-}
-
-void CurrentRecord::removeHeading(std::int32_t id)
-{
-    std::vector<int> entries;
-    for (int i = 0; i < list_.lstHeads.count(); ++i)
-        if (list_.lstHeads.datum(i) == id)
-            entries.push_back(i);
-    list_.lstHeads.remove(entries);
 }
 
 void CurrentRecord::showDetails(const SnippetRecord& record)

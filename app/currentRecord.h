@@ -57,10 +57,8 @@ private:
     void show(SnippetRecord record);
     void showSaved() noexcept;
     void showDetails(const SnippetRecord& record);
-    void forgetResults();
-    void renameHeading(std::int32_t id, const std::u16string& title);
-    void removeHeading(std::int32_t id);
     bool add(const RecordTexts& texts);
+    std::u16string linkToStore() const;
     bool isInList() const;
     Notebook origin() const;
 
@@ -74,6 +72,9 @@ private:
     RecordTexts saved_; // as the boxes held them after loading or saving
     std::uint64_t generation_ = 0;
 };
+
+// Empties the list of places found in a text and takes it away.
+void hideResults(ListBox& lstInLineSrch);
 
 // "yyyy-mm-dd hh:nn:ss"; empty without a date.
 std::u16string dateText(const std::optional<double>& date);

@@ -60,8 +60,7 @@ void Gate::carryOut(const Command& command) noexcept
             outcome_.failed(noMemory);
         } catch (const std::exception& failure) {
             outcome_.failed(described(failure));
-            // Not derived from std::exception, as it carries no sentence.
-        } catch (const platform::FileError& failure) {
+        } catch (const platform::FileError& failure) { // carries no sentence, and is no std::exception
             outcome_.failed(notebook_.say(u"A file could not be read or written", u"文件读写失败") + u" (" +
                 text::decimal(failure.systemCode) + u")");
         }

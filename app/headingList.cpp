@@ -27,6 +27,15 @@ HeadingQuery queryOf(const Notebook& notebook, const CheckItem& chkSort, const S
 
 } // namespace
 
+std::vector<int> entriesOf(const ListBox& lstHeads, const std::set<std::int32_t>& ids)
+{
+    std::vector<int> entries;
+    for (int i = 0; i < lstHeads.count(); ++i)
+        if (ids.contains(lstHeads.datum(i)))
+            entries.push_back(i);
+    return entries;
+}
+
 std::u16string windowCaption(const Notebook& notebook)
 {
     return u"Vellums - <" + databaseName(notebook) + u" - " + notebook.dbTable + u">";

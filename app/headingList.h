@@ -4,8 +4,11 @@
 #include "ports/windowPorts.h"
 #include "store/notebook.h"
 
+#include <cstdint>
 #include <functional>
+#include <set>
 #include <string>
+#include <vector>
 
 namespace vellums {
 
@@ -14,6 +17,9 @@ namespace vellums {
 // then, has become true.
 [[nodiscard]] bool dbQuery(const Notebook& notebook, const ListPorts& list, const SearchPorts& search,
     const std::function<bool()>& giveUp = {});
+
+// The entries of these records, ascending.
+std::vector<int> entriesOf(const ListBox& lstHeads, const std::set<std::int32_t>& ids);
 
 // "Vellums - <file - table>".
 std::u16string windowCaption(const Notebook& notebook);

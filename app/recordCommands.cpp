@@ -30,10 +30,23 @@ std::u16string saveQuestion(const Notebook& notebook)
     return notebook.say(u"Save changes to the current snippet?", u"是否保存当前记录所作修改?");
 }
 
-void sayAddedAgain(const Notebook& notebook)
+// A failure has been told where it was met.
+void saySaved(const Notebook& notebook, CurrentRecord::Saving saving)
 {
-    notebook.status.done(
-        notebook.say(u"The record no longer existed. 1 record added.", u"原记录已不存在, 已添加 1 条记录"));
+    switch (saving) {
+    case CurrentRecord::Saving::Failed:
+        break;
+    case CurrentRecord::Saving::Saved:
+        notebook.status.done(notebook.say(u"1 record saved.", u"已保存 1 条记录"));
+        break;
+    case CurrentRecord::Saving::Added:
+        notebook.status.done(notebook.say(u"1 record added.", u"已添加 1 条记录"));
+        break;
+    case CurrentRecord::Saving::AddedAgain:
+        notebook.status.done(notebook.say(
+            u"The record no longer existed. 1 record added.", u"原记录已不存在, 已添加 1 条记录"));
+        break;
+    }
 }
 
 } // namespace
@@ -100,7 +113,7 @@ bool RecordCommands::keep()
 {
     const CurrentRecord::Saving saving = current_.save();
     if (saving == CurrentRecord::Saving::AddedAgain)
-        sayAddedAgain(notebook_);
+        saySaved(notebook_, saving);
     return saving != CurrentRecord::Saving::Failed;
 }
 
@@ -155,7 +168,7 @@ void RecordCommands::showFirst(std::int32_t wanted)
         current_.clear();
         return;
     }
-    const std::vector<int> entries = entriesOf({wanted});
+    const std::vector<int> entries = entriesOf(list_.lstHeads, {wanted});
     const int entry = entries.empty() ? 0 : entries.front();
     assert(entry >= 0 && entry < list_.lstHeads.count());
     list_.lstHeads.select(entry);
@@ -193,20 +206,10 @@ std::vector<std::int32_t> RecordCommands::selectedIds() const
     return ids;
 }
 
-// Where the records stand in the list now, ascending.
-std::vector<int> RecordCommands::entriesOf(const std::set<std::int32_t>& ids) const
-{
-    std::vector<int> entries;
-    for (int i = 0; i < list_.lstHeads.count(); ++i)
-        if (ids.contains(list_.lstHeads.datum(i)))
-            entries.push_back(i);
-    return entries;
-}
-
 // Selects the entry of a record without loading it.
 void RecordCommands::showRecordOf(std::int32_t id)
 {
-    const std::vector<int> entries = entriesOf({id});
+    const std::vector<int> entries = entriesOf(list_.lstHeads, {id});
     list_.lstHeads.select(entries.empty() ? -1 : entries.front());
 }
 
@@ -288,7 +291,7 @@ ChangedRecords RecordCommands::deleteRecords(const std::vector<std::int32_t>& id
 
 bool RecordCommands::takeFromList(const std::set<std::int32_t>& ids, bool afterFailure)
 {
-    const std::vector<int> gone = entriesOf(ids);
+    const std::vector<int> gone = entriesOf(list_.lstHeads, ids);
     assert(std::is_sorted(gone.begin(), gone.end()));
     list_.lstHeads.remove(gone);
     if (afterFailure && !ids.contains(current_.id())) {
@@ -306,19 +309,7 @@ bool RecordCommands::takeFromList(const std::set<std::int32_t>& ids, bool afterF
 
 void RecordCommands::save()
 {
-    switch (current_.save()) {
-    case CurrentRecord::Saving::Failed:
-        break;
-    case CurrentRecord::Saving::Saved:
-        notebook_.status.done(notebook_.say(u"1 record saved.", u"已保存 1 条记录"));
-        break;
-    case CurrentRecord::Saving::Added:
-        notebook_.status.done(notebook_.say(u"1 record added.", u"已添加 1 条记录"));
-        break;
-    case CurrentRecord::Saving::AddedAgain:
-        sayAddedAgain(notebook_);
-        break;
-    }
+    saySaved(notebook_, current_.save());
 }
 
 bool RecordCommands::mayClose()
@@ -348,8 +339,7 @@ void RecordCommands::offerUnsavedTexts()
             const std::optional<TakenBack> back = takeBack(notebook_, *text);
             if (!back)
                 continue;
-            notebook_.status.done(back->added ? notebook_.say(u"1 record added.", u"已添加 1 条记录")
-                                              : notebook_.say(u"1 record saved.", u"已保存 1 条记录"));
+            saySaved(notebook_, back->added ? CurrentRecord::Saving::Added : CurrentRecord::Saving::Saved);
             refreshKeeping(back->id);
         }
         // Reached when the text is in the database or given up, and only then.

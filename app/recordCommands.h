@@ -67,7 +67,6 @@ private:
     void showFirst(std::int32_t wanted);
     void sayCount();
     void showRecordOf(std::int32_t id);
-    std::vector<int> entriesOf(const std::set<std::int32_t>& ids) const;
     ChangedRecords deleteRecords(const std::vector<std::int32_t>& ids);
     void addFromClipboard(const std::u16string& text, bool fromClipboard);
 

@@ -111,13 +111,6 @@ void lstInLineSrchClick(const FindPorts& find)
     text.focus();
 }
 
-void hideResults(ListBox& lstInLineSrch)
-{
-    lstInLineSrch.setVisible(false);
-    lstInLineSrch.fill({});
-    lstInLineSrch.setTag({});
-}
-
 void copyResult(const Notebook& notebook, const ListBox& lstInLineSrch)
 {
     const int entry = lstInLineSrch.current();

@@ -15,9 +15,6 @@ void doInlineSearch(const Notebook& notebook, const FindPorts& find);
 // Selects in the text what the selected entry of the list stands for, and gives the text the focus.
 void lstInLineSrchClick(const FindPorts& find);
 
-// Empties the list and takes it away.
-void hideResults(ListBox& lstInLineSrch);
-
 // The matched text of the selected entry, or the entries as they are shown, a line each, to the clipboard.
 void copyResult(const Notebook& notebook, const ListBox& lstInLineSrch);
 void copyAllResults(const Notebook& notebook, const ListBox& lstInLineSrch);

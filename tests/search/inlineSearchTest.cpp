@@ -1,5 +1,6 @@
 #include "search/inlineSearch.h"
 
+#include "app/currentRecord.h"
 #include "platform/clipboard.h"
 #include "search/findInText.h"
 #include "tests/support/memoryControls.h"
