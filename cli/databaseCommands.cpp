@@ -10,18 +10,10 @@
 #include "text/path.h"
 #include "text/pieces.h"
 
+#include <algorithm>
+
 namespace vellums::cli {
 namespace {
-
-// A table that cannot be read is none, and the list goes on.
-bool isSnippetTableOf(Connection& connection, const std::u16string& table)
-{
-    try {
-        return isSnippetTable(connection, table);
-    } catch (const ProviderError&) {
-        return false;
-    }
-}
 
 void printResult(const jet::Result& result)
 {
@@ -63,10 +55,12 @@ void runTables(const Arguments& arguments)
     const Session session(arguments.values[0], arguments.password);
     const auto connection = session.open();
     const std::vector<SchemaTable> tables = connection->tables();
+    const std::vector<std::u16string> snippets = snippetTables(*connection);
     printFields({u"TABLE_NAME", u"SNIPPET"});
     for (const SchemaTable& table : tables)
         if (table.type == u"TABLE")
-            printRow({Value(table.name), Value(isSnippetTableOf(*connection, table.name))});
+            printRow({Value(table.name),
+                Value(std::find(snippets.begin(), snippets.end(), table.name) != snippets.end())});
 }
 
 void runSql(const Arguments& arguments)

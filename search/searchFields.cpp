@@ -8,11 +8,6 @@
 namespace vellums {
 namespace {
 
-std::vector<std::u16string> columnsOf(Connection& connection, const std::u16string& table)
-{
-    return connection.query(u"SELECT TOP 1 * FROM [" + table + u"]")->columns();
-}
-
 // One array of entries holds the columns of whatever table is current: the tag is the column, the check mark
 // says whether it is searched, and only that of the text can be seen and changed.
 void setField(const Notebook& notebook, MenuItems& fields, std::size_t index, const std::u16string& column)
@@ -73,12 +68,12 @@ bool rebuildSearchFields(const Notebook& notebook, MenuItems& mnu_AvailFields, L
 {
     try {
         const std::unique_ptr<Connection> connection = notebook.connect();
-        const std::vector<std::u16string> columns = columnsOf(*connection, notebook.dbTable);
+        const std::vector<std::u16string> columns = columnNames(*connection, notebook.dbTable);
         setFields(notebook, mnu_AvailFields, columns);
         // Counting is enough to know that columns lack; which ones is looked at before anything is added.
         if (columns.size() < std::size(kSnippetColumns) && upgradeTable(notebook, *connection, columns)) {
             lstHeads.setTag(u"1");
-            setFields(notebook, mnu_AvailFields, columnsOf(*connection, notebook.dbTable));
+            setFields(notebook, mnu_AvailFields, columnNames(*connection, notebook.dbTable));
         }
         return true;
     } catch (const ProviderError& e) {
