@@ -154,15 +154,17 @@ void FileImport::tellCount() const
         return;
     const std::u16string made = text::decimal(static_cast<std::int64_t>(taken_));
     const std::u16string left = text::decimal(static_cast<std::int64_t>(notTaken_));
-    if (notTaken_ == 0)
+    if (notTaken_ == 0) {
         notebook_.status.done(
             notebook_.say(made + (taken_ == 1 ? u" record imported." : u" records imported."),
                 u"已导入 " + made + u" 条记录"));
-    else
-        notebook_.status.done(
-            notebook_.say(made + (taken_ == 1 ? u" record imported, " : u" records imported, ") + left +
-                    (notTaken_ == 1 ? u" file" : u" files") + u" not taken (see Vellums.log).",
-                u"已导入 " + made + u" 条记录, " + left + u" 个文件未导入 (见 Vellums.log)"));
+        return;
+    }
+    const std::u16string log(text::nameOf(notebook_.logFile));
+    notebook_.status.done(
+        notebook_.say(made + (taken_ == 1 ? u" record imported, " : u" records imported, ") + left +
+                (notTaken_ == 1 ? u" file" : u" files") + u" not taken (see " + log + u").",
+            u"已导入 " + made + u" 条记录, " + left + u" 个文件未导入 (见 " + log + u")"));
 }
 
 // Opened before anything is said of it, and held while it is read: a file that is there and cannot be opened,

@@ -157,6 +157,7 @@ TEST_F(Import, LogsWhatTheTableRefusesAndTakesTheRest)
 {
     const std::string deep(120, 'd'); // the path is longer than a link may be
     const std::u16string path = notes_.folder().write(text::fromUtf8(deep + "/" + deep + "/b.txt"), "1");
+    notes_->logFile = notes_.folder().file(u"Other.log"); // of a program that was given another name
     FileImport import(*notes_, nullptr, events());
     EXPECT_TRUE(import.importFiles({write(u"a.txt", "1"), path, write(u"c.txt", "2"),
         write(u"wide.txt", std::string("\xFF\xFE\0\0x\0\0\0", 8))}));
@@ -168,7 +169,7 @@ TEST_F(Import, LogsWhatTheTableRefusesAndTakesTheRest)
     EXPECT_THAT(notes_.shown(), IsEmpty());
     EXPECT_TRUE(import.importFile(write(u"d.txt", "3")));
     import.tellCount();
-    EXPECT_EQ(notes_.outcome(), u"3 records imported, 2 files not taken (see Vellums.log).");
+    EXPECT_EQ(notes_.outcome(), u"3 records imported, 2 files not taken (see Other.log).");
 }
 
 TEST_F(Import, StopsAtAnErrorAndKeepsWhatWasDone)
