@@ -21,8 +21,8 @@ char16_t cleaned(char16_t c)
 
 std::u16string cleanCharacters(std::u16string_view text)
 {
-    // Asking the system costs, and a text holds the same characters again and again.
-    // Not asked yet. The unit of this number is no character, and is asked about each time.
+    // Asking the system costs, and a text holds the same characters again and again: an answer is kept. The
+    // unit of the number that stands for "not asked yet" is no character, and is asked about each time.
     constexpr char16_t kUnknown = 0xFFFF;
     std::vector<char16_t> known(0x10000, kUnknown);
     std::u16string out(text);

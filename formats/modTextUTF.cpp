@@ -28,7 +28,7 @@ struct Mark {
     int length = 0;          // bytes
 };
 
-// What the first four bytes of a file say, the first one lowest; zeros stand for missing ones.
+// What the mark of a file says.
 struct Detected {
     Encoding encoding = Encoding::Ansi;
     int markLength = 0;
@@ -65,6 +65,7 @@ Detected detectMark(std::uint32_t firstBytes)
     return {};
 }
 
+// Four, the first one lowest; zeros stand for missing ones.
 std::uint32_t firstBytes(const SharedFile& file)
 {
     std::array<std::byte, 4> bytes{};

@@ -7,7 +7,7 @@
 
 namespace vellums::platform {
 
-// Told apart by it are the files that several runs of the tests leave in one folder.
+// Tells files apart that several runs of the tests leave in one folder.
 std::uint32_t processId();
 
 // The claim to be the only running program of an executable path, held while the object lives. Ends

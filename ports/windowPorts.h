@@ -1,4 +1,4 @@
-// The controls of the main window, by their names, in the rooms that its commands ask for. Everything
+// The controls of the main window, by their names, in the groups that its commands ask for. Everything
 // outlives the commands.
 #pragma once
 
