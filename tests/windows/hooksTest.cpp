@@ -1,6 +1,7 @@
 // The small modules below the window toolkit, on windows of the test's own.
 #include "ui/main/displaySettings.h"
 #include "ui/main/layout.h"
+#include "ui/main/windowProgress.h"
 #include "ui/windows/modBorderColor.h"
 #include "ui/windows/modKBEvent.h"
 #include "ui/windows/modLstRclick.h"
@@ -9,6 +10,7 @@
 #include "ui/windows/subclass.h"
 
 #include <gtest/gtest.h>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -257,6 +259,24 @@ TEST(DisplaySettings, OffersTheNamedFontsAndThoseOfTheSystemsOwnScript)
 }
 
 // The same window at twice the resolution is the same picture, twice as large.
+TEST(WindowProgress, OpensTheBoxesWhateverBecomesOfThePanel)
+{
+    ucStatus panel;
+    const OwnWindow parent(L"STATIC");
+    panel.create(parent.hwnd(), 1);
+    WindowProgress progress;
+    progress.attach(parent.hwnd(), false, panel, [] {});
+    bool locked = false;
+    progress.Running = [&](bool runs) { locked = runs; };
+    progress.begin(u"Work");
+    Sleep(600); // until it is shown
+    EXPECT_TRUE(progress.step(1, 2));
+    EXPECT_TRUE(locked);
+    panel.Change = [] { throw std::bad_alloc(); };
+    progress.end();
+    EXPECT_FALSE(locked);
+}
+
 TEST(Layout, GrowsWithTheResolution)
 {
     LayoutInput input;

@@ -86,11 +86,12 @@ void WindowProgress::end() noexcept
 {
     running_ = false;
     try {
-        link_.uncover();
-        taskbar_.hide();
+        // The boxes first: they must not stay locked when there is no memory for a text.
         if (Running)
             Running(false);
-    } catch (...) { // no memory for a text: the panel keeps the last one
+        taskbar_.hide();
+        link_.uncover();
+    } catch (...) { // the panel keeps the last one
     }
 }
 
