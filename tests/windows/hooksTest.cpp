@@ -1,4 +1,5 @@
 // The small modules below the window toolkit, on windows of the test's own.
+#include "ui/controls/recordText.h"
 #include "ui/main/displaySettings.h"
 #include "ui/main/layout.h"
 #include "ui/main/windowProgress.h"
@@ -275,6 +276,23 @@ TEST(WindowProgress, OpensTheBoxesWhateverBecomesOfThePanel)
     panel.Change = [] { throw std::bad_alloc(); };
     progress.end();
     EXPECT_FALSE(locked);
+}
+
+LRESULT CALLBACK takesNoText(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR)
+{
+    return message == WM_SETTEXT ? FALSE : DefSubclassProc(window, message, wParam, lParam);
+}
+
+TEST(RecordText, KeepsItsBoxWhereTheOtherOneCannotTakeTheText)
+{
+    const OwnWindow parent(L"STATIC");
+    RecordText text;
+    text.create(parent.hwnd(), 1, 2);
+    text.setText(u"the only copy");
+    const Subclass full(text.scrolling().hwnd(), takesNoText, nullptr);
+    EXPECT_THROW(text.setWraps(false, false), std::bad_alloc);
+    EXPECT_EQ(text.text(), u"the only copy");
+    EXPECT_TRUE(text.wraps());
 }
 
 TEST(Layout, GrowsWithTheResolution)

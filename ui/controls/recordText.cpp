@@ -11,6 +11,7 @@
 
 #include <cmath>
 #include <functional>
+#include <new>
 
 namespace vellums::ui {
 namespace {
@@ -43,12 +44,13 @@ void RecordText::setWraps(bool wraps, bool withFocus)
     if (wraps == wraps_)
         return;
     const HWND from = hwnd();
+    const HWND to = (wraps ? txtShowWrap_ : txtShowNoWrap_).hwnd();
     const TextRange selection = shown().selection();
     const bool focused = withFocus || GetFocus() == from;
+    if (!setWindowText(to, windowText(from)))
+        throw std::bad_alloc(); // the text stays where it is
     wraps_ = wraps;
-    const HWND to = hwnd();
 
-    setWindowText(to, windowText(from));
     shown().select(selection);
     const DWORD top = firstShown(from);
 

@@ -20,7 +20,8 @@ public:
 
     bool wraps() const { return wraps_; }
     // Shows the other box with the same text and selection, and the same place in the text as far as the
-    // caret is seen there. Moves the focus along when the box had it or `withFocus` asks for it.
+    // caret is seen there. Moves the focus along when the box had it or `withFocus` asks for it. Throws
+    // std::bad_alloc where the other box cannot take the text; then nothing has changed.
     void setWraps(bool wraps, bool withFocus);
 
     // Point sizes may be halves. The caret is scrolled into view where something changed.

@@ -197,10 +197,10 @@ void frmMain::onMenuSelect(UINT id, UINT flags)
 
 void frmMain::toggleWrap()
 {
-    const bool wraps = !menus_->isChecked(ID_mnu_chkwrap);
+    const bool wraps = !text_.wraps();
+    text_.setWraps(wraps, true);
     menus_->setChecked(ID_mnu_chkwrap, wraps);
     menus_->setCaption(ID_mnu_top_Wrap, wraps ? u"Z" : u"Ξ");
-    text_.setWraps(wraps, true);
 }
 
 void frmMain::toggleOnTop()
