@@ -62,6 +62,7 @@ public:
     virtual int count() const = 0;
     virtual std::u16string text(int index) const = 0;
     virtual std::int32_t datum(int index) const = 0;
+    // Throws std::bad_alloc where the list cannot hold one more; then nothing has changed.
     virtual void insert(int index, const ListEntry& entry) = 0;
     virtual void setText(int index, std::u16string_view text) = 0;
     // Removes entries in one go; the indexes ascend.

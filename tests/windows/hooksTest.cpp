@@ -1,4 +1,5 @@
 // The small modules below the window toolkit, on windows of the test's own.
+#include "ui/controls/headsList.h"
 #include "ui/controls/recordText.h"
 #include "ui/main/displaySettings.h"
 #include "ui/main/layout.h"
@@ -293,6 +294,17 @@ TEST(RecordText, KeepsItsBoxWhereTheOtherOneCannotTakeTheText)
     EXPECT_THROW(text.setWraps(false, false), std::bad_alloc);
     EXPECT_EQ(text.text(), u"the only copy");
     EXPECT_TRUE(text.wraps());
+}
+
+TEST(HeadsList, GivesNoOtherEntryTheNumberOfOneThatItCannotTake)
+{
+    const OwnWindow parent(L"STATIC");
+    HeadsList list;
+    list.create(parent.hwnd(), 1);
+    list.fill({{u"a", 1}, {u"b", 2}});
+    EXPECT_THROW(list.insert(3, {u"c", 3}), std::bad_alloc);
+    EXPECT_EQ(list.count(), 2);
+    EXPECT_EQ(list.datum(1), 2);
 }
 
 TEST(Layout, GrowsWithTheResolution)

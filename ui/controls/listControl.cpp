@@ -9,6 +9,8 @@
 #include "ui/windows/wide.h"
 
 #include <windowsx.h>
+#include <new>
+
 
 namespace vellums::ui {
 namespace {
@@ -166,8 +168,11 @@ void ListControl::setEnabled(bool enabled)
 
 void ListControl::insert(int index, const ListEntry& entry)
 {
-    send(LB_INSERTSTRING, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(wide(entry.text)));
-    send(LB_SETITEMDATA, static_cast<WPARAM>(index), entry.datum);
+    const auto at = static_cast<WPARAM>(index);
+    // The number would go to the entry that stands there, and its record be taken for another one.
+    if (send(LB_INSERTSTRING, at, reinterpret_cast<LPARAM>(wide(entry.text))) < 0)
+        throw std::bad_alloc();
+    send(LB_SETITEMDATA, at, entry.datum);
 }
 
 void ListControl::remove(const std::vector<int>& indexes)
