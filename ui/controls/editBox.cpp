@@ -2,20 +2,16 @@
 
 #include "app/boxText.h"
 #include "ui/controls/windowText.h"
+#include "ui/windows/childWindow.h"
 #include "ui/windows/wide.h"
 
 #include <new>
 
 namespace vellums::ui {
-namespace {
-
-constexpr int kMarginPixels = 3; // at 96 dpi
-
-} // namespace
 
 void EditBox::create(HWND parent, int id, Kind kind)
 {
-    DWORD style = WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_BORDER | ES_NOHIDESEL;
+    DWORD style = WS_VISIBLE | WS_TABSTOP | WS_BORDER | ES_NOHIDESEL;
     if (kind == Kind::OneLine)
         style |= ES_AUTOHSCROLL;
     else
@@ -23,8 +19,7 @@ void EditBox::create(HWND parent, int id, Kind kind)
     if (kind == Kind::Scrolling)
         // Scrolling sideways is what keeps the control from wrapping; it cannot be changed later.
         style |= WS_HSCROLL | ES_AUTOHSCROLL;
-    hwnd_ = CreateWindowExW(0, L"EDIT", nullptr, style, 0, 0, 0, 0, parent,
-        reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
+    hwnd_ = createChild(parent, L"EDIT", id, style);
     SendMessageW(hwnd_, EM_SETLIMITTEXT, 0, 0); // as much as the control can take
 }
 
@@ -32,7 +27,7 @@ void EditBox::create(HWND parent, int id, Kind kind)
 void EditBox::setFont(HFONT font, int dpi) const
 {
     SendMessageW(hwnd_, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
-    const int margin = MulDiv(kMarginPixels, dpi, 96);
+    const int margin = MulDiv(kTextInsetPixels, dpi, 96);
     SendMessageW(hwnd_, EM_SETMARGINS, EC_LEFTMARGIN | EC_RIGHTMARGIN, MAKELPARAM(margin, margin));
 }
 

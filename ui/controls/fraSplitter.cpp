@@ -7,6 +7,7 @@
 #include "ui/controls/fraSplitter.h"
 
 #include "ui/windows/border.h"
+#include "ui/windows/childWindow.h"
 
 #include <windowsx.h>
 
@@ -27,8 +28,7 @@ void fraSplitter::create(HWND parent, int id)
     bar.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
     bar.lpszClassName = kClass;
     RegisterClassExW(&bar); // fails harmlessly the second time
-    hwnd_ = CreateWindowExW(0, kClass, nullptr, WS_CHILD | WS_VISIBLE, 0, 0, 0, 0, parent,
-        reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), bar.hInstance, nullptr);
+    hwnd_ = createChild(parent, kClass, id, WS_VISIBLE);
     SetWindowLongPtrW(hwnd_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
 }
 

@@ -5,12 +5,13 @@
 #include "ui/controls/listControl.h"
 
 #include "ui/controls/windowText.h"
+#include "ui/windows/childWindow.h"
 #include "ui/windows/deviceContext.h"
 #include "ui/windows/wide.h"
 
-#include <windowsx.h>
 #include <new>
 
+#include <windowsx.h>
 
 namespace vellums::ui {
 namespace {
@@ -37,11 +38,8 @@ ListControl::DrawingOff::~DrawingOff()
 
 void ListControl::createList(HWND parent, int id, DWORD style)
 {
-    hwnd_ = CreateWindowExW(0, L"LISTBOX", nullptr,
-        style | WS_CHILD | WS_TABSTOP | WS_BORDER | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT |
-            LBS_HASSTRINGS,
-        0, 0, 0, 0, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr),
-        nullptr);
+    hwnd_ = createChild(parent, L"LISTBOX", id,
+        style | WS_TABSTOP | WS_BORDER | WS_VSCROLL | LBS_NOTIFY | LBS_NOINTEGRALHEIGHT | LBS_HASSTRINGS);
     // Before any of ours is put on: send() goes to this one directly.
     classProc_ = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(hwnd_, GWLP_WNDPROC));
     margins_ = Subclass(hwnd_, marginProc, this);

@@ -70,10 +70,6 @@ std::uint32_t numberIn(const PropertyBag& bag, const std::u16string& name, std::
 
 } // namespace
 
-ucStatus::ucStatus() = default;
-
-ucStatus::~ucStatus() = default;
-
 void ucStatus::create(HWND parent, int id)
 {
     const HINSTANCE program = GetModuleHandleW(nullptr);
@@ -128,18 +124,18 @@ void ucStatus::setCaption(const std::u16string& caption)
         Change();
 }
 
-void ucStatus::setAlignment(vellums::ui::Alignment alignment)
+void ucStatus::setAlignment(Alignment alignment)
 {
     alignment_ = alignment;
     LONG_PTR style = GetWindowLongPtrW(lblCaption_, GWL_STYLE) & ~static_cast<LONG_PTR>(SS_TYPEMASK);
     switch (alignment) {
-    case vellums::ui::Alignment::Left:
+    case Alignment::Left:
         style |= SS_LEFTNOWORDWRAP;
         break;
-    case vellums::ui::Alignment::Right:
+    case Alignment::Right:
         style |= SS_RIGHT;
         break;
-    case vellums::ui::Alignment::Centre:
+    case Alignment::Centre:
         style |= SS_CENTER;
         break;
     }
@@ -168,8 +164,7 @@ void ucStatus::readProperties(const PropertyBag& bag)
         }
     }
     const std::uint32_t alignment = numberIn(bag, u"Alignment", 0);
-    setAlignment(
-        alignment > 2 ? vellums::ui::Alignment::Left : static_cast<vellums::ui::Alignment>(alignment));
+    setAlignment(alignment > 2 ? Alignment::Left : static_cast<Alignment>(alignment));
 }
 
 void ucStatus::placeLabel(int width, int height)

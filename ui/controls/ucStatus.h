@@ -26,8 +26,7 @@ enum class Alignment : std::uint8_t { Left = 0, Right = 1, Centre = 2 };
 
 class ucStatus : public Label {
 public:
-    ucStatus();
-    ~ucStatus() override;
+    ucStatus() = default;
     ucStatus(const ucStatus&) = delete;
     ucStatus& operator=(const ucStatus&) = delete;
 
@@ -43,8 +42,8 @@ public:
     void setFont(HFONT font); // not owned
     std::u16string Caption() const;
     void setCaption(const std::u16string& caption);
-    vellums::ui::Alignment alignment() const { return alignment_; }
-    void setAlignment(vellums::ui::Alignment alignment);
+    Alignment alignment() const { return alignment_; }
+    void setAlignment(Alignment alignment);
 
     // Raised when the same happens on the inner label. X and Y in pixels of the panel.
     std::function<void()> Click;
@@ -79,7 +78,7 @@ private:
     OwnedFont readFont_;                   // made by readProperties()
     std::uint32_t backColor_ = 0x8000000F; // button face
     std::uint32_t foreColor_ = 0x80000012; // button text
-    vellums::ui::Alignment alignment_ = vellums::ui::Alignment::Left;
+    Alignment alignment_ = Alignment::Left;
 };
 
 } // namespace vellums::ui

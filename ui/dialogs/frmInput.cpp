@@ -5,7 +5,6 @@
 #include "ui/ids.h"
 #include "ui/windows/border.h"
 #include "ui/windows/modSetIcon.h"
-#include "ui/windows/wide.h"
 
 namespace vellums::ui {
 namespace {

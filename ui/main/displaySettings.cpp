@@ -11,12 +11,12 @@
 #include "platform/codePage.h"
 #include "ui/ids.h"
 #include "ui/windows/border.h"
+#include "ui/windows/childWindow.h"
 #include "ui/windows/deviceContext.h"
 #include "ui/windows/systemLook.h"
 #include "ui/windows/wide.h"
 
 #include <algorithm>
-#include <charconv>
 #include <iterator>
 
 namespace vellums::ui {
@@ -26,7 +26,7 @@ constexpr std::u16string_view kOfferedFonts[] = {u"Tahoma", u"Candara", u"Courie
     u"Calibri", u"Consolas", u"Times New Roman", u"Verdana", u"Century Gothic", u"Corbel", u"Arial",
     u"Arial Narrow", u"Segoe UI", u"Cambria", u"LiHei Pro"};
 constexpr std::u16string_view kChineseFontsBegin = u"楷隶行圆黑碑魏宋仿简繁";
-constexpr int kFirstSizeItem = 4;
+constexpr int kFirstSizeItem = ID_mnu_sizes_First - ID_mnu_sizes;
 
 int CALLBACK collectFont(const LOGFONTW* font, const TEXTMETRICW* /*metrics*/, DWORD /*type*/, LPARAM into)
 {
@@ -49,12 +49,6 @@ std::vector<std::u16string> installedFonts()
     const DeviceContext screen(nullptr);
     EnumFontFamiliesExW(screen.get(), &every, collectFont, reinterpret_cast<LPARAM>(&names), 0);
     return names;
-}
-
-HWND createUnseenList(HWND parent, int id)
-{
-    return CreateWindowExW(0, L"LISTBOX", nullptr, WS_CHILD | LBS_NOTIFY | LBS_HASSTRINGS, 0, 0, 0, 0, parent,
-        reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
 }
 
 int selectedIn(HWND list)
@@ -105,11 +99,10 @@ DisplaySettings::DisplaySettings(const std::u16string& settingsFile, Menus& menu
 void DisplaySettings::create(HWND parent, int dpi)
 {
     dpi_ = dpi;
-    lstFontNames_ = createUnseenList(parent, ID_lstFontNames);
-    lstFontSizes_ = createUnseenList(parent, ID_lstFontSizes);
+    lstFontNames_ = createChild(parent, L"LISTBOX", ID_lstFontNames, LBS_NOTIFY | LBS_HASSTRINGS);
+    lstFontSizes_ = createChild(parent, L"LISTBOX", ID_lstFontSizes, LBS_NOTIFY | LBS_HASSTRINGS);
     mnu_fonts_.attach(menus_.popUpOf(ID_mnu_fontfaces), ID_mnu_fonts, 256, MenuArray::Captions::Names);
-    mnu_sizes_.attach(
-        menus_.popUpOf(ID_mnu_fontsizes), ID_mnu_sizes + kFirstSizeItem, 32, MenuArray::Captions::Names);
+    mnu_sizes_.attach(menus_.popUpOf(ID_mnu_fontsizes), ID_mnu_sizes_First, 32, MenuArray::Captions::Names);
     fillFonts();
     fillSizes();
     readColours();
@@ -236,8 +229,8 @@ void DisplaySettings::onSizeSelected()
 // The menu follows the list.
 void DisplaySettings::selectSize(int index)
 {
-    menus_.setEnabled(ID_mnu_sizes + 0, index > 0);
-    menus_.setEnabled(ID_mnu_sizes + 2, index < countIn(lstFontSizes_) - 1);
+    menus_.setEnabled(ID_mnu_sizes_Smaller, index > 0);
+    menus_.setEnabled(ID_mnu_sizes_Larger, index < countIn(lstFontSizes_) - 1);
     mnu_sizes_.checkOnly(static_cast<std::size_t>(index));
 }
 

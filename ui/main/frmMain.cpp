@@ -18,7 +18,8 @@
 #include "ui/windows/modMouseWheel.h"
 #include "ui/windows/modSetIcon.h"
 #include "ui/windows/systemLook.h"
-#include "ui/windows/wide.h"
+
+#include <utility>
 
 #include <windowsx.h>
 

@@ -115,12 +115,12 @@ private:
     void prepareMenus();
     bool onCommand(int id, int notification);
     bool perform(int id);
-    bool carryOut(const Turn& turn, int id);
+    void carryOut(const Turn& turn, int id);
     void onContextMenu(HWND control, POINT screen);
     void showHeadsMenu(const Turn& turn, POINT screen);
     void showResultsMenu(const Turn& turn, POINT screen);
     void selectUnderPoint(HWND list, POINT screen) const;
-    int popUp(const Turn& turn, HMENU menu, POINT screen);
+    void popUp(const Turn& turn, HMENU menu, POINT screen);
     void popUpUnder(const Turn& turn, HWND label, HMENU menu);
     void popUpForSearch(const Turn& turn);
     void onMenuSelect(UINT id, UINT flags);

@@ -11,9 +11,9 @@
 #include "ui/ids.h"
 #include "ui/windows/accessibleNames.h"
 #include "ui/windows/border.h"
+#include "ui/windows/childWindow.h"
 #include "ui/windows/modBorderColor.h"
 #include "ui/windows/systemLook.h"
-#include "ui/windows/wide.h"
 
 #include <commctrl.h>
 #include <windowsx.h>
@@ -25,12 +25,6 @@ namespace {
 constexpr wchar_t kCheckBoxClass[] = L"ThunderRT6CheckBox";
 constexpr COLORREF kFocusColour = RGB(255, 253, 204);
 constexpr COLORREF kPlainColour = RGB(255, 255, 255);
-
-HWND createChild(HWND parent, const wchar_t* windowClass, const std::u16string& text, DWORD style, int id)
-{
-    return CreateWindowExW(0, windowClass, wide(text), WS_CHILD | WS_VISIBLE | style, 0, 0, 0, 0, parent,
-        reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
-}
 
 // The system's button under a name of our own.
 void registerCheckBox()
@@ -83,19 +77,21 @@ void frmMain::createControls()
 
 void frmMain::createHeader()
 {
-    lblStaticBorder_ = createChild(hwnd_, L"STATIC", u"", SS_ETCHEDHORZ, ID_lblStaticBorder);
-    lblRemarks_[0].attach(createChild(
-        hwnd_, L"STATIC", notebook_.say(u"Search:", u"搜索:"), SS_NOTIFY | SS_CENTERIMAGE, ID_lblRemarks));
+    lblStaticBorder_ = createChild(hwnd_, L"STATIC", ID_lblStaticBorder, WS_VISIBLE | SS_ETCHEDHORZ);
+    lblRemarks_[0].attach(createChild(hwnd_, L"STATIC", ID_lblRemarks,
+        WS_VISIBLE | SS_NOTIFY | SS_CENTERIMAGE, notebook_.say(u"Search:", u"搜索:")));
     txtKey_.create(hwnd_, ID_txtKey, EditBox::Kind::OneLine);
-    lblRemarks_[1].attach(createChild(
-        hwnd_, L"STATIC", notebook_.say(u"Find:", u"查找:"), SS_NOTIFY | SS_CENTERIMAGE, ID_lblRemarks + 1));
+    lblRemarks_[1].attach(createChild(hwnd_, L"STATIC", ID_lblRemarks + 1,
+        WS_VISIBLE | SS_NOTIFY | SS_CENTERIMAGE, notebook_.say(u"Find:", u"查找:")));
     txtInline_.create(hwnd_, ID_txtInline, EditBox::Kind::OneLine);
     txtInlineTip_.create(hwnd_, txtInline_.hwnd());
-    lblDate_.attach(createChild(hwnd_, L"STATIC", u"", SS_NOTIFY | SS_CENTER | SS_CENTERIMAGE, ID_lblDate));
+    lblDate_.attach(
+        createChild(hwnd_, L"STATIC", ID_lblDate, WS_VISIBLE | SS_NOTIFY | SS_CENTER | SS_CENTERIMAGE));
     createUnseenLabel(hwnd_, ID_lblAccessible, titleName());
     txtType_.create(hwnd_, ID_txtType, EditBox::Kind::OneLine);
     createUnseenLabel(hwnd_, ID_lblAccessible + 1, sortName());
-    chkSort_.attach(createChild(hwnd_, kCheckBoxClass, u"", WS_TABSTOP | BS_AUTOCHECKBOX, ID_chkSort));
+    chkSort_.attach(
+        createChild(hwnd_, kCheckBoxClass, ID_chkSort, WS_VISIBLE | WS_TABSTOP | BS_AUTOCHECKBOX));
     chkSortTip_.create(hwnd_, chkSort_.hwnd());
     chkSortTip_.setText(sortName());
 }
@@ -112,7 +108,7 @@ void frmMain::createBody()
     createUnseenLabel(hwnd_, ID_lblAccessible + 4, resultsName());
     lstInLineSrch_.create(hwnd_, ID_lstInLineSrch);
     lstInLineSrch_.VisibleChanged = [this] { layOut(); };
-    shpEdge_ = createChild(hwnd_, L"STATIC", u"", SS_ETCHEDHORZ, ID_shpEdge);
+    shpEdge_ = createChild(hwnd_, L"STATIC", ID_shpEdge, WS_VISIBLE | SS_ETCHEDHORZ);
 }
 
 std::u16string frmMain::titleName() const

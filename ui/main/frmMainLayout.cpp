@@ -161,7 +161,7 @@ void frmMain::showList(bool shown)
 void frmMain::markListShown()
 {
     menus_->setChecked(ID_mnu_hidelst, !listShown_);
-    menus_->setCaption(ID_mnu_top + 9, listShown_ ? u"||" : u"|");
+    menus_->setCaption(ID_mnu_top_List, listShown_ ? u"||" : u"|");
 }
 
 } // namespace vellums::ui

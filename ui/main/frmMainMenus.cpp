@@ -7,7 +7,9 @@
 #include "ui/main/menuTable.h"
 #include "ui/windows/menuKeyWatch.h"
 #include "ui/windows/modLstRclick.h"
-#include "ui/windows/wide.h"
+
+#include <algorithm>
+#include <utility>
 
 namespace vellums::ui {
 namespace {
@@ -81,23 +83,19 @@ bool frmMain::perform(int id)
     return true;
 }
 
-bool frmMain::carryOut(const Turn& turn, int id)
+void frmMain::carryOut(const Turn& turn, int id)
 {
     if (const MenuEntry* entry = menuEntry(id); entry != nullptr && entry->handler != nullptr) {
         commands_(turn).text.setTarget(target_);
         entry->handler(commands_(turn));
-        return true;
-    }
-    if (const MenuArrayCommand* array = arrayCommand(id); array != nullptr) {
+    } else if (const MenuArrayCommand* array = arrayCommand(id); array != nullptr) {
         array->handler(commands_(turn), static_cast<std::size_t>(id - array->firstId));
-        return true;
     }
-    return false;
 }
 
 // Shows a menu and carries out what was chosen, as one command: what the user sees while choosing is what
 // the command finds.
-int frmMain::popUp(const Turn& turn, HMENU menu, POINT screen)
+void frmMain::popUp(const Turn& turn, HMENU menu, POINT screen)
 {
     SetForegroundWindow(hwnd_);
     const int id =
@@ -105,7 +103,6 @@ int frmMain::popUp(const Turn& turn, HMENU menu, POINT screen)
     PostMessageW(hwnd_, WM_NULL, 0, 0);
     if (id != 0)
         carryOut(turn, id);
-    return id;
 }
 
 // At the label's left edge, just below it.

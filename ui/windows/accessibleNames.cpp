@@ -1,5 +1,6 @@
 #include "ui/windows/accessibleNames.h"
 
+#include "ui/windows/childWindow.h"
 #include "ui/windows/wide.h"
 
 #include <initguid.h>
@@ -19,8 +20,7 @@ constexpr GUID kServiceInterface = {
 
 void createUnseenLabel(HWND parent, int id, const std::u16string& name)
 {
-    CreateWindowExW(0, L"STATIC", wide(name), WS_CHILD, 0, 0, 0, 0, parent,
-        reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), GetModuleHandleW(nullptr), nullptr);
+    createChild(parent, L"STATIC", id, 0, name);
 }
 
 void setAccessibleName(HWND control, const std::u16string& name)
