@@ -3,12 +3,10 @@
 namespace vellums {
 namespace {
 
-// "... could be made: <reason> ... go on without one?"
 std::u16string withoutCopyQuestion(const Notebook& notebook, const std::u16string& reason)
 {
-    return notebook.say(u"No safety copy of the database could be made: " + reason +
-            u"\r\n\r\nDo you want to go on without one?",
-        u"无法备份数据库: " + reason + u"\r\n\r\n是否在没有备份的情况下继续?");
+    return withoutCopyText(notebook, reason) + u"\r\n\r\n" +
+        notebook.say(u"Do you want to go on without one?", u"是否在没有备份的情况下继续?");
 }
 
 } // namespace

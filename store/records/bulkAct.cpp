@@ -64,11 +64,14 @@ bool takeLastingSteps(Connection& connection, Batches& batches, std::size_t tota
 
 } // namespace
 
+std::u16string withoutCopyText(const Notebook& notebook, const std::u16string& reason)
+{
+    return notebook.say(u"No safety copy of the database could be made: ", u"无法备份数据库: ") + reason;
+}
+
 std::u16string BulkResult::reason(const Notebook& notebook) const
 {
-    if (!failure.empty() || !failed())
-        return failure;
-    return notebook.say(u"No safety copy of the database could be made: ", u"无法备份数据库: ") + withoutCopy;
+    return !failure.empty() || !failed() ? failure : withoutCopyText(notebook, withoutCopy);
 }
 
 BulkResult copyBefore(const Notebook& notebook, SafetyCopy copy, std::size_t total, const BulkUser& user)

@@ -45,6 +45,9 @@ struct BulkResult {
     std::u16string reason(const Notebook& notebook) const;
 };
 
+// That there is no safety copy, and why, in the language of the interface.
+std::u16string withoutCopyText(const Notebook& notebook, const std::u16string& reason);
+
 // What a step works with.
 class BulkStep {
 public:
