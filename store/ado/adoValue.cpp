@@ -3,6 +3,7 @@
 #include "platform/win32/comObject.h"
 
 #include <cstring>
+#include <memory>
 
 #include <objbase.h>
 
@@ -51,6 +52,11 @@ jet::Decimal decimalOf(const DECIMAL& value)
     return decimal;
 }
 
+struct Unlock {
+    void operator()(SAFEARRAY* array) const { SafeArrayUnaccessData(array); }
+};
+
+// A locked array cannot be destroyed: it is unlocked also where its bytes find no room.
 void takeBytes(jet::Value& out, SAFEARRAY* array)
 {
     LONG low = 0;
@@ -59,9 +65,9 @@ void takeBytes(jet::Value& out, SAFEARRAY* array)
     if (array == nullptr || SafeArrayGetDim(array) != 1 || FAILED(SafeArrayGetLBound(array, 1, &low)) ||
         FAILED(SafeArrayGetUBound(array, 1, &high)) || FAILED(SafeArrayAccessData(array, &data)))
         throw platform::ComError(DISP_E_TYPEMISMATCH, u"Type mismatch.");
+    const std::unique_ptr<SAFEARRAY, Unlock> locked(array);
     const auto* first = static_cast<const std::byte*>(data);
     out = jet::Bytes(first, first + (high - low + 1));
-    SafeArrayUnaccessData(array);
 }
 
 } // namespace
