@@ -6,7 +6,6 @@
 #include "ports/progress.h"
 #include "store/records/bulkAct.h"
 
-#include <string>
 #include <string_view>
 
 namespace vellums {

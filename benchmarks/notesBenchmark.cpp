@@ -14,7 +14,6 @@
 #include "text/unicode.h"
 
 #include <cstdio>
-#include <stdexcept>
 
 namespace {
 

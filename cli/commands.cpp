@@ -7,6 +7,7 @@
 #include "cli/noteCommands.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace vellums::cli {
 namespace {

@@ -18,8 +18,6 @@
 #include "text/decimal.h"
 #include "text/pieces.h"
 
-#include <algorithm>
-
 namespace vellums::cli {
 namespace {
 

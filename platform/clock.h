@@ -4,7 +4,6 @@
 #include "text/oleDate.h"
 
 #include <cstdint>
-#include <optional>
 
 namespace vellums::platform {
 

@@ -2,7 +2,6 @@
 // folder and a path is turned into UTF-8 bytes at the last moment.
 #pragma once
 
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <memory>

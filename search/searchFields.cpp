@@ -3,7 +3,7 @@
 #include "store/databases/schema.h"
 #include "store/snippetTable.h"
 
-#include <algorithm>
+#include <iterator>
 
 namespace vellums {
 namespace {

@@ -2,7 +2,6 @@
 // before that day, where it counts away from zero. And the forms in which dates are written.
 #pragma once
 
-#include <cstdint>
 #include <optional>
 #include <string>
 

@@ -5,8 +5,6 @@
 // when it is cleaned again.
 #include "text/textCleanup.h"
 
-#include "text/unicode.h"
-
 #include <algorithm>
 
 namespace vellums::text {

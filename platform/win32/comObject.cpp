@@ -9,6 +9,8 @@
 
 #include "platform/win32/systemPath.h"
 
+#include <iterator>
+
 #include <objbase.h>
 
 namespace vellums::platform {

@@ -4,8 +4,6 @@
 #include "platform/win32/systemPath.h"
 #include "text/letterCase.h"
 
-#include <algorithm>
-
 #include <windows.h>
 
 namespace vellums::platform {

@@ -4,8 +4,6 @@
 #include "app/start/settings.h"
 #include "app/start/startUp.h"
 #include "platform/files.h"
-#include "platform/registry.h"
-#include "store/connectionString.h"
 #include "store/databases/accessFile.h"
 #include "store/databases/schema.h"
 #include "store/records/records.h"

@@ -3,8 +3,6 @@
 
 #include "tests/ado/double.h"
 
-#include <string>
-
 namespace vellums::tests::ado {
 
 // New objects of the classes that a program creates by name, with one reference each.

@@ -1,6 +1,5 @@
 #include "app/listCommands.h"
 
-#include "platform/clipboard.h"
 #include "platform/files.h"
 #include "store/records/records.h"
 #include "tests/support/failingProvider.h"

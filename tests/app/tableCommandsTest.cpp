@@ -1,7 +1,6 @@
 #include "app/tableCommands.h"
 
 #include "app/start/settings.h"
-#include "platform/clipboard.h"
 #include "platform/codePage.h"
 #include "platform/files.h"
 #include "store/connectionString.h"

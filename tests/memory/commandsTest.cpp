@@ -6,7 +6,6 @@
 #include "io/importCommands.h"
 #include "maint/maintenanceCommands.h"
 #include "platform/clipboard.h"
-#include "platform/files.h"
 #include "search/searchFields.h"
 #include "search/textCommands.h"
 #include "store/databases/modCreateDB.h"

@@ -4,6 +4,7 @@
 #include "tests/support/bareFile.h"
 
 #include <algorithm>
+#include <random>
 
 namespace vellums::tests {
 

@@ -7,8 +7,6 @@
 
 #include "jet/file/diskFile.h"
 
-#include <functional>
-#include <random>
 #include <string>
 #include <vector>
 

@@ -3,8 +3,6 @@
 
 #include "jet/file/pageSource.h"
 
-#include <utility>
-
 namespace vellums::tests {
 
 class SmallMemory {

@@ -1,7 +1,6 @@
 #include "text/textCleanup.h"
 
 #include "text/pieces.h"
-#include "text/unicode.h"
 
 #include <gtest/gtest.h>
 

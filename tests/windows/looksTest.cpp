@@ -2,7 +2,6 @@
 #include "tests/windows/programTest.h"
 #include "tests/windows/windowThread.h"
 #include "ui/ids.h"
-#include "ui/windows/systemLook.h"
 
 namespace vellums::tests {
 namespace {

@@ -5,7 +5,6 @@
 #include "ui/main/menuTable.h"
 
 #include <gtest/gtest.h>
-#include <map>
 #include <set>
 
 namespace vellums::ui {

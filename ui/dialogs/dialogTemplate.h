@@ -1,7 +1,6 @@
 // Dialogs described in memory, in the layout of the system's dialog templates. Measures are dialog units.
 #pragma once
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
