@@ -3,7 +3,6 @@
 #include "cli/output.h"
 #include "cli/session.h"
 #include "platform/files.h"
-#include "store/databases/compaction.h"
 #include "store/databases/modCreateDB.h"
 #include "store/databases/schema.h"
 #include "text/decimal.h"
@@ -100,7 +99,7 @@ void runCompact(const Arguments& arguments)
     const std::u16string file = platform::absolutePath(arguments.values[0]);
     const std::uint64_t before = platform::fileSize(file).value_or(0);
     EmbeddedProvider().compactInPlace(file, arguments.password);
-    printFields({kilobytes(before) + u" -> " + kilobytes(platform::fileSize(file).value_or(0))});
+    printFields({text::kilobytes(before) + u" -> " + text::kilobytes(platform::fileSize(file).value_or(0))});
 }
 
 } // namespace vellums::cli

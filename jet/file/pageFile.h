@@ -31,8 +31,8 @@ public:
     static std::chrono::milliseconds longestWait;
 
     // Opens the file under the lock of the mode (see platform/files.h), waiting for another holder; settles a
-    // left-over journal; refuses what is no Access file, what is encrypted, has another password, is truncated,
-    // or is open in Access, and to write what is only read. Throws Error.
+    // left-over journal; refuses what is no Access file, what is encrypted, has another password, is
+    // truncated, or is open in Access, and to write what is only read. Throws Error.
     PageFile(std::u16string path, OpenMode mode, std::u16string password = {});
     ~PageFile();
     PageFile(const PageFile&) = delete;

@@ -8,8 +8,8 @@
 namespace vellums::jet {
 
 // Writes a compacted copy to a path that nothing has. Everything that the file keeps is kept: queries, forms,
-// relationships, permissions, linked tables, properties. `original` is open for writing. Throws Error: the file
-// is damaged; the disk. An unfinished copy is left then.
+// relationships, permissions, linked tables, properties. `original` is open for writing. Throws Error: the
+// file is damaged; the disk. An unfinished copy is left then.
 void compactCopy(PageFile& original, const std::u16string& destination);
 
 // Compacts a file (and keeps its password) in place, whole or not at all, holding it for writing all the

@@ -97,7 +97,9 @@ TEST(RegExpAgreement, OnEverySmallPatternAndText)
         for (const std::u16string& pattern : patterns)
             for (const std::u16string_view piece : kPieces)
                 longer.push_back(pattern + std::u16string(piece));
-        for (std::size_t i = 0; i < longer.size() && failures < 20; i += pieces < 3 ? 1 : pieces < 4 ? kFew : 31 * kFew)
+        for (std::size_t i = 0; i < longer.size() && failures < 20; i += pieces < 3 ? 1
+                 : pieces < 4                                                       ? kFew
+                                                                                    : 31 * kFew)
             failures += comparison.compare(longer[i], false, false, texts) ? 0 : 1;
         patterns.swap(longer);
     }
