@@ -27,6 +27,7 @@
 #include "jet/index/bTree.h"
 #include "jet/upkeep/checker.h"
 #include "jet/upkeep/tablePacker.h"
+#include "platform/passingFile.h"
 
 #include <algorithm>
 
@@ -266,23 +267,6 @@ private:
     std::vector<Packed> tables_; // those that are written anew
 };
 
-// Of this name there is a file only while this object lives; whoever makes one holds the database.
-class PassingFile {
-public:
-    explicit PassingFile(std::u16string path)
-        : path_(std::move(path))
-    {
-        platform::removeFile(path_);
-    }
-    PassingFile(const PassingFile&) = delete;
-    PassingFile& operator=(const PassingFile&) = delete;
-    ~PassingFile() { platform::removeFile(path_); }
-    const std::u16string& path() const { return path_; }
-
-private:
-    std::u16string path_;
-};
-
 void writeBack(const PageFile& packed, PageFile& original)
 {
     for (PageNo page = 0; page < packed.pageCount(); ++page) {
@@ -312,7 +296,7 @@ void compactCopy(PageFile& original, const std::u16string& destination)
 void compactFile(const std::u16string& path, const std::u16string& password)
 {
     PageFile original(path, OpenMode::Write, password);
-    const PassingFile copy(path + u"-compacted");
+    const platform::PassingFile copy(path + u"-compacted");
     compactCopy(original, copy.path());
     writeBack(PageFile(copy.path(), OpenMode::Read, password), original);
     original.commit();

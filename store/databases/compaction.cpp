@@ -11,7 +11,7 @@
 // removed by the next.
 #include "store/databases/compaction.h"
 
-#include "platform/files.h"
+#include "platform/passingFile.h"
 #include "store/connectionString.h"
 #include "store/databases/accessFile.h"
 #include "store/databases/fileReason.h"
@@ -21,27 +21,7 @@
 namespace vellums {
 namespace {
 
-// A file under a name that was free or the program's own, removed when the work is over, however it ends.
-class PassingFile {
-public:
-    PassingFile(std::u16string_view start, std::u16string_view ending)
-        : path_(platform::unusedPath(start, ending))
-    {
-    }
-    // A name of the program's own: what lies there was left by a run that was cut off.
-    explicit PassingFile(std::u16string path)
-        : path_(std::move(path))
-    {
-        platform::removeFile(path_);
-    }
-    PassingFile(const PassingFile&) = delete;
-    PassingFile& operator=(const PassingFile&) = delete;
-    ~PassingFile() { platform::removeFile(path_); }
-    const std::u16string& path() const { return path_; }
-
-private:
-    std::u16string path_;
-};
+using platform::PassingFile;
 
 struct Sizes {
     std::uint64_t before = 0;
@@ -57,7 +37,7 @@ struct NotCompacted {
 // file that is open cannot be replaced on every system.
 void replaceDatabase(const std::u16string& file, const std::u16string& compacted)
 {
-    const PassingFile replacement(file, u".compacted");
+    const PassingFile replacement(platform::unusedPath(file, u".compacted"));
     {
         const platform::File unchanged(file, platform::Access::Read);
         platform::copyFile(compacted, replacement.path());
