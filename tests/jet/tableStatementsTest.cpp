@@ -137,6 +137,19 @@ TEST_P(TableStatements, AnyNumberOfLongTextColumnsCanBeAdded)
     EXPECT_EQ(db_->run(u"SELECT M39 FROM [T]").rows, std::vector<std::vector<Value>>{{body}});
 }
 
+TEST_P(TableStatements, TheConstantsStandWhereverAValueStands)
+{
+    db_->run(u"CREATE TABLE [T] (N LONG, B BIT, S VARCHAR(9))");
+    db_->run(u"INSERT INTO [T] VALUES (ON, YES, NO)");
+    db_->run(u"INSERT INTO [T] (N, B, S) SELECT OFF, NO, ON FROM [T]");
+    EXPECT_EQ(rows(u"SELECT * FROM [T] ORDER BY N"), "-1|-1|0|/0|0|-1|/");
+    EXPECT_EQ(rows(u"SELECT ON, Off AS No, yes FROM [T] WHERE B=On OR ON=B"), "-1|0|-1|/");
+    EXPECT_EQ(rows(u"SELECT N FROM [T] WHERE B IN (NO, OFF) AND N BETWEEN NO AND OFF"), "0|/");
+    db_->run(u"UPDATE [T] SET B=ON WHERE B=FALSE");
+    EXPECT_EQ(rows(u"SELECT COUNT(*), IIF(ON, 'y', 'n') FROM [T] WHERE B=Yes"), "2|y|/");
+    EXPECT_EQ(errorOf(*db_, u"SELECT [Yes] FROM [T]").substr(0, 5), "3061 ") << "a bracketed name is a name";
+}
+
 TEST_P(TableStatements, APrimaryKeyHoldsNoNull)
 {
     db_->run(u"CREATE TABLE [T] (K LONG PRIMARY KEY, T VARCHAR(9))");
