@@ -24,8 +24,6 @@ namespace vellums::jet {
 namespace {
 
 constexpr std::uint32_t kRecordMagic = 1625;
-constexpr std::uint32_t kPhysicalMagic = 1923;
-constexpr std::size_t kIndexSlots = 10;
 constexpr std::uint16_t kNone = 0xFFFF;
 
 // Calls back with every place of a usage map, in the order of their rows; the page is that of an
@@ -46,44 +44,6 @@ void eachMap(TableDefinition& definition, Callback&& callback)
     }
     for (PhysicalIndex& index : definition.physicalIndexes)
         callback(index.usageMap, index.root);
-}
-
-//   offset  size  holds
-//        0     4  1923
-//        4   3*10  columns: number, 1 when it ascends; FFFF: unused
-//       34     4  usage map
-//       38     4  root
-//       46     1  flags
-void appendPhysicalIndex(Bytes& bytes, const PhysicalIndex& index)
-{
-    assert(index.columns.size() <= kIndexSlots);
-    append<std::uint32_t>(bytes, kPhysicalMagic);
-    for (std::size_t i = 0; i < kIndexSlots; ++i) {
-        const bool used = i < index.columns.size();
-        append<std::uint16_t>(bytes, used ? index.columns[i].number : kNone);
-        append<std::uint8_t>(bytes, used && index.columns[i].ascending);
-    }
-    append<std::uint32_t>(bytes, pointerTo(index.usageMap));
-    append<std::uint32_t>(bytes, index.root);
-    append<std::uint32_t>(bytes, 0);
-    append<std::uint8_t>(bytes, index.flags);
-    bytes.resize(bytes.size() + 5);
-}
-
-// An index that is no part of a relationship: no partner (-1), no other table, and 4 where a relationship
-// would say what happens to the rows of the other side.
-void appendLogicalIndex(Bytes& bytes, const LogicalIndex& index)
-{
-    append<std::uint32_t>(bytes, kRecordMagic);
-    append<std::uint32_t>(bytes, index.number);
-    append<std::uint32_t>(bytes, index.physical);
-    append<std::uint8_t>(bytes, 0);
-    append<std::int32_t>(bytes, -1);
-    append<std::uint32_t>(bytes, 0);
-    append<std::uint8_t>(bytes, 4);
-    append<std::uint8_t>(bytes, 4);
-    append<std::uint8_t>(bytes, index.kind);
-    append<std::uint32_t>(bytes, 0);
 }
 
 void appendHeader(Bytes& bytes, const TableDefinition& definition)
@@ -158,9 +118,9 @@ void encodeDefinition(TableDefinition& definition, const std::vector<std::uint32
     for (const Column& column : definition.columns)
         appendName(bytes, column.name);
     for (const PhysicalIndex& index : definition.physicalIndexes)
-        appendPhysicalIndex(bytes, index);
+        appendPhysicalRecord(bytes, index);
     for (const LogicalIndex& index : definition.logicalIndexes)
-        appendLogicalIndex(bytes, index);
+        appendLogicalRecord(bytes, index);
     for (const LogicalIndex& index : definition.logicalIndexes)
         appendName(bytes, index.name);
     for (const Column& column : definition.columns) {

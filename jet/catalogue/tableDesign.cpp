@@ -88,7 +88,7 @@ bool canBeIndexed(const Column& column, bool ascending, const Header& header)
     return column.type != ColumnType::Ole;
 }
 
-PhysicalIndex designIndex(const TableDefinition& definition, const IndexSpec& spec, const Header& header)
+PhysicalIndex designTree(const TableDefinition& definition, const IndexSpec& spec, const Header& header)
 {
     PhysicalIndex index;
     if (spec.columns.empty() || spec.columns.size() > kMaxIndexColumns)
@@ -112,34 +112,6 @@ PhysicalIndex designIndex(const TableDefinition& definition, const IndexSpec& sp
     index.flags = static_cast<std::uint8_t>(
         0x80 | (index.unique ? 0x01 : 0) | (spec.ignoreNulls ? 0x02 : 0) | (index.required ? 0x08 : 0));
     return index;
-}
-
-void addIndexes(TableDefinition& definition, const TableSpec& spec, const Header& header)
-{
-    if (spec.indexes.size() > kMaxIndexes)
-        throw Error(3626, kErrorsInCommand, u"There are too many indexes on table '" + spec.name + u"'.");
-    bool hasPrimary = false;
-    for (const IndexSpec& from : spec.indexes) {
-        LogicalIndex logical;
-        logical.name = checkedName(from.name);
-        for (const LogicalIndex& other : definition.logicalIndexes)
-            if (sameName(other.name, logical.name, header.sortOrder))
-                throw Error(3284, kErrorsInCommand,
-                    u"Table '" + spec.name + u"' already has an index named '" + logical.name + u"'.");
-        if (from.primary && hasPrimary)
-            throw Error(3283, kErrorsInCommand, u"Primary key already exists.");
-        hasPrimary = hasPrimary || from.primary;
-        logical.number = static_cast<std::uint32_t>(definition.physicalIndexes.size());
-        logical.physical = logical.number;
-        logical.kind = from.primary ? 1 : 0;
-        definition.physicalIndexes.push_back(designIndex(definition, from, header));
-        definition.logicalIndexes.push_back(std::move(logical));
-    }
-    // Other programs keep the names of indexes sorted; the numbers say which tree is whose.
-    std::sort(definition.logicalIndexes.begin(), definition.logicalIndexes.end(),
-        [&](const LogicalIndex& a, const LogicalIndex& b) {
-            return compareTexts(a.name, b.name, header.sortOrder) < 0;
-        });
 }
 
 } // namespace
@@ -184,12 +156,45 @@ Column designColumn(const ColumnSpec& spec, SortOrder order)
     return column;
 }
 
+DesignedIndex designIndex(const TableDefinition& definition, const IndexSpec& spec,
+    const std::u16string& table, const Header& header)
+{
+    const std::vector<LogicalIndex>& others = definition.logicalIndexes;
+    const auto any = [&](auto&& isSo) { return std::any_of(others.begin(), others.end(), isSo); };
+    if (std::max(others.size(), definition.physicalIndexes.size()) >= kMaxIndexes)
+        throw Error(3626, kErrorsInCommand, u"There are too many indexes on table '" + table + u"'.");
+    DesignedIndex design;
+    LogicalIndex& name = design.name;
+    name.name = checkedName(spec.name);
+    if (any([&](const LogicalIndex& other) { return sameName(other.name, name.name, header.sortOrder); }))
+        throw Error(3284, kErrorsInCommand,
+            u"Table '" + table + u"' already has an index named '" + name.name + u"'.");
+    if (spec.primary && any([](const LogicalIndex& other) { return other.kind == kPrimaryKind; }))
+        throw Error(3283, kErrorsInCommand, u"Primary key already exists.");
+    name.kind = spec.primary ? kPrimaryKind : 0;
+    while (any([&](const LogicalIndex& other) { return other.number == name.number; }))
+        ++name.number;
+    design.tree = designTree(definition, spec, header);
+    // Other programs keep the names of indexes sorted; the numbers say which tree is whose.
+    while (design.place < others.size() &&
+        compareTexts(others[design.place].name, name.name, header.sortOrder) < 0)
+        ++design.place;
+    return design;
+}
+
 TableDefinition designTable(const TableSpec& spec, const Header& header)
 {
     TableDefinition definition;
     definition.tableType = kUserTable;
     addColumns(definition, spec, header.sortOrder);
-    addIndexes(definition, spec, header);
+    for (const IndexSpec& index : spec.indexes) {
+        DesignedIndex design = designIndex(definition, index, spec.name, header);
+        design.name.physical = static_cast<std::uint32_t>(definition.physicalIndexes.size());
+        definition.physicalIndexes.push_back(std::move(design.tree));
+        definition.logicalIndexes.insert(
+            definition.logicalIndexes.begin() + static_cast<std::ptrdiff_t>(design.place),
+            std::move(design.name));
+    }
     return definition;
 }
 

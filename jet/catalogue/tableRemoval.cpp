@@ -14,19 +14,9 @@
 namespace vellums::jet {
 namespace {
 
-constexpr std::uint8_t kForeignKeyKind = 2;
-constexpr std::uint8_t kFreedDefinition = 0x08; // first bytes of pages that were given back
-constexpr std::uint8_t kFreedData = 0x09;
-constexpr std::uint8_t kKeepsFirstByte = 0;
 constexpr std::uint8_t kNotTaken = 0xFF;
 constexpr unsigned kComplexType = 0x12;
 constexpr std::uint32_t kComplexFlags = 0x000C0000; // has complex columns, or lies behind one
-
-[[noreturn]] void throwInRelationship()
-{
-    throw Error(3281, kFail,
-        u"Cannot delete this index or table. It is either the current index or is used in a relationship.");
-}
 
 // The pages and map rows of one table, and giving them back.
 class Belongings {

@@ -55,6 +55,17 @@ inline void append(Bytes& bytes, ByteView more)
     bytes.insert(bytes.end(), more.begin(), more.end());
 }
 
+inline void insertBytes(Bytes& bytes, std::size_t at, ByteView more)
+{
+    bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(at), more.begin(), more.end());
+}
+
+inline void eraseBytes(Bytes& bytes, std::size_t at, std::size_t length)
+{
+    const auto first = bytes.begin() + static_cast<std::ptrdiff_t>(at);
+    bytes.erase(first, first + static_cast<std::ptrdiff_t>(length));
+}
+
 // Part of a range. Throws (damaged file) when it does not lie inside.
 inline ByteView slice(ByteView bytes, std::size_t offset, std::size_t length)
 {

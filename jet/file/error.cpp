@@ -34,6 +34,12 @@ void throwFieldTooSmall()
         u"data.");
 }
 
+void throwInRelationship()
+{
+    throw Error(3281, kFail,
+        u"Cannot delete this index or table. It is either the current index or is used in a relationship.");
+}
+
 void throwDuplicateKey()
 {
     throw Error(3022, kFail,

@@ -48,6 +48,7 @@ inline constexpr std::int32_t kDuplicateTable = -2147217857;   // 80040E3F
 [[noreturn]] void throwTypeMismatch();                                                             // 3464
 [[noreturn]] void throwFieldTooSmall();                                                            // 3163
 [[noreturn]] void throwDuplicateKey();                                                             // 3022
+[[noreturn]] void throwInRelationship();                                                           // 3281
 [[noreturn]] void throwNullNotAllowed(const std::u16string& table, const std::u16string& column);  // 3314
 [[noreturn]] void throwEmptyNotAllowed(const std::u16string& table, const std::u16string& column); // 3315
 

@@ -7,6 +7,11 @@
 
 namespace vellums::jet {
 
+// First bytes of pages that were given back.
+inline constexpr std::uint8_t kFreedDefinition = 0x08;
+inline constexpr std::uint8_t kFreedData = 0x09;
+inline constexpr std::uint8_t kKeepsFirstByte = 0;
+
 // The free pages of the whole file: page 1, row 0. A set bit means free.
 class FreePages {
 public:

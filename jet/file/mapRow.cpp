@@ -1,5 +1,7 @@
 #include "jet/file/mapRow.h"
 
+#include "jet/file/freePages.h"
+
 #include <cassert>
 
 namespace vellums::jet {
@@ -86,6 +88,32 @@ void initBitmapPage(MutableBytes page, std::byte fill)
 {
     std::fill(page.begin(), page.end(), fill);
     store<std::uint32_t>(page, 0, 0x0105);
+}
+
+PageNo pageForMaps(PageFile& file, const std::vector<PageNo>& candidates, int count)
+{
+    for (const PageNo page : candidates) {
+        const DataPage maps(file.read(page));
+        if (maps.owner() == 0 && maps.freeBytes() >= count * static_cast<int>(kMapRowBytes + 2) &&
+            maps.rowCount() <= kMaxRowsOnPage - count)
+            return page;
+    }
+    const PageNo page = FreePages(file).allocate();
+    initDataPage(file.writeNew(page), 0);
+    return page;
+}
+
+RowRef addMapRow(PageFile& file, PageNo page)
+{
+    const Bytes empty(kMapRowBytes);
+    return {page, appendRow(file.write(page), empty, 0)};
+}
+
+void removeMapRow(PageFile& file, RowRef place)
+{
+    deleteRow(file.write(place.page), place.row);
+    if (DataPage(file.read(place.page)).isEmpty())
+        FreePages(file).release(place.page, kFreedData);
 }
 
 } // namespace vellums::jet

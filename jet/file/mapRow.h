@@ -72,6 +72,14 @@ bool bitmapBitAt(const PageFile& file, PageNo page, std::size_t index);
 MutableBytes writableBitmap(PageFile& file, PageNo page);
 void initBitmapPage(MutableBytes page, std::byte fill);
 
+// A page with room for so many fresh maps: the first of these pages of maps that has it, else a new one.
+PageNo pageForMaps(PageFile& file, const std::vector<PageNo>& candidates, int count);
+// Puts an empty map on such a page.
+RowRef addMapRow(PageFile& file, PageNo page);
+// Deletes the row of a map, and gives its page back when it was the last one there. The pages that hold the
+// bits of a map of form 1 are the caller's.
+void removeMapRow(PageFile& file, RowRef place);
+
 void replaceMapRow(PageFile& file, RowRef place, ByteView row);
 // The pages of kind 0x05 that a map of form 1 names; none of form 0.
 std::vector<PageNo> referencedPages(const PageFile& file, RowRef place);

@@ -47,8 +47,8 @@ public:
     // All entries in key order; the callback returns false to stop.
     void forEach(const std::function<bool(ByteView key, RowRef row)>& callback) const;
 
-    // Replaces the whole content. The entries are sorted here. Nothing but a test calls it yet: it makes the
-    // tree of a new index over rows that are there, and of a compacted table.
+    // Replaces the whole content. The entries are sorted here. It makes the tree of a new index over rows
+    // that are there, and of a compacted table.
     void rebuild(std::vector<IndexEntry> entries, FreePages& free);
 
     // Every page of the tree, root first; checks structure, order, bounds, the leaf chain and that the

@@ -100,7 +100,7 @@ void removeRow(PageFile& file, const PageOwner& owner, RowRef row)
     UsageMap(file, owner.ownedMap).remove(row.page);
     if (owner.freeMap.page != 0)
         UsageMap(file, owner.freeMap).remove(row.page);
-    FreePages(file).release(row.page, 0x09);
+    FreePages(file).release(row.page, kFreedData);
 }
 
 void noteFreeSpace(PageFile& file, const PageOwner& owner, PageNo page)

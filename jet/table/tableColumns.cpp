@@ -17,33 +17,13 @@ namespace {
 
 constexpr std::size_t kMaxColumnSlots = 255;
 
-void insertBytes(Bytes& bytes, std::size_t at, ByteView more)
-{
-    bytes.insert(bytes.begin() + static_cast<std::ptrdiff_t>(at), more.begin(), more.end());
-}
-
-// Where the name list of the columns ends in the joined definition.
-std::size_t endOfNames(const Bytes& joined, std::size_t namesAt, std::size_t count)
-{
-    for (std::size_t i = 0; i < count; ++i)
-        namesAt += 2 + load<std::uint16_t>(joined, namesAt);
-    return namesAt;
-}
-
 // Two empty maps for the pages of a long-value column: on the page of the table's own maps when they
 // fit there, else on a new one.
 void makeLongValueMaps(PageFile& file, const TableDefinition& definition, Column& column)
 {
-    PageNo page = definition.ownedMap.page;
-    const DataPage maps(file.read(page));
-    if (maps.owner() != 0 || maps.freeBytes() < static_cast<int>(2 * (kMapRowBytes + 2)) ||
-        maps.rowCount() > kMaxRowsOnPage - 2) {
-        page = FreePages(file).allocate();
-        initDataPage(file.writeNew(page), 0);
-    }
-    const Bytes empty(kMapRowBytes);
-    column.ownedMap = {page, appendRow(file.write(page), empty, 0)};
-    column.freeMap = {page, appendRow(file.write(page), empty, 0)};
+    const PageNo page = pageForMaps(file, {definition.ownedMap.page}, 2);
+    column.ownedMap = addMapRow(file, page);
+    column.freeMap = addMapRow(file, page);
 }
 
 } // namespace
@@ -67,8 +47,7 @@ void Table::appendColumn(const Column& wanted)
 
     constexpr Format::Definition places = kJet4.definition;
     Bytes& joined = definition_.joined;
-    const std::size_t recordsAt = kDefinitionHeader + kIndexCounter * definition_.physicalIndexes.size();
-    const std::size_t namesAt = recordsAt + kColumnRecord * definition_.columns.size();
+    const DefinitionParts parts = partsOf(definition_);
     if (isLongValue(column.type)) {
         makeLongValueMaps(file_, definition_, column);
         Bytes entry;
@@ -81,8 +60,8 @@ void Table::appendColumn(const Column& wanted)
     appendName(name, column.name);
     Bytes record;
     appendColumnRecord(record, column);
-    insertBytes(joined, endOfNames(joined, namesAt, definition_.columns.size()), name);
-    insertBytes(joined, namesAt, record);
+    insertBytes(joined, parts.physicalIndexes, name);
+    insertBytes(joined, parts.columnNames, record);
     store<std::uint16_t>(joined, places.columnSlots, static_cast<std::uint16_t>(definition_.columnSlots + 1));
     if (!column.isFixed())
         store<std::uint16_t>(

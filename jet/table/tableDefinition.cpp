@@ -19,7 +19,7 @@ constexpr std::size_t kUsageMapInIndex = 34;
 constexpr std::size_t kRootInIndex = 38;
 constexpr std::size_t kMaxColumns = 255;
 constexpr std::size_t kMaxIndexes = 1000; // far above the 32 of the format, which Access itself passes
-constexpr int kIndexSlots = 10;
+constexpr std::size_t kIndexSlots = 10;
 constexpr std::uint32_t kRecordMagic = 1625;
 constexpr std::uint32_t kPhysicalMagic = 0x0783;
 constexpr std::uint8_t kKnownIndexFlags = 0x8B;
@@ -298,6 +298,63 @@ void appendName(Bytes& bytes, std::u16string_view name)
     append(bytes, std::as_bytes(std::span(name.data(), name.size())));
 }
 
+//   offset  size  holds
+//        0     4  1923
+//        4   3*10  columns: number, 1 when it ascends; FFFF: unused
+//       34     4  usage map
+//       38     4  root
+//       46     1  flags
+void appendPhysicalRecord(Bytes& bytes, const PhysicalIndex& index)
+{
+    assert(index.columns.size() <= kIndexSlots);
+    append<std::uint32_t>(bytes, kPhysicalMagic);
+    for (std::size_t i = 0; i < kIndexSlots; ++i) {
+        const bool used = i < index.columns.size();
+        append<std::uint16_t>(bytes, used ? index.columns[i].number : kNoColumn);
+        append<std::uint8_t>(bytes, used && index.columns[i].ascending);
+    }
+    append<std::uint32_t>(bytes, pointerTo(index.usageMap));
+    append<std::uint32_t>(bytes, index.root);
+    append<std::uint32_t>(bytes, 0);
+    append<std::uint8_t>(bytes, index.flags);
+    bytes.resize(bytes.size() + 5);
+}
+
+// An index that is no part of a relationship: no partner (-1), no other table, and 4 where a relationship
+// would say what happens to the rows of the other side.
+void appendLogicalRecord(Bytes& bytes, const LogicalIndex& index)
+{
+    append<std::uint32_t>(bytes, kRecordMagic);
+    append<std::uint32_t>(bytes, index.number);
+    append<std::uint32_t>(bytes, index.physical);
+    append<std::uint8_t>(bytes, 0);
+    append<std::int32_t>(bytes, -1);
+    append<std::uint32_t>(bytes, 0);
+    append<std::uint8_t>(bytes, 4);
+    append<std::uint8_t>(bytes, 4);
+    append<std::uint8_t>(bytes, index.kind);
+    append<std::uint32_t>(bytes, 0);
+}
+
+DefinitionParts partsOf(const TableDefinition& definition)
+{
+    const Format::Definition& sizes = definition.format->definition;
+    DefinitionParts parts;
+    parts.columns = sizes.headBytes + sizes.counterBytes * definition.physicalIndexes.size();
+    parts.columnNames = parts.columns + sizes.columnBytes * definition.columns.size();
+    parts.physicalIndexes = skipNames(definition.joined, parts.columnNames, definition.columns.size());
+    parts.logicalIndexes = parts.physicalIndexes + sizes.physicalBytes * definition.physicalIndexes.size();
+    parts.indexNames = parts.logicalIndexes + sizes.logicalBytes * definition.logicalIndexes.size();
+    return parts;
+}
+
+std::size_t skipNames(const Bytes& joined, std::size_t at, std::size_t count)
+{
+    for (std::size_t i = 0; i < count; ++i)
+        at += 2 + load<std::uint16_t>(joined, at);
+    return at;
+}
+
 TableDefinition readTableDefinition(const PageFile& file, PageNo page)
 {
     TableDefinition definition;
@@ -336,7 +393,7 @@ void writeDefinitionBytes(PageFile& file, TableDefinition& definition)
     while (definition.pages.size() < pagesNeeded)
         definition.pages.push_back(free.allocate());
     while (definition.pages.size() > pagesNeeded) {
-        free.release(definition.pages.back(), 0x08);
+        free.release(definition.pages.back(), kFreedDefinition);
         definition.pages.pop_back();
     }
 

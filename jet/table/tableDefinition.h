@@ -67,6 +67,9 @@ struct PhysicalIndex {
     bool understood = true; // false: unknown flags or columns; the table is not written
 };
 
+inline constexpr std::uint8_t kPrimaryKind = 1; // of logical indexes
+inline constexpr std::uint8_t kForeignKeyKind = 2;
+
 // A name and a role for a physical index.
 struct LogicalIndex {
     std::u16string name;
@@ -106,6 +109,23 @@ std::size_t fixedSize(const Column& column);
 // The 25 bytes that describe a column, and its name as the definition holds it.
 void appendColumnRecord(Bytes& bytes, const Column& column);
 void appendName(Bytes& bytes, std::u16string_view name);
+
+// The records of an index: as a tree, and as a name that is no part of a relationship.
+void appendPhysicalRecord(Bytes& bytes, const PhysicalIndex& index);
+void appendLogicalRecord(Bytes& bytes, const LogicalIndex& index);
+
+// Where in `joined` the parts behind the head and the counters begin.
+struct DefinitionParts {
+    std::size_t columns;
+    std::size_t columnNames;
+    std::size_t physicalIndexes;
+    std::size_t logicalIndexes;
+    std::size_t indexNames; // in the order of the logical indexes
+};
+
+DefinitionParts partsOf(const TableDefinition& definition);
+// The place behind so many names, where they are UTF-16.
+std::size_t skipNames(const Bytes& joined, std::size_t at, std::size_t count);
 
 // Pages that a definition of so many bytes takes.
 std::size_t definitionPageCount(std::size_t bytes);
