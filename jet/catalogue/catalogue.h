@@ -1,4 +1,4 @@
-// The system tables: which tables there are, creating one, adding a column, dropping one.
+// The system tables: which tables there are, creating one, adding a column or an index, dropping one.
 #pragma once
 
 #include "jet/table/table.h"
@@ -55,8 +55,8 @@ struct TableSpec {
     std::vector<IndexSpec> indexes;
 };
 
-// Reading is in catalogue.cpp, new tables and columns are in tableCreation.cpp, dropping is in
-// tableRemoval.cpp.
+// Reading is in catalogue.cpp, new tables and columns are in tableCreation.cpp, indexes in
+// indexChanges.cpp, dropping tables is in tableRemoval.cpp.
 class Catalogue {
 public:
     explicit Catalogue(PageFile& file);
@@ -81,12 +81,21 @@ public:
     // Appends a column. Throws Error: the field exists (3380), too many fields (3190).
     void addColumn(const CatalogueEntry& entry, const ColumnSpec& column);
 
+    // Makes an index over the rows of a table. Throws Error as designIndex() and Table::appendIndex() do.
+    void createIndex(const CatalogueEntry& entry, const IndexSpec& index);
+
+    // Removes an index. Throws Error: there is none of that name (3372); it is part of a relationship (3281).
+    void dropIndex(const CatalogueEntry& entry, std::u16string_view name);
+
     // Gives back every page of the table and takes it out of the catalogue, with its properties and
     // permissions. Throws Error: it takes part in a relationship (3281); it is no ordinary table of this
     // file, or holds something that is not fully understood (unsupported); damaged file.
     void dropTable(const CatalogueEntry& entry);
 
 private:
+    Table openForDesign(const CatalogueEntry& entry) const;
+    void noteDesignChange(const CatalogueEntry& entry);
+
     PageFile& file_;
 };
 

@@ -146,9 +146,7 @@ PageNo Catalogue::createTable(const TableSpec& spec)
 void Catalogue::addColumn(const CatalogueEntry& entry, const ColumnSpec& spec)
 {
     const SortOrder order = file_.header().sortOrder;
-    Table table = open(entry);
-    if (!entry.isUserTable())
-        throwUnsupported(u"The table '" + entry.name + u"' belongs to the system and is left as it is.");
+    Table table = openForDesign(entry);
     table.requireWritable();
     Column column = designColumn(spec, order);
     if (table.columnIndex(column.name))

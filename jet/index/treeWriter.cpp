@@ -320,6 +320,7 @@ void TreeWriter::writeLevel(std::vector<IndexPage>& pages)
             pages[i].next = i + 1 == pages.size() ? 0 : pages[i + 1].page;
         }
         write(pages[i]);
+        file_.makeRoom();
     }
 }
 

@@ -65,7 +65,7 @@ struct Assignment {
 };
 
 // One table. Finding and reading rows is in table.cpp, adding, changing and removing them in tableWrite.cpp,
-// a new column in tableColumns.cpp.
+// new columns in tableColumns.cpp, indexes that come and go in tableIndexes.cpp.
 class Table {
 public:
     // `rules` runs parallel to the columns; empty: no rules.
@@ -133,6 +133,15 @@ public:
     // Appends a column to the definition; existing rows read NULL. For catalogue/, which also writes
     // the column's properties.
     void appendColumn(const Column& column);
+
+    // Makes an index over the rows that are there. `name.physical` is set here; the name takes that place
+    // among the others. Throws Error, with nothing changed: two rows have the same key (3022), a row has no
+    // value where one is required (3314), a key cannot be made (unsupported).
+    void appendIndex(PhysicalIndex index, LogicalIndex name, std::size_t place);
+
+    // Takes the name of an index out of the definition. When no other name stands for its tree the tree goes,
+    // too, and its pages are given back.
+    void removeIndex(std::size_t logicalIndex);
 
     // Gives every row the layout of the definition as it is now.
     void rewriteRows();

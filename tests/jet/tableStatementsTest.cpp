@@ -4,6 +4,7 @@
 #include "jet/file/dataPage.h"
 #include "jet/file/pageFile.h"
 #include "jet/sql/values/conversion.h"
+#include "jet/table/indexKeys.h"
 #include "platform/files.h"
 #include "tests/jet/fixturesFolder.h"
 #include "tests/support/bareFile.h"
@@ -294,8 +295,26 @@ TEST_P(TableStatements, WhatIsRefusedLeavesTheFileAsItWas)
     }
 }
 
+// The indexes of all tables: names, and the entries that lead to rows.
+std::vector<std::vector<Value>> indexesOf(const std::u16string& path)
+{
+    PageFile file(path, OpenMode::Read);
+    std::vector<std::vector<Value>> indexes;
+    for (const CatalogueEntry& entry : Catalogue(file).entries()) {
+        if (!entry.isUserTable())
+            continue;
+        const Table table = Catalogue(file).open(entry);
+        for (const LogicalIndex& index : table.definition().logicalIndexes) {
+            const PhysicalIndex& tree = table.definition().physicalIndexes[index.physical];
+            const auto entries = BTree(file, treeOf(table.definition(), tree)).inspect().entries.size();
+            indexes.push_back({index.name, static_cast<std::int32_t>(entries)});
+        }
+    }
+    return indexes;
+}
+
 // Wherever the disk stops and whatever it forgets, a table is copied, changed, emptied, dropped or renamed,
-// or everything is as it was.
+// an index is made or dropped, or everything is as it was.
 TEST_P(TableStatements, AreAllOrNothingWhereverTheDiskStops)
 {
     const bool small = GetParam() == FileFormat::Jet4;
@@ -307,7 +326,9 @@ TEST_P(TableStatements, AreAllOrNothingWhereverTheDiskStops)
     const std::string before = tests::bytesOf(path_);
     const std::vector<std::u16string> acts[] = {{u"SELECT * INTO [Other] FROM [Notes]"},
         {u"UPDATE [Notes] SET VLTEXT=VLTEXT & ID"}, {u"DELETE FROM [Notes]"}, {u"DROP TABLE [Notes]"},
-        {u"SELECT * INTO [Other] FROM [Notes]", u"DROP TABLE [Notes]"}};
+        {u"SELECT * INTO [Other] FROM [Notes]", u"DROP TABLE [Notes]"},
+        {u"CREATE UNIQUE INDEX [By text] ON [Notes] (ID DESC, VLTEXT) WITH PRIMARY"},
+        {u"DROP INDEX VLIDX ON [Notes]"}};
     const auto state = [&] {
         Database database(path_);
         std::vector<std::vector<Value>> rows;
@@ -316,6 +337,8 @@ TEST_P(TableStatements, AreAllOrNothingWhereverTheDiskStops)
             for (std::vector<Value>& row : database.run(u"SELECT * FROM [" + name + u"]").rows)
                 rows.push_back(std::move(row));
         }
+        for (std::vector<Value>& index : indexesOf(path_))
+            rows.push_back(std::move(index));
         return rows;
     };
     const auto stateBefore = state();

@@ -52,6 +52,24 @@ void addColumn(PageFile& file, const AddColumnStatement& statement)
     catalogue.addColumn(*entry, statement.column);
 }
 
+void createIndex(PageFile& file, const CreateIndexStatement& statement)
+{
+    Catalogue catalogue(file);
+    const std::optional<CatalogueEntry> entry = catalogue.find(statement.table);
+    if (!entry)
+        throwNoInputTable(statement.table);
+    catalogue.createIndex(*entry, statement.index);
+}
+
+void dropIndex(PageFile& file, const DropIndexStatement& statement)
+{
+    Catalogue catalogue(file);
+    const std::optional<CatalogueEntry> entry = catalogue.find(statement.table);
+    if (!entry)
+        throwNoTableToDrop(statement.table);
+    catalogue.dropIndex(*entry, statement.index);
+}
+
 void dropTable(PageFile& file, const DropTableStatement& statement)
 {
     Catalogue catalogue(file);
@@ -109,13 +127,15 @@ Result execute(PageFile& file, Statement& statement, Session& session)
             dropTable(file, drop);
             return {};
         }
-        Result operator()(const CreateIndexStatement&) const
+        Result operator()(const CreateIndexStatement& create) const
         {
-            throwUnsupported(u"CREATE INDEX is not supported yet.");
+            createIndex(file, create);
+            return {};
         }
-        Result operator()(const DropIndexStatement&) const
+        Result operator()(const DropIndexStatement& drop) const
         {
-            throwUnsupported(u"DROP INDEX is not supported yet.");
+            dropIndex(file, drop);
+            return {};
         }
     };
     return std::visit(Run{file, session}, statement);
