@@ -56,7 +56,7 @@ struct TableSpec {
 };
 
 // Reading is in catalogue.cpp, new tables and columns are in tableCreation.cpp, indexes in
-// indexChanges.cpp, dropping tables is in tableRemoval.cpp.
+// indexChanges.cpp, dropping tables and columns is in tableRemoval.cpp.
 class Catalogue {
 public:
     explicit Catalogue(PageFile& file);
@@ -80,6 +80,11 @@ public:
 
     // Appends a column. Throws Error: the field exists (3380), too many fields (3190).
     void addColumn(const CatalogueEntry& entry, const ColumnSpec& column);
+
+    // Drops a column with its values and properties. Throws Error: there is none of that name (3381); an
+    // index or a relationship uses it (3280); it is the only one, or a rule of the table may need it
+    // (unsupported).
+    void dropColumn(const CatalogueEntry& entry, std::u16string_view name);
 
     // Makes an index over the rows of a table. Throws Error as designIndex() and Table::appendIndex() do.
     void createIndex(const CatalogueEntry& entry, const IndexSpec& index);

@@ -209,4 +209,10 @@ void PropertySet::addColumn(const std::u16string& column, ColumnType type, bool 
     blocks_.push_back(std::move(block));
 }
 
+void PropertySet::removeColumn(std::u16string_view column, SortOrder order)
+{
+    std::erase_if(blocks_,
+        [&](const Block& block) { return block.column && compareTexts(block.name, column, order) == 0; });
+}
+
 } // namespace vellums::jet

@@ -38,6 +38,9 @@ public:
     // Adds the block of a new column: nulls, and for texts empty values and compression.
     void addColumn(const std::u16string& column, ColumnType type, bool required);
 
+    // Takes the block of a column out; the names that it used stay.
+    void removeColumn(std::u16string_view column, SortOrder order);
+
     // The columns that have a block.
     std::vector<std::u16string> columns() const;
 

@@ -1,12 +1,14 @@
-// Dropping a table. Everything it owns is gathered and checked before anything changes: each page says
-// itself whose it is, so a map that names a page of somebody else is found out in time.
+// Dropping tables and columns. Everything that a table owns is gathered and checked before anything changes:
+// each page says itself whose it is, so a map that names a page of somebody else is found out in time.
 #include "jet/catalogue/catalogue.h"
+#include "jet/catalogue/propertySet.h"
 #include "jet/catalogue/systemRows.h"
 #include "jet/file/dataPage.h"
 #include "jet/file/freePages.h"
 #include "jet/file/usageMap.h"
 #include "jet/index/collation.h"
 #include "jet/index/indexPage.h"
+#include "platform/clock.h"
 
 #include <algorithm>
 #include <set>
@@ -151,7 +153,61 @@ void removePermissions(PageFile& file, std::int32_t id)
         permissions.erase(row);
 }
 
+[[noreturn]] void throwFieldInUse()
+{
+    throw Error(3280, kFail, u"Cannot delete a field that is part of an index or is needed by the system.");
+}
+
+// A relationship that is not enforced has no index, but names its columns all the same.
+void refuseUsedColumn(PageFile& file, const Table& table, const Column& column)
+{
+    for (const PhysicalIndex& index : table.definition().physicalIndexes)
+        for (const IndexColumn& part : index.columns)
+            if (part.number == column.number)
+                throwFieldInUse();
+    const SortOrder order = file.header().sortOrder;
+    const Table relationships(file, kRelationshipsPage, u"MSysRelationships");
+    const std::pair<std::size_t, std::size_t> sides[] = {
+        {columnOf(relationships, u"szObject"), columnOf(relationships, u"szColumn")},
+        {columnOf(relationships, u"szReferencedObject"), columnOf(relationships, u"szReferencedColumn")}};
+    relationships.forEachRow([&](const Row& row) {
+        for (const auto& [object, name] : sides)
+            if (compareTexts(textIn(row, object), table.name(), order) == 0 &&
+                compareTexts(textIn(row, name), column.name, order) == 0)
+                throwFieldInUse();
+        return true;
+    });
+}
+
 } // namespace
+
+void Catalogue::dropColumn(const CatalogueEntry& entry, std::u16string_view name)
+{
+    Table table = openForDesign(entry);
+    const std::optional<std::size_t> at = table.columnIndex(name);
+    if (!at)
+        throw Error(3381, kErrorsOccurred,
+            u"There is no field named '" + std::u16string(name) + u"' in table '" + entry.name + u"'.");
+    const std::u16string column = table.definition().columns[*at].name;
+    refuseUsedColumn(file_, table, table.definition().columns[*at]);
+    table.requireWritable();
+    if (table.definition().columns.size() == 1)
+        throwUnsupported(u"The field '" + column + u"' is the only one of the table '" + entry.name +
+            u"'; the table can be dropped instead.");
+    Table objects(file_, kObjectsPage, u"MSysObjects");
+    const std::size_t propertiesColumn = columnOf(objects, u"LvProp");
+    std::vector<Assignment> changes = {{columnOf(objects, u"DateUpdate"), Date{platform::oleNow()}}};
+    if (const auto blob = bytesIn(objects.rowAt(entry.row), propertiesColumn)) {
+        PropertySet properties = PropertySet::parse(*blob).value(); // open() has parsed it
+        if (!properties.tableRule().empty())
+            throwUnsupported(u"The table '" + entry.name + u"' has the validation rule '" +
+                properties.tableRule() + u"', which may need the field; it is left as it is.");
+        properties.removeColumn(column, file_.header().sortOrder);
+        changes.push_back({propertiesColumn, properties.encode()});
+    }
+    table.removeColumn(*at);
+    objects.update(entry.row, changes);
+}
 
 void Catalogue::dropTable(const CatalogueEntry& entry)
 {

@@ -65,7 +65,7 @@ struct Assignment {
 };
 
 // One table. Finding and reading rows is in table.cpp, adding, changing and removing them in tableWrite.cpp,
-// new columns in tableColumns.cpp, indexes that come and go in tableIndexes.cpp.
+// columns and indexes that come and go in tableColumns.cpp and tableIndexes.cpp.
 class Table {
 public:
     // `rules` runs parallel to the columns; empty: no rules.
@@ -133,6 +133,10 @@ public:
     // Appends a column to the definition; existing rows read NULL. For catalogue/, which also writes
     // the column's properties.
     void appendColumn(const Column& column);
+
+    // Takes a column that no index has out of the definition, and gives back the pages of its long values.
+    // Rows keep its bytes until they are written again; its number and its slot are never another column's.
+    void removeColumn(std::size_t column);
 
     // Makes an index over the rows that are there. `name.physical` is set here; the name takes that place
     // among the others. Throws Error, with nothing changed: two rows have the same key (3022), a row has no

@@ -1,5 +1,7 @@
-// SELECT INTO and DROP TABLE: what they make, what they give back, what they refuse.
+// SELECT INTO, DROP TABLE and DROP COLUMN: what they make, what they give back, what they refuse.
 #include "jet/catalogue/catalogue.h"
+#include "jet/catalogue/propertySet.h"
+#include "jet/catalogue/systemRows.h"
 #include "jet/database.h"
 #include "jet/file/dataPage.h"
 #include "jet/file/pageFile.h"
@@ -125,6 +127,46 @@ TEST_P(TableStatements, AFirstTextColumnGivesOldRowsTheFormOfNewOnes)
     db_->run(u"CREATE TABLE [New] (N LONG, T VARCHAR(9))");
     db_->run(u"INSERT INTO [New] (N) VALUES (7)");
     EXPECT_EQ(onlyRow(path_, u"Old"), onlyRow(path_, u"New"));
+}
+
+// The values go, with their pages and properties; number and slot of the column are nobody's from then on.
+TEST_P(TableStatements, AColumnGoesAndLeavesTheOthersAsTheyAre)
+{
+    db_->run(u"CREATE TABLE [T] (A LONG, B MEMO, C VARCHAR(9), D DATETIME NOT NULL, E MEMO)");
+    db_->beginBatch();
+    for (int i = 0; i < 30; ++i)
+        db_->run(u"INSERT INTO [T] VALUES (" + decimal(i) + u", '" + std::u16string(3000, u'b') +
+            u"', 'c', #2024-3-5#, '" + std::u16string(40000, u'e') + u"')");
+    db_->endBatch();
+    const std::string before = rows(u"SELECT A, B, C FROM [T]");
+    db_->run(u"ALTER TABLE [T] DROP COLUMN e");
+    db_->run(u"ALTER TABLE [T] DROP D");
+    expectSound(path_);
+    EXPECT_EQ(rows(u"SELECT * FROM [T]"), before);
+    {
+        PageFile file(path_, OpenMode::Read);
+        const CatalogueEntry entry = Catalogue(file).find(u"T").value();
+        const TableDefinition table = readTableDefinition(file, static_cast<PageNo>(entry.id));
+        EXPECT_EQ(table.joined.size(), 63u + 3 * (25 + 4) + 10 + 2); // B alone has maps
+        EXPECT_EQ(table.columnSlots, 5);
+        EXPECT_EQ(table.variableSlots, 3);
+        const Table objects(file, kObjectsPage, u"MSysObjects");
+        const Bytes blob = bytesIn(objects.rowAt(entry.row), columnOf(objects, u"LvProp")).value();
+        EXPECT_EQ(
+            PropertySet::parse(blob).value().columns(), (std::vector<std::u16string>{u"A", u"B", u"C"}));
+    }
+    const std::uint64_t size = platform::fileSize(path_).value();
+    db_->run(u"ALTER TABLE [T] ADD COLUMN E MEMO");
+    db_->run(u"ALTER TABLE [T] ADD COLUMN D LONG");
+    EXPECT_EQ(rows(u"SELECT COUNT(*) FROM [T] WHERE E IS NULL AND D IS NULL"), "30|/");
+    db_->run(u"UPDATE [T] SET E='" + std::u16string(39000, u'n') + u"', D=A");
+    EXPECT_EQ(platform::fileSize(path_).value(), size) << "the pages serve again";
+    EXPECT_EQ(rows(u"SELECT A, B, C FROM [T]"), before);
+    EXPECT_EQ(rows(u"SELECT COUNT(*) FROM [T] WHERE D=A AND LEN(E)=39000"), "30|/");
+    for (const char16_t* const name : {u"B", u"C", u"E", u"A"})
+        db_->run(std::u16string(u"ALTER TABLE [T] DROP COLUMN ") + name);
+    EXPECT_EQ(errorOf(*db_, u"ALTER TABLE [T] DROP COLUMN D").substr(0, 2), "0 ") << "the last one stays";
+    EXPECT_EQ(rows(u"SELECT * FROM [T] WHERE D>27"), "28|/29|/");
 }
 
 // The maps of their pages do not fit on one page.
@@ -288,6 +330,10 @@ TEST_P(TableStatements, WhatIsRefusedLeavesTheFileAsItWas)
         {u"DROP TABLE [Missing]", "3376 -2147217865 Table 'Missing' does not exist."},
         {u"DROP TABLE [MSysACEs]", "0 "},
         {u"DROP TABLE [Notes] WHERE 1=1", "3295 "},
+        {u"ALTER TABLE [Notes] DROP COLUMN Missing", "3381 -2147217887 There is no field named 'Missing'"},
+        {u"ALTER TABLE [Notes] DROP COLUMN ID", "3280 -2147467259 "},
+        {u"ALTER TABLE [Missing] DROP COLUMN ID", "3078 "},
+        {u"ALTER TABLE [MSysACEs] DROP COLUMN ACM", "0 "},
     };
     for (const auto& [sql, error] : refused) {
         EXPECT_EQ(errorOf(*db_, sql).substr(0, error.size()), error) << toUtf8(sql);
@@ -328,7 +374,7 @@ TEST_P(TableStatements, AreAllOrNothingWhereverTheDiskStops)
         {u"UPDATE [Notes] SET VLTEXT=VLTEXT & ID"}, {u"DELETE FROM [Notes]"}, {u"DROP TABLE [Notes]"},
         {u"SELECT * INTO [Other] FROM [Notes]", u"DROP TABLE [Notes]"},
         {u"CREATE UNIQUE INDEX [By text] ON [Notes] (ID DESC, VLTEXT) WITH PRIMARY"},
-        {u"DROP INDEX VLIDX ON [Notes]"}};
+        {u"DROP INDEX VLIDX ON [Notes]"}, {u"ALTER TABLE [Notes] DROP COLUMN VLTEXT"}};
     const auto state = [&] {
         Database database(path_);
         std::vector<std::vector<Value>> rows;
@@ -398,12 +444,39 @@ TEST_P(TableStatements, OneThatFailsHalfWayLeavesTheFileAsItWas)
     EXPECT_EQ(rows(u"SELECT * FROM [Copy]"), rows(u"SELECT * FROM [Notes]"));
 }
 
+// Drops the columns of a table from the first on; those that are refused, and their values, stay. Gives how
+// many went.
+int dropColumns(Database& database, const std::u16string& path, const std::u16string& table)
+{
+    Result left = database.run(u"SELECT * FROM [" + table + u"]");
+    const std::size_t all = left.columns.size();
+    for (std::size_t i = 0; i < left.columns.size();) {
+        const std::string before = tests::bytesOf(path);
+        const std::u16string sql = u"ALTER TABLE [" + table + u"] DROP COLUMN [" + left.columns[i] + u"]";
+        if (errorOf(database, sql) != "(none)") {
+            EXPECT_EQ(tests::bytesOf(path), before);
+            ++i;
+            continue;
+        }
+        const auto at = static_cast<std::ptrdiff_t>(i);
+        left.columns.erase(left.columns.begin() + at);
+        for (std::vector<Value>& row : left.rows)
+            row.erase(row.begin() + at);
+    }
+    const Result now = database.run(u"SELECT * FROM [" + table + u"]");
+    EXPECT_EQ(now.columns, left.columns);
+    EXPECT_EQ(now.rows, left.rows);
+    expectSound(path);
+    return static_cast<int>(all - left.columns.size());
+}
+
 // Every table of other programs' files is copied and dropped, or refused with everything left as it is.
 TEST(ForeignTables, AreCopiedWithTheirRowsAndDroppedCleanly)
 {
     int copied = 0;
     int dropped = 0;
     int refused = 0;
+    int columnsGone = 0;
     for (const char* name : {"adox_jet4.mdb", "bigIndexTestV2000.mdb", "compIndexTestV2010.accdb",
              "complexDataTestV2010.accdb", "calcFieldTestV2010.accdb", "delColTestV2000.mdb",
              "delTestV2010.accdb", "fixedNumericTestV2000.mdb", "fixedTextTestV2010.accdb",
@@ -433,6 +506,7 @@ TEST(ForeignTables, AreCopiedWithTheirRowsAndDroppedCleanly)
                 EXPECT_EQ(errorOf(database, u"DROP TABLE [the copy]"), "(none)");
                 expectSound(path);
             }
+            columnsGone += dropColumns(database, path, table);
             const std::string whole = tests::bytesOf(path);
             if (const std::string error = errorOf(database, u"DROP TABLE [" + table + u"]");
                 error != "(none)") {
@@ -449,6 +523,7 @@ TEST(ForeignTables, AreCopiedWithTheirRowsAndDroppedCleanly)
     EXPECT_EQ(copied, 29);  // all but those with calculated fields or attachments
     EXPECT_EQ(dropped, 24); // all but those with attachments or in a relationship
     EXPECT_EQ(refused, 9);
+    EXPECT_EQ(columnsGone, 206); // all but those that indexes, relationships or tables need
 }
 
 } // namespace

@@ -1,7 +1,7 @@
-// CREATE TABLE, CREATE INDEX, ALTER TABLE ADD COLUMN and DROP. A type is a word from a table, perhaps with a
-// length; the table says what its numbers mean. Constraints become indexes: PRIMARY KEY and UNIQUE, behind a
-// column or as an entry of their own; one without a name is given one that is free. Foreign keys, checks and
-// defaults are refused, not passed over.
+// CREATE TABLE, CREATE INDEX, ALTER TABLE with ADD and DROP COLUMN, and DROP. A type is a word from a table,
+// perhaps with a length; the table says what its numbers mean. Constraints become indexes: PRIMARY KEY and
+// UNIQUE, behind a column or as an entry of their own; one without a name is given one that is free. Foreign
+// keys, checks and defaults are refused, not passed over.
 #include "jet/sql/parse/schemaParser.h"
 
 #include "jet/sql/values/asciiUnits.h"
@@ -278,14 +278,25 @@ private:
     {
         cursor_.inStatement(3293, u"Syntax error in ALTER TABLE statement.");
         cursor_.expectWord(u"TABLE");
-        AddColumnStatement statement;
-        statement.table = cursor_.expectName();
-        if (cursor_.atAnyWord({u"DROP", u"ALTER"}))
-            throwUnsupported(u"ALTER TABLE can only add a column.");
-        cursor_.expectWord(u"ADD");
-        if (cursor_.atWord(u"CONSTRAINT"))
-            throwUnsupported(u"ALTER TABLE can only add a column.");
+        std::u16string table = cursor_.expectName();
+        const bool drops = cursor_.skipWord(u"DROP");
+        if (cursor_.atWord(u"ALTER") || (!drops && cursor_.atWord(u"CONSTRAINT", 1)) ||
+            (drops && cursor_.atWord(u"CONSTRAINT")))
+            throwUnsupported(u"ALTER TABLE can only add and drop a column.");
+        if (!drops)
+            cursor_.expectWord(u"ADD");
         cursor_.skipWord(u"COLUMN");
+        if (!drops)
+            return addColumn(std::move(table));
+        DropColumnStatement statement{std::move(table), cursor_.expectName()};
+        cursor_.expectEnd();
+        return statement;
+    }
+
+    Statement addColumn(std::u16string table)
+    {
+        AddColumnStatement statement;
+        statement.table = std::move(table);
         inFieldDefinition();
         statement.column.name = cursor_.expectName();
         readType(statement.column);

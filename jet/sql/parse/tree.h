@@ -121,6 +121,11 @@ struct AddColumnStatement {
     ColumnSpec column;
 };
 
+struct DropColumnStatement {
+    std::u16string table;
+    std::u16string column;
+};
+
 struct DropTableStatement {
     std::u16string table;
 };
@@ -136,8 +141,8 @@ struct DropIndexStatement {
 };
 
 using Statement = std::variant<SelectStatement, IdentityStatement, InsertStatement, UpdateStatement,
-    DeleteStatement, CreateTableStatement, AddColumnStatement, DropTableStatement, CreateIndexStatement,
-    DropIndexStatement>;
+    DeleteStatement, CreateTableStatement, AddColumnStatement, DropColumnStatement, DropTableStatement,
+    CreateIndexStatement, DropIndexStatement>;
 
 // True when the statement changes the file.
 bool writes(const Statement& statement);

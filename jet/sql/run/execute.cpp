@@ -52,6 +52,15 @@ void addColumn(PageFile& file, const AddColumnStatement& statement)
     catalogue.addColumn(*entry, statement.column);
 }
 
+void dropColumn(PageFile& file, const DropColumnStatement& statement)
+{
+    Catalogue catalogue(file);
+    const std::optional<CatalogueEntry> entry = catalogue.find(statement.table);
+    if (!entry)
+        throwNoInputTable(statement.table);
+    catalogue.dropColumn(*entry, statement.column);
+}
+
 void createIndex(PageFile& file, const CreateIndexStatement& statement)
 {
     Catalogue catalogue(file);
@@ -120,6 +129,11 @@ Result execute(PageFile& file, Statement& statement, Session& session)
         Result operator()(const AddColumnStatement& add) const
         {
             addColumn(file, add);
+            return {};
+        }
+        Result operator()(const DropColumnStatement& drop) const
+        {
+            dropColumn(file, drop);
             return {};
         }
         Result operator()(const DropTableStatement& drop) const
