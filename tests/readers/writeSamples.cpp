@@ -112,6 +112,16 @@ std::map<std::int32_t, Note> write(jet::Database& database, bool largeIsChinese)
     database.run(u"DROP TABLE [Passing]");
     database.run(u"SELECT * INTO [Copied memo] FROM [Memo]");
     database.run(u"SELECT ID, [Later], LEN(VLTEXT) AS [Length] INTO [Some columns] FROM [Memo] WHERE ID>2");
+    // Indexes that come and go, and columns that leave their bytes in the rows.
+    for (const char16_t* const sql :
+        {u"CREATE UNIQUE INDEX [By number] ON [Copied types] (l DESC, d) WITH IGNORE NULL",
+            u"CREATE INDEX [By date] ON [Copied memo] (VLDATE DESC, ID)",
+            u"CREATE INDEX [Passing] ON [Copied memo] (VLDATE)", u"DROP INDEX [Passing] ON [Copied memo]",
+            u"ALTER TABLE [Copied memo] DROP COLUMN VLLINK", u"ALTER TABLE [Copied types] DROP COLUMN i",
+            u"ALTER TABLE [Copied types] DROP COLUMN b", u"ALTER TABLE [Copied types] DROP COLUMN v",
+            u"ALTER TABLE [Copied types] ADD COLUMN [v] MEMO",
+            u"UPDATE [Copied types] SET v='new' WHERE y=7"})
+        database.run(sql);
     return kept;
 }
 
