@@ -251,6 +251,41 @@ TEST_P(IndexStatements, ComeAndGoWithoutTheFileGrowing)
     EXPECT_EQ(platform::fileSize(path_).value(), size);
 }
 
+// Other programs let names share a tree, above all those of relationships.
+TEST_P(IndexStatements, LeaveATreeThatHasAnotherName)
+{
+    run(u"CREATE TABLE [T] (N LONG, M LONG)");
+    run(u"CREATE INDEX M ON [T] (M)");
+    run(u"CREATE UNIQUE INDEX N1 ON [T] (N)");
+    run(u"INSERT INTO [T] VALUES (1, 1)");
+    {
+        const PageNo page = definition().page;
+        PageFile file(path_, OpenMode::Write);
+        TableDefinition table = readTableDefinition(file, page);
+        const DefinitionParts parts = partsOf(table);
+        LogicalIndex second = table.logicalIndexes[1];
+        second.name = u"N2";
+        second.number = 2;
+        Bytes name;
+        appendName(name, second.name);
+        Bytes record;
+        appendLogicalRecord(record, second);
+        insertBytes(table.joined, skipNames(table.joined, parts.indexNames, 2), name);
+        insertBytes(table.joined, parts.indexNames, record);
+        store<std::uint32_t>(table.joined, kJet4.definition.logicalIndexes, 3);
+        writeDefinitionBytes(file, table);
+        file.commit();
+    }
+    expectSound(path_);
+    run(u"DROP INDEX N1 ON [T]");
+    expectSound(path_);
+    EXPECT_EQ(refusal(u"INSERT INTO [T] VALUES (1, 2)"), "3022 ");
+    run(u"DROP INDEX M ON [T]");
+    EXPECT_EQ(refusal(u"INSERT INTO [T] VALUES (1, 2)"), "3022 ");
+    run(u"DROP INDEX N2 ON [T]");
+    EXPECT_TRUE(definition().physicalIndexes.empty());
+}
+
 // Every table of other programs' files gets an index or is refused; every index goes or is refused.
 TEST(ForeignTables, GetIndexesAndLoseThem)
 {
