@@ -19,6 +19,7 @@ FLOORS = {
     "app": [["start"]],
     "store": [["records"], ["databases"], ["ado", "embedded"], ["."]],
     "jet": [["sql"], ["upkeep"], ["catalogue"], ["table"], ["index"], ["file"]],
+    "jet/file": [["maps"], ["."]],
     "jet/sql": [["run"], ["parse"], ["values"]],
     "regexp": [["match"], ["parse"]],
 }

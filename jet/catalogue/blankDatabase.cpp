@@ -23,7 +23,7 @@
 #include "jet/catalogue/definitionBuilder.h"
 #include "jet/catalogue/systemRows.h"
 #include "jet/file/dataPage.h"
-#include "jet/file/mapRow.h"
+#include "jet/file/maps/mapRow.h"
 #include "jet/index/indexPage.h"
 #include "jet/index/key.h"
 #include "jet/table/rowCodec.h"

@@ -15,7 +15,7 @@
 #include "jet/catalogue/definitionBuilder.h"
 
 #include "jet/file/dataPage.h"
-#include "jet/file/mapRow.h"
+#include "jet/file/maps/mapRow.h"
 
 #include <algorithm>
 #include <cassert>

@@ -10,7 +10,7 @@
 #include "jet/catalogue/propertySet.h"
 #include "jet/catalogue/systemRows.h"
 #include "jet/catalogue/tableDesign.h"
-#include "jet/file/freePages.h"
+#include "jet/file/maps/freePages.h"
 #include "jet/index/bTree.h"
 #include "jet/index/collation.h"
 #include "platform/clock.h"

@@ -4,7 +4,7 @@
 // a leaf gives nothing. Leaves that were met are remembered: a chain that comes back is an error.
 #include "jet/index/bTree.h"
 
-#include "jet/file/freePages.h"
+#include "jet/file/maps/freePages.h"
 #include "jet/index/treeWriter.h"
 
 #include <unordered_set>

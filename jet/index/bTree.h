@@ -1,7 +1,7 @@
 // The B-tree of one index.
 #pragma once
 
-#include "jet/file/freePages.h"
+#include "jet/file/maps/freePages.h"
 #include "jet/file/pageFile.h"
 
 #include <functional>

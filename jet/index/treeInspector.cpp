@@ -8,7 +8,7 @@
 //
 // Bounds that are larger than anything below them and empty leaves are no faults: that is how deleting
 // leaves a tree.
-#include "jet/file/usageMap.h"
+#include "jet/file/maps/usageMap.h"
 #include "jet/index/bTree.h"
 #include "jet/index/indexPage.h"
 #include "text/decimal.h"

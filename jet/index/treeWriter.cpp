@@ -14,7 +14,7 @@
 // Leaves are chained across the whole level, nodes only among the children of one parent.
 #include "jet/index/treeWriter.h"
 
-#include "jet/file/freePages.h"
+#include "jet/file/maps/freePages.h"
 
 #include <algorithm>
 #include <cassert>

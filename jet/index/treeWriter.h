@@ -2,8 +2,8 @@
 // become empty. The root never moves.
 #pragma once
 
-#include "jet/file/freePages.h"
-#include "jet/file/usageMap.h"
+#include "jet/file/maps/freePages.h"
+#include "jet/file/maps/usageMap.h"
 #include "jet/index/bTree.h"
 #include "jet/index/indexPage.h"
 

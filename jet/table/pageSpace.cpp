@@ -8,8 +8,8 @@
 // is given back.
 #include "jet/table/pageSpace.h"
 
-#include "jet/file/freePages.h"
-#include "jet/file/usageMap.h"
+#include "jet/file/maps/freePages.h"
+#include "jet/file/maps/usageMap.h"
 
 #include <cassert>
 

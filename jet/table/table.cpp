@@ -4,7 +4,7 @@
 #include "jet/table/table.h"
 
 #include "jet/file/dataPage.h"
-#include "jet/file/usageMap.h"
+#include "jet/file/maps/usageMap.h"
 #include "jet/index/bTree.h"
 #include "jet/index/collation.h"
 #include "jet/table/indexKeys.h"

@@ -10,9 +10,9 @@
 // Removing one takes the same parts out again; the counts of numbers and slots ever used stay. Rows stay as
 // they are here, too: what they hold of the column is passed over from then on, by its number and its slot.
 #include "jet/file/dataPage.h"
-#include "jet/file/freePages.h"
-#include "jet/file/mapRow.h"
-#include "jet/file/usageMap.h"
+#include "jet/file/maps/freePages.h"
+#include "jet/file/maps/mapRow.h"
+#include "jet/file/maps/usageMap.h"
 #include "jet/table/table.h"
 
 #include <algorithm>

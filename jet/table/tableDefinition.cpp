@@ -5,7 +5,7 @@
 #include "jet/table/tableDefinition.h"
 
 #include "jet/file/codePageText.h"
-#include "jet/file/freePages.h"
+#include "jet/file/maps/freePages.h"
 
 #include <algorithm>
 #include <cassert>

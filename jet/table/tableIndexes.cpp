@@ -7,9 +7,9 @@
 // is known by its number in the list of trees: a new one is the last, and where one goes, the numbers behind
 // it come one down in the records of names. A new index is looked at from end to end before anything
 // changes: the keys of all rows are made, sorted and compared with their neighbours, and become its tree.
-#include "jet/file/freePages.h"
-#include "jet/file/mapRow.h"
-#include "jet/file/usageMap.h"
+#include "jet/file/maps/freePages.h"
+#include "jet/file/maps/mapRow.h"
+#include "jet/file/maps/usageMap.h"
 #include "jet/index/bTree.h"
 #include "jet/table/indexKeys.h"
 #include "jet/table/table.h"

@@ -15,7 +15,7 @@
 // Long values that are to lie outside are placed between the halves, since the row needs their places; so
 // the keys are made from a preview of the row that has them in line.
 #include "jet/file/dataPage.h"
-#include "jet/file/freePages.h"
+#include "jet/file/maps/freePages.h"
 #include "jet/index/bTree.h"
 #include "jet/table/indexKeys.h"
 #include "jet/table/longValue.h"

@@ -1,7 +1,7 @@
 #include "jet/upkeep/checker.h"
 
-#include "jet/file/freePages.h"
-#include "jet/file/usageMap.h"
+#include "jet/file/maps/freePages.h"
+#include "jet/file/maps/usageMap.h"
 #include "jet/upkeep/catalogueChecker.h"
 #include "jet/upkeep/tableChecker.h"
 

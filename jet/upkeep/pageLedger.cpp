@@ -3,8 +3,8 @@
 // the others, and the whole takes four bytes for a page and one name for an owner.
 #include "jet/upkeep/pageLedger.h"
 
-#include "jet/file/freePages.h"
-#include "jet/file/usageMap.h"
+#include "jet/file/maps/freePages.h"
+#include "jet/file/maps/usageMap.h"
 
 namespace vellums::jet {
 namespace {

@@ -6,7 +6,7 @@
 // them, and in keys over that column, where they stand in a form that sorts.
 #include "jet/upkeep/tablePacker.h"
 
-#include "jet/file/freePages.h"
+#include "jet/file/maps/freePages.h"
 #include "jet/index/bTree.h"
 #include "jet/table/longValue.h"
 #include "jet/table/pageSpace.h"

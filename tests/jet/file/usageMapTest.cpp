@@ -1,7 +1,7 @@
-#include "jet/file/usageMap.h"
+#include "jet/file/maps/usageMap.h"
 
 #include "jet/file/dataPage.h"
-#include "jet/file/freePages.h"
+#include "jet/file/maps/freePages.h"
 #include "tests/support/bareFile.h"
 #include "tests/support/temporaryFolder.h"
 

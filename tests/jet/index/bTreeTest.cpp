@@ -2,8 +2,8 @@
 
 #include "jet/catalogue/blankDatabase.h"
 #include "jet/file/dataPage.h"
-#include "jet/file/freePages.h"
-#include "jet/file/usageMap.h"
+#include "jet/file/maps/freePages.h"
+#include "jet/file/maps/usageMap.h"
 #include "jet/index/indexPage.h"
 #include "jet/index/key.h"
 #include "tests/support/sanitized.h"

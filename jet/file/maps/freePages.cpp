@@ -3,9 +3,9 @@
 // has room, and turned into form 1 after that. Taking the lowest free page always ends: either a bit is
 // found, or the map is made to cover the first page behind it. Bits beyond the end of the file mean pages
 // that do not exist yet.
-#include "jet/file/freePages.h"
+#include "jet/file/maps/freePages.h"
 
-#include "jet/file/mapRow.h"
+#include "jet/file/maps/mapRow.h"
 
 #include <algorithm>
 #include <cassert>

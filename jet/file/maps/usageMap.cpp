@@ -5,10 +5,10 @@
 // length, and the pages are added again. It never turns back.
 //
 // Nothing is kept between calls, because a row of a map moves when another one on its page grows.
-#include "jet/file/usageMap.h"
+#include "jet/file/maps/usageMap.h"
 
-#include "jet/file/freePages.h"
-#include "jet/file/mapRow.h"
+#include "jet/file/maps/freePages.h"
+#include "jet/file/maps/mapRow.h"
 
 #include <algorithm>
 #include <cassert>

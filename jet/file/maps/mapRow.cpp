@@ -1,6 +1,6 @@
-#include "jet/file/mapRow.h"
+#include "jet/file/maps/mapRow.h"
 
-#include "jet/file/freePages.h"
+#include "jet/file/maps/freePages.h"
 
 #include <cassert>
 
