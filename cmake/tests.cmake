@@ -2,12 +2,19 @@
 include(GoogleTest)
 add_subdirectory(/usr/src/googletest ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
 file(GLOB support_sources CONFIGURE_DEPENDS tests/support/*.cpp)
+# The tests take longer to compile than to run. Programs for Windows are debugged by their output alone.
+set(quick_to_build -O0 -g1)
+if(WIN32)
+  set(quick_to_build -O0 -g0)
+endif()
+foreach(library gtest gmock gtest_main gmock_main)
+  target_compile_options(${library} PRIVATE ${quick_to_build})
+endforeach()
 add_library(test_support STATIC ${support_sources})
 target_link_libraries(test_support PUBLIC io GTest::gmock)
 target_compile_definitions(test_support PUBLIC
   VELLUMS_SOURCE_DIR="${PROJECT_SOURCE_DIR}" VELLUMS_BINARY_DIR="${PROJECT_BINARY_DIR}")
-# The tests take longer to compile than to run.
-target_compile_options(test_support PUBLIC -O0 -g1)
+target_compile_options(test_support PUBLIC ${quick_to_build})
 
 # Under Windows the notebook's tests have a main of their own, which runs them through the ADO client as
 # well, against doubles of the objects that Access brings.
@@ -112,6 +119,7 @@ if(WIN32 AND TARGET Vellums)
   add_executable(windows_tests ${window_tests} tests/windows/driver.cpp tests/windows/windowProbe.cpp
     tests/windows/windowThread.cpp tests/regexp/reference.cpp)
   target_link_libraries(windows_tests PRIVATE ui ntdll GTest::gmock_main)
+  target_compile_options(windows_tests PRIVATE ${quick_to_build})
   add_dependencies(windows_tests Vellums)
   add_test(NAME windows COMMAND windows_tests)
   set_tests_properties(windows PROPERTIES TIMEOUT 900 COST 1000 RESOURCE_LOCK "screen;classes"
