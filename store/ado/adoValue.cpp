@@ -32,6 +32,29 @@ void takeTextOrGuid(jet::Value& out, BSTR text, int adType)
     out = guid;
 }
 
+// The number of a VARIANT of up to 32 bits, with sign or without. Throws ComError for all other kinds.
+std::int64_t wholeNumber(const VARIANT& value)
+{
+    switch (value.vt) {
+    case VT_I4:
+    case VT_INT:
+        return value.lVal;
+    case VT_I2:
+        return value.iVal;
+    case VT_I1:
+        return static_cast<signed char>(value.cVal);
+    case VT_UI1:
+        return value.bVal;
+    case VT_UI2:
+        return value.uiVal;
+    case VT_UI4:
+    case VT_UINT:
+        return value.ulVal;
+    default:
+        throw platform::ComError(DISP_E_TYPEMISMATCH, u"Type mismatch.");
+    }
+}
+
 // A whole number outside 32 bits keeps all of its digits.
 void takeWhole(jet::Value& out, std::int64_t number)
 {
@@ -89,25 +112,6 @@ void takeValue(jet::Value& out, const VARIANT& value, int adType)
         return;
     case VT_BSTR:
         return takeTextOrGuid(out, value.bstrVal, adType);
-    case VT_I4:
-    case VT_INT:
-        out = std::int32_t{value.lVal};
-        return;
-    case VT_I2:
-        out = std::int32_t{value.iVal};
-        return;
-    case VT_I1:
-        out = std::int32_t{static_cast<signed char>(value.cVal)};
-        return;
-    case VT_UI1:
-        out = std::int32_t{value.bVal};
-        return;
-    case VT_UI2:
-        out = std::int32_t{value.uiVal};
-        return;
-    case VT_UI4:
-    case VT_UINT:
-        return takeWhole(out, std::int64_t{value.ulVal});
     case VT_I8:
         out = std::int64_t{value.llVal};
         return;
@@ -132,7 +136,7 @@ void takeValue(jet::Value& out, const VARIANT& value, int adType)
     case VT_ARRAY | VT_UI1:
         return takeBytes(out, value.parray);
     default:
-        throw platform::ComError(DISP_E_TYPEMISMATCH, u"Type mismatch.");
+        takeWhole(out, wholeNumber(value));
     }
 }
 
