@@ -8,6 +8,7 @@
 #include "tests/jet/fixturesFolder.h"
 #include "tests/support/bareFile.h"
 #include "tests/support/smallMemory.h"
+#include "tests/support/soundFile.h"
 #include "tests/support/temporaryFolder.h"
 #include "text/decimal.h"
 #include "text/unicode.h"
@@ -17,14 +18,9 @@
 namespace vellums::jet {
 namespace {
 
+using tests::expectSound;
 using text::decimal;
 using text::toUtf8;
-
-void expectSound(const std::u16string& path)
-{
-    for (const std::u16string& fault : Database(path).check())
-        ADD_FAILURE() << toUtf8(fault);
-}
 
 std::string errorOf(Database& database, std::u16string_view sql)
 {

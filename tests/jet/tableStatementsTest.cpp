@@ -12,6 +12,7 @@
 #include "tests/support/bareFile.h"
 #include "tests/support/crashingDisk.h"
 #include "tests/support/smallMemory.h"
+#include "tests/support/soundFile.h"
 #include "tests/support/temporaryFolder.h"
 #include "text/decimal.h"
 #include "text/unicode.h"
@@ -23,18 +24,13 @@
 namespace vellums::jet {
 namespace {
 
+using tests::expectSound;
 using text::decimal;
 using text::toUtf8;
 
 constexpr std::u16string_view kColumns =
     u"(ID COUNTER CONSTRAINT [VLIDX] UNIQUE, VLHEAD VARCHAR(255), VLTEXT MEMO, VLTYPE VARCHAR(255), "
     u"VLDATE DATETIME NOT NULL, VLLINK VARCHAR(255), VLMD5 VARCHAR(32))";
-
-void expectSound(const std::u16string& path)
-{
-    for (const std::u16string& fault : Database(path).check())
-        ADD_FAILURE() << toUtf8(fault);
-}
 
 std::string errorOf(Database& database, std::u16string_view sql)
 {

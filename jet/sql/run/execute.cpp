@@ -1,3 +1,6 @@
+// From a statement's tree to who carries it out: queries and changes of rows have files of their own
+// (select.h, makeTable.h, change.h); what changes a table itself is looked up here and done by the catalogue.
+// The moment that NOW() and new dates mean is taken once, so it is the same for all rows of a statement.
 #include "jet/sql/run/execute.h"
 
 #include "jet/sql/run/change.h"
@@ -43,49 +46,16 @@ Result changed(const ChangeResult& change, Session& session)
     return result;
 }
 
-void addColumn(PageFile& file, const AddColumnStatement& statement)
+// Does something to a table of the catalogue. `refuse` is told the name of one that is not there.
+template <typename Work>
+Result onTable(PageFile& file, const std::u16string& name, void (*refuse)(const std::u16string&), Work&& work)
 {
     Catalogue catalogue(file);
-    const std::optional<CatalogueEntry> entry = catalogue.find(statement.table);
+    const std::optional<CatalogueEntry> entry = catalogue.find(name);
     if (!entry)
-        throwNoInputTable(statement.table);
-    catalogue.addColumn(*entry, statement.column);
-}
-
-void dropColumn(PageFile& file, const DropColumnStatement& statement)
-{
-    Catalogue catalogue(file);
-    const std::optional<CatalogueEntry> entry = catalogue.find(statement.table);
-    if (!entry)
-        throwNoInputTable(statement.table);
-    catalogue.dropColumn(*entry, statement.column);
-}
-
-void createIndex(PageFile& file, const CreateIndexStatement& statement)
-{
-    Catalogue catalogue(file);
-    const std::optional<CatalogueEntry> entry = catalogue.find(statement.table);
-    if (!entry)
-        throwNoInputTable(statement.table);
-    catalogue.createIndex(*entry, statement.index);
-}
-
-void dropIndex(PageFile& file, const DropIndexStatement& statement)
-{
-    Catalogue catalogue(file);
-    const std::optional<CatalogueEntry> entry = catalogue.find(statement.table);
-    if (!entry)
-        throwNoTableToDrop(statement.table);
-    catalogue.dropIndex(*entry, statement.index);
-}
-
-void dropTable(PageFile& file, const DropTableStatement& statement)
-{
-    Catalogue catalogue(file);
-    const std::optional<CatalogueEntry> entry = catalogue.find(statement.table);
-    if (!entry)
-        throwNoTableToDrop(statement.table);
-    catalogue.dropTable(*entry);
+        refuse(name);
+    work(catalogue, *entry);
+    return {};
 }
 
 } // namespace
@@ -128,28 +98,36 @@ Result execute(PageFile& file, Statement& statement, Session& session)
         }
         Result operator()(const AddColumnStatement& add) const
         {
-            addColumn(file, add);
-            return {};
+            return onTable(
+                file, add.table, throwNoInputTable, [&](Catalogue& catalogue, const CatalogueEntry& table) {
+                    catalogue.addColumn(table, add.column);
+                });
         }
         Result operator()(const DropColumnStatement& drop) const
         {
-            dropColumn(file, drop);
-            return {};
+            return onTable(
+                file, drop.table, throwNoInputTable, [&](Catalogue& catalogue, const CatalogueEntry& table) {
+                    catalogue.dropColumn(table, drop.column);
+                });
         }
         Result operator()(const DropTableStatement& drop) const
         {
-            dropTable(file, drop);
-            return {};
+            return onTable(file, drop.table, throwNoTableToDrop,
+                [](Catalogue& catalogue, const CatalogueEntry& table) { catalogue.dropTable(table); });
         }
         Result operator()(const CreateIndexStatement& create) const
         {
-            createIndex(file, create);
-            return {};
+            return onTable(file, create.table, throwNoInputTable,
+                [&](Catalogue& catalogue, const CatalogueEntry& table) {
+                    catalogue.createIndex(table, create.index);
+                });
         }
         Result operator()(const DropIndexStatement& drop) const
         {
-            dropIndex(file, drop);
-            return {};
+            return onTable(
+                file, drop.table, throwNoTableToDrop, [&](Catalogue& catalogue, const CatalogueEntry& table) {
+                    catalogue.dropIndex(table, drop.index);
+                });
         }
     };
     return std::visit(Run{file, session}, statement);
